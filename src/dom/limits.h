@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtGlobal>
+
+/// What is read of a file that a stranger may have written. Beyond these limits a file or a template is given up with a
+/// trace: Qt's parsers recurse on the stack of the host's GUI thread and expand entities without bound.
+namespace limits {
+
+/// Deepest nesting of elements in a file that is given to a parser.
+constexpr int kMaxFileDepth = 500;
+/// How much more than the file's own size its text and attributes may come to through entities, in bytes.
+constexpr qint64 kMaxEntityGrowth = 16 * 1024 * 1024;
+/// Deepest nesting of a template while its schema is read.
+constexpr int kMaxTemplateDepth = 500;
+/// Most elements of a template while its schema is read, copies and clones counted before they are made.
+constexpr int kMaxTemplateElements = 250000;
+/// Most includes open within each other.
+constexpr int kMaxOpenIncludes = 64;
+/// Most includes in a run.
+constexpr int kMaxIncludes = 1000;
+
+} // namespace limits

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "events/itagwright.h"
+
+#include <QDomNode>
+#include <QString>
+#include <QXmlAttributes>
+
+/// The base of all events. A receiver reads GetType() and casts to the class of that type.
+class TAGWRIGHT_EXPORT XmlEvent
+{
+public:
+    /// The numbers are fixed.
+    enum type {
+        EVENT_NONE = 0,
+        EVENT_DOC_BEGIN = 1,
+        EVENT_DOC_END = 2,
+        EVENT_ELEM_BEGIN = 3,
+        EVENT_ELEM_END = 4,
+        EVENT_ERROR = 5
+    };
+
+    XmlEvent();
+    XmlEvent(const XmlEvent &other);
+    XmlEvent &operator=(const XmlEvent &other);
+    virtual ~XmlEvent();
+
+    type GetType();
+
+protected:
+    explicit XmlEvent(type eventType);
+
+private:
+    type m_eType;
+};
+
+/// A walk or a parse begins.
+class TAGWRIGHT_EXPORT DocBeginEvent : public XmlEvent
+{
+public:
+    DocBeginEvent();
+    DocBeginEvent(const DocBeginEvent &other);
+    DocBeginEvent &operator=(const DocBeginEvent &other);
+    ~DocBeginEvent() override;
+};
+
+/// A walk or a parse has come to its end.
+class TAGWRIGHT_EXPORT DocEndEvent : public XmlEvent
+{
+public:
+    DocEndEvent();
+    DocEndEvent(const DocEndEvent &other);
+    DocEndEvent &operator=(const DocEndEvent &other);
+    ~DocEndEvent() override;
+};
+
+/// An element is announced.
+class TAGWRIGHT_EXPORT ElemBeginEvent : public XmlEvent
+{
+public:
+    ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text);
+    ElemBeginEvent(const ElemBeginEvent &other);
+    ElemBeginEvent &operator=(const ElemBeginEvent &other);
+    ~ElemBeginEvent() override;
+
+    /// A handle on the element in its document, not a copy: what is changed through it changes the document. A null
+    /// node where the sender has no document.
+    QDomNode GetElementNode();
+    QString GetElementName();
+    QXmlAttributes GetElementAttributes();
+    /// The element's text as far as the sender knows it at this moment.
+    QString GetElementText();
+
+private:
+    QDomNode m_oNode;
+    QString m_sName;
+    QXmlAttributes m_oAttributes;
+    QString m_sText;
+};
+
+/// An element ends. A report's walk sends none.
+class TAGWRIGHT_EXPORT ElemEndEvent : public XmlEvent
+{
+public:
+    // NOLINTNEXTLINE(google-explicit-constructor): implicit, as the interface has it.
+    ElemEndEvent(const QString &name);
+    ElemEndEvent(const ElemEndEvent &other);
+    ElemEndEvent &operator=(const ElemEndEvent &other);
+    ~ElemEndEvent() override;
+
+    QString GetElementName();
+
+private:
+    QString m_sName;
+};
+
+/// Something did not fit. It reports and stops nothing; the receiver may answer with another setter call.
+class TAGWRIGHT_EXPORT ErrorEvent : public XmlEvent
+{
+public:
+    // NOLINTNEXTLINE(google-explicit-constructor): implicit, as the interface has it.
+    ErrorEvent(ITagwright::ErrorID id);
+    ErrorEvent(const ErrorEvent &other);
+    ErrorEvent &operator=(const ErrorEvent &other);
+    ~ErrorEvent() override;
+
+    ITagwright::ErrorID GetErrorID();
+
+private:
+    ITagwright::ErrorID m_eErrorId;
+};

@@ -1,0 +1,18 @@
+#include "host/ostrel.h"
+
+namespace {
+
+/// Lives as long as the library is loaded. A static object, not a QCoreApplication hook: the library may be loaded
+/// and unloaded while there is no application yet or any more.
+class LibraryRegistration
+{
+public:
+    LibraryRegistration() { TranslationCenter::Instance().Register(QStringLiteral("Tagwright")); }
+    ~LibraryRegistration() { TranslationCenter::Instance().Unregister(QStringLiteral("Tagwright")); }
+    Q_DISABLE_COPY(LibraryRegistration)
+};
+
+// NOLINTNEXTLINE(cert-err58-cpp): nothing can catch at load time, and nothing in it throws but on lack of memory.
+const LibraryRegistration registration;
+
+} // namespace
