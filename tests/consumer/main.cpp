@@ -21,10 +21,7 @@ namespace {
 class ElementCounter : public ITagwright
 {
 public:
-    void XmlUpdate(XmlEvent *event) override
-    {
-        m_iElements += event->GetType() == XmlEvent::EVENT_ELEM_BEGIN ? 1 : 0;
-    }
+    void XmlUpdate(XmlEvent *event) override { m_iElements += event->GetType() == XmlEvent::EVENT_ELEM_BEGIN ? 1 : 0; }
 
     int m_iElements = 0;
 };
