@@ -146,15 +146,27 @@ Result Run(const fs::path &programs, Command command, const fs::path &folder)
 
 using Round = std::map<Command, Result>;
 
-Round RunRound(const fs::path &programs, const std::vector<Line> &lines, const fs::path &folder)
+/// Each command once, in the order of the lines.
+std::vector<Command> Commands(const std::vector<Line> &lines)
+{
+    std::vector<Command> commands;
+    const auto add = [&commands](const Command &command) {
+        if (!command.empty() && std::find(commands.begin(), commands.end(), command) == commands.end()) {
+            commands.push_back(command);
+        }
+    };
+    for (const Line &line : lines) {
+        add(line.m_lMeasured);
+        add(line.m_lAgainst);
+    }
+    return commands;
+}
+
+Round RunRound(const fs::path &programs, const std::vector<Command> &commands, const fs::path &folder)
 {
     Round round;
-    for (const Line &line : lines) {
-        for (const Command &command : { line.m_lMeasured, line.m_lAgainst }) {
-            if (!command.empty() && round.count(command) == 0) {
-                round[command] = Run(programs, command, folder);
-            }
-        }
+    for (const Command &command : commands) {
+        round[command] = Run(programs, command, folder);
     }
     return round;
 }
@@ -168,6 +180,7 @@ double Median(std::vector<double> values)
 double Figure(const Line &line, const std::vector<Round> &rounds)
 {
     std::vector<double> figures;
+    figures.reserve(rounds.size());
     for (const Round &round : rounds) {
         const Result &measured = round.at(line.m_lMeasured);
         figures.push_back(line.m_eUnit == Unit::MiB ? measured.m_dPeakMiB
@@ -179,6 +192,7 @@ double Figure(const Line &line, const std::vector<Round> &rounds)
 double Milliseconds(const Command &command, const std::vector<Round> &rounds)
 {
     std::vector<double> values;
+    values.reserve(rounds.size());
     for (const Round &round : rounds) {
         values.push_back(round.at(command).m_dSeconds * 1000.0);
     }
@@ -249,7 +263,7 @@ int main(int argc, char *argv[])
     std::vector<Round> rounds;
     for (int i = 0; i < roundCount; ++i) {
         std::fprintf(stderr, "round %d of %d\n", i + 1, roundCount);
-        rounds.push_back(RunRound(programs, lines, pattern));
+        rounds.push_back(RunRound(programs, Commands(lines), pattern));
     }
     fs::remove_all(pattern);
     return Print(lines, rounds) || !isStrict ? 0 : 1;
