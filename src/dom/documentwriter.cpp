@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <string_view>
 #include <utility>
 
 namespace dom {
@@ -50,11 +50,9 @@ std::array<bool, 128> MakeSpecialTable()
     return special;
 }
 
-char *Copy(char *out, const char *text)
+char *Copy(char *out, std::string_view text)
 {
-    const std::size_t length = std::strlen(text);
-    std::memcpy(out, text, length);
-    return out + length;
+    return std::copy(text.begin(), text.end(), out);
 }
 
 char *AppendUtf8(char *out, uint codePoint)
@@ -97,22 +95,9 @@ bool DocumentWriter::WriteTree(const QDomNode &first)
     QDomNode node = first;
     while (!node.isNull()) {
         const QDomNode child = node.firstChild();
-        if (!child.isNull()) {
-            if (!node.isElement() || !OpenElement(node.toElement())) {
-                return false;
-            }
-            if (!child.isText()) {
-                AppendLatin1(">\n", 2);
-            } else {
-                AppendLatin1(">", 1);
-            }
-            m_lOpen.push_back(node);
-            m_bPreviousIsText = false;
-            node = child;
-            continue;
-        }
-        QDomNode next = node.nextSibling();
-        if (!WriteNode(node, next.isText())) {
+        QDomNode next = child.isNull() ? node.nextSibling() : child;
+        const bool written = child.isNull() ? WriteNode(node, next.isText()) : EnterElement(node, child.isText());
+        if (!written) {
             return false;
         }
         while (next.isNull() && !m_lOpen.empty()) {
@@ -126,6 +111,18 @@ bool DocumentWriter::WriteTree(const QDomNode &first)
     return true;
 }
 
+/// A node with children: only an element may have them.
+bool DocumentWriter::EnterElement(const QDomNode &node, bool childIsText)
+{
+    if (!node.isElement() || !OpenElement(node.toElement())) {
+        return false;
+    }
+    AppendMarkup(childIsText ? ">" : ">\n");
+    m_lOpen.push_back(node);
+    m_bPreviousIsText = false;
+    return true;
+}
+
 /// A node without children.
 bool DocumentWriter::WriteNode(const QDomNode &node, bool nextIsText)
 {
@@ -135,18 +132,18 @@ bool DocumentWriter::WriteNode(const QDomNode &node, bool nextIsText)
         m_bPreviousIsText = true;
         return true;
     case QDomNode::ProcessingInstructionNode:
-        AppendLatin1("<?", 2);
+        AppendMarkup("<?");
         Append(node.nodeName(), Escape::None);
-        AppendLatin1(" ", 1);
+        AppendMarkup(" ");
         Append(node.nodeValue(), Escape::None);
-        AppendLatin1("?>\n", 3);
+        AppendMarkup("?>\n");
         m_bPreviousIsText = false;
         return true;
     case QDomNode::ElementNode:
         if (!OpenElement(node.toElement())) {
             return false;
         }
-        AppendLatin1("/>", 2);
+        AppendMarkup("/>");
         EndLine(nextIsText);
         return true;
     default:
@@ -162,7 +159,7 @@ bool DocumentWriter::OpenElement(const QDomElement &element)
     if (!m_bPreviousIsText) {
         Indent();
     }
-    AppendLatin1("<", 1);
+    AppendMarkup("<");
     Append(element.nodeName(), Escape::None);
     const bool plain = !element.hasAttributes() || WriteAttributes(element);
     m_bAtRoot = false;
@@ -174,9 +171,9 @@ void DocumentWriter::CloseElement(const QDomNode &element, bool nextIsText)
     if (!m_bPreviousIsText) {
         Indent();
     }
-    AppendLatin1("</", 2);
+    AppendMarkup("</");
     Append(element.nodeName(), Escape::None);
-    AppendLatin1(">", 1);
+    AppendMarkup(">");
     EndLine(nextIsText);
 }
 
@@ -199,11 +196,11 @@ bool DocumentWriter::WriteAttributes(const QDomElement &element)
             < std::make_pair(AttributeRank(rightName, root), rightName);
     });
     for (const QDomNode &attribute : attributes) {
-        AppendLatin1(" ", 1);
+        AppendMarkup(" ");
         Append(attribute.nodeName(), Escape::None);
-        AppendLatin1("=\"", 2);
+        AppendMarkup("=\"");
         Append(attribute.nodeValue(), Escape::Attribute);
-        AppendLatin1("\"", 1);
+        AppendMarkup("\"");
     }
     return true;
 }
@@ -211,7 +208,7 @@ bool DocumentWriter::WriteAttributes(const QDomElement &element)
 void DocumentWriter::EndLine(bool nextIsText)
 {
     if (!nextIsText) {
-        AppendLatin1("\n", 1);
+        AppendMarkup("\n");
     }
     m_bPreviousIsText = false;
 }
@@ -219,14 +216,14 @@ void DocumentWriter::EndLine(bool nextIsText)
 void DocumentWriter::Indent()
 {
     const std::size_t length = kIndentation * m_lOpen.size();
-    std::memset(Reserve(length), ' ', length);
+    std::fill_n(Reserve(length), length, ' ');
     m_iUsed += length;
 }
 
-void DocumentWriter::AppendLatin1(const char *text, std::size_t length)
+void DocumentWriter::AppendMarkup(std::string_view markup)
 {
-    std::memcpy(Reserve(length), text, length);
-    m_iUsed += length;
+    Copy(Reserve(markup.size()), markup);
+    m_iUsed += markup.size();
 }
 
 void DocumentWriter::Append(const QString &text, Escape escape)

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dom {
@@ -32,13 +33,14 @@ private:
 
     bool WriteTree(const QDomNode &first);
     bool WriteNode(const QDomNode &node, bool nextIsText);
+    bool EnterElement(const QDomNode &node, bool childIsText);
     bool OpenElement(const QDomElement &element);
     void CloseElement(const QDomNode &element, bool nextIsText);
     bool WriteAttributes(const QDomElement &element);
     void EndLine(bool nextIsText);
 
     void Indent();
-    void AppendLatin1(const char *text, std::size_t length);
+    void AppendMarkup(std::string_view markup);
     void Append(const QString &text, Escape escape);
     char *AppendCharacter(char *out, const QString &text, int &index, Escape escape);
     char *AppendNonAscii(char *out, const QString &text, int &index);
