@@ -7,6 +7,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 #include <QTime>
 
 #include <memory>
@@ -106,17 +107,19 @@ private:
     void Error(int id);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;
+    bool FetchElementToSet(const char *setter);
 
     // Element values.
-    template <typename Number> bool RemovePassedBounds(Number value);
+    template <typename Number> void SetNumber(Number value, const QString &text);
+    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text);
+    void WriteValue(const QStringList &testedAttributes, const QString &text);
     QString TypeControl(QString expectedType);
-    void SetUncheckedValue(const QString &typeWord, int typeError, const QString &text);
     void CreateAndAppendTextNode(QString text);
 
     // Attribute values.
-    bool CheckAttributeType(const QString &name, QLatin1String typeWord, int typeError);
+    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError);
     template <typename Number> void SetAttributeNumber(const QString &name, Number value, const QString &text);
-    void WriteAttribute(const QString &name, const QString &text);
+    void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
 
     // Occurrences.
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
