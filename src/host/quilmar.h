@@ -16,6 +16,7 @@ namespace values {
 class TAGWRIGHT_HOST_EXPORT ValueBase
 {
 public:
+    /// `pathName` must be a path that the tree finds this value by.
     ValueBase(QString name, QString pathName);
     virtual ~ValueBase();
     Q_DISABLE_COPY(ValueBase)
@@ -40,6 +41,7 @@ public:
     virtual ~IValueNumeric();
     Q_DISABLE_COPY(IValueNumeric)
 
+    /// The value in the unit that its text names.
     virtual double GetNumber() = 0;
 };
 
@@ -62,6 +64,7 @@ public:
     virtual ~TreeItem();
     Q_DISABLE_COPY(TreeItem)
 
+    /// The short name of the place; for a Node its element name when it is written as XML.
     virtual QString GetItemName() = 0;
 };
 
