@@ -11,8 +11,8 @@
 #include <memory>
 #include <optional>
 
-/// The registry of the libraries that bring operator texts, and the translators that belong to them. A library registers
-/// its name while it is being loaded, which is before any QCoreApplication exists. GUI thread only.
+/// The registry of the libraries that bring operator texts, and the translators that belong to them. A library
+/// registers its name while it is being loaded, which is before any QCoreApplication exists. GUI thread only.
 class TAGWRIGHT_HOST_EXPORT TranslationCenter
 {
 public:
@@ -34,7 +34,8 @@ public:
     void SetLocale(const QLocale &locale);
 
     /// A directory in which translators are looked for, ahead of those that the libraries carry within themselves in
-    /// ":/tagwright/translations". The files are called as the name in lower case, "_" and the locale: "tagwright_de.qm".
+    /// ":/tagwright/translations". The files are called as the name in lower case, "_" and the locale:
+    /// "tagwright_de.qm".
     void AddDirectory(const QString &directory);
 
     /// Installs what SetLocale asked for. Called by the application's start; a host need not call it.

@@ -119,7 +119,8 @@ public:
     /// Sets a number, making it where it is missing. Its text is `text` or, where that is empty, the number ('g', 12
     /// digits), and, behind a blank, the unit if there is one. False, and no change, if a part of the path is empty
     /// or if something else than a number stands there.
-    bool SetNumber(const QString &path, double number, const QString &unit = QString(), const QString &text = QString());
+    bool SetNumber(const QString &path, double number, const QString &unit = QString(),
+                   const QString &text = QString());
     /// Sets a selection: the number of the choice and its text. False as SetNumber.
     bool SetSelection(const QString &path, double number, const QString &text);
     /// Sets a plain text. False as SetNumber.
