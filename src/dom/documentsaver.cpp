@@ -1,0 +1,92 @@
+#include "dom/documentsaver.h"
+
+#include "dom/documentwriter.h"
+#include "dom/fileguard.h"
+#include "dom/limits.h"
+#include "dom/nodedepth.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTextStream>
+
+namespace dom {
+
+namespace {
+
+constexpr int kIndent = 4;
+
+/// The bytes as a QTextStream on the file itself would write them; there it costs a system call for each line.
+std::string QtBytes(const QDomDocument &document)
+{
+    QByteArray bytes;
+    QTextStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setCodec("UTF-8");
+    document.save(stream, kIndent, QDomNode::EncodingFromDocument);
+    stream.flush();
+    return bytes.toStdString();
+}
+
+/// Unbuffered, since a buffered write takes all and only fails, silently, when the file is closed.
+bool WriteWhole(QFile &file, const std::string &bytes)
+{
+    const auto size = static_cast<qint64>(bytes.size());
+    qint64 written = 0;
+    while (written < size) {
+        const qint64 count = file.write(bytes.data() + written, size - written);
+        if (count <= 0) {
+            return false;
+        }
+        written += count;
+    }
+    return true;
+}
+
+/// A link stays; what it leads to is torn.
+void RemoveTornFile(const QString &path)
+{
+    if (QFileInfo(path).isFile()) {
+        QFile::remove(QFileInfo(path).canonicalFilePath());
+    }
+}
+
+/// Empty, or why the file could not be written.
+QString WriteFile(const std::string &bytes, const QString &path)
+{
+    if (IsFifo(path)) {
+        return QStringLiteral("it is a FIFO, where writing may block");
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        return file.errorString();
+    }
+    bool isWhole = WriteWhole(file, bytes);
+    QString reason = file.errorString();
+    file.close();
+    if (isWhole && file.error() != QFileDevice::NoError) {
+        isWhole = false;
+        reason = file.errorString();
+    }
+    if (isWhole) {
+        return QString();
+    }
+    RemoveTornFile(path);
+    return reason;
+}
+
+} // namespace
+
+SaveResult SaveDocument(const QDomDocument &document, const QString &path)
+{
+    DocumentWriter writer;
+    if (writer.Write(document)) {
+        return { WriteFile(writer.TakeBytes(), path), writer.HasReplaced() };
+    }
+    if (IsDeeperThan(document, limits::kMaxFileDepth)) {
+        return { QStringLiteral("it nests more than %1 elements and holds nodes that only Qt can write, which recurses")
+                     .arg(limits::kMaxFileDepth),
+                 false };
+    }
+    return { WriteFile(QtBytes(document), path), false };
+}
+
+} // namespace dom
