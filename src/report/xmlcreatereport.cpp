@@ -114,10 +114,16 @@ void XmlCreateReport::SetSchemaAttributes(const QString &normalisedPath)
 void XmlCreateReport::SaveReport(const QString &reportPath)
 {
     const QString path = ToNativePath(reportPath);
-    const QString failure = dom::SaveDocument(*m_pDocument, path);
-    if (!failure.isEmpty()) {
+    const dom::SaveResult result = dom::SaveDocument(*m_pDocument, path);
+    if (!result.m_sFailure.isEmpty()) {
         trace::Write(Unit(), __LINE__, [&] {
-            return QLatin1String("The report \"") + path + QLatin1String("\" could not be saved: ") + failure;
+            return QLatin1String("The report \"") + path + QLatin1String("\" could not be saved: ") + result.m_sFailure;
+        });
+    }
+    if (result.m_bReplaced) {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QLatin1String("The report \"") + path
+                + QLatin1String("\" holds a character that XML can't hold; U+FFFD stands in its place.");
         });
     }
 }
