@@ -42,7 +42,7 @@ CommentDialogImpl::CommentDialogImpl()
 {
     setObjectName(QStringLiteral("ToReportCommentDialog"));
     setupUi(this);
-    for (QLabel *label : {m_pFrequencyLabel, m_pLevelLabel, m_pBandwidthLabel, m_pTimeLabel, m_pAzimuthLabel}) {
+    for (QLabel *label : { m_pFrequencyLabel, m_pLevelLabel, m_pBandwidthLabel, m_pTimeLabel, m_pAzimuthLabel }) {
         label->clear();
     }
     connect(m_pSaveButton, &QPushButton::clicked, this, &CommentDialogImpl::SlotSaveWithComment);
@@ -110,13 +110,13 @@ void CommentDialogImpl::closeEvent(QCloseEvent *event)
     }
 }
 
-// QMessageBox::warning() would keep the box on the stack, where a dialog that is ended meanwhile would destroy it twice.
+// QMessageBox::warning() would keep the box on the stack, where a dialog that is ended meanwhile would destroy it
+// twice.
 int CommentDialogImpl::AskForComment()
 {
-    const QPointer<QMessageBox> box(
-        new QMessageBox(QMessageBox::Warning, tr("Warning"),
-                        tr("You have enterd a comment. Would you like to save it?"),
-                        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, this));
+    const QPointer<QMessageBox> box(new QMessageBox(QMessageBox::Warning, tr("Warning"),
+                                                    tr("You have enterd a comment. Would you like to save it?"),
+                                                    QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, this));
     const int answer = box->exec();
     if (box != nullptr) {
         box->deleteLater();
@@ -150,5 +150,5 @@ void CommentDialogImpl::AddComment(const QString &comment)
 // What can't be saved is not told to the operator; the dialog ends all the same.
 void CommentDialogImpl::SaveDocument()
 {
-    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).isEmpty();
+    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty();
 }

@@ -64,7 +64,7 @@ bool ElementItems::IsPathName(const QString &itemName) const
 
 void ElementItems::Add(const ItemIndex &index, const QString &name, int attribute)
 {
-    index.ForEach(name, [&](int position) { m_lCandidates.append({position, attribute}); });
+    index.ForEach(name, [&](int position) { m_lCandidates.append({ position, attribute }); });
 }
 
 // An item that bears the name of the element and of an attribute as well is the element's.
@@ -77,9 +77,9 @@ void ElementItems::Sort()
         return left.m_iPosition != right.m_iPosition ? left.m_iPosition < right.m_iPosition
                                                      : left.m_iAttribute < right.m_iAttribute;
     });
-    const auto end
-        = std::unique(m_lCandidates.begin(), m_lCandidates.end(), [](const Candidate &left, const Candidate &right) {
-              return left.m_iPosition == right.m_iPosition;
-          });
+    const auto end =
+        std::unique(m_lCandidates.begin(), m_lCandidates.end(), [](const Candidate &left, const Candidate &right) {
+            return left.m_iPosition == right.m_iPosition;
+        });
     m_lCandidates.resize(static_cast<int>(end - m_lCandidates.begin()));
 }

@@ -22,7 +22,8 @@ public:
 
     int GetCount() const;
     /// Calls `visit` with the position of each item of that name, in list order.
-    template <typename Visit> void ForEach(const QString &name, Visit visit) const
+    template <typename Visit>
+    void ForEach(const QString &name, Visit visit) const
     {
         const auto serials = m_hSerials.constFind(name);
         if (serials != m_hSerials.cend()) {
@@ -43,7 +44,8 @@ private:
 };
 
 /// Takes what stands at the given ascending positions out of a list and closes the gaps.
-template <typename Item> void EraseAt(std::vector<Item> &list, const std::vector<int> &positions)
+template <typename Item>
+void EraseAt(std::vector<Item> &list, const std::vector<int> &positions)
 {
     if (positions.empty()) {
         return;

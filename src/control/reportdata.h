@@ -7,7 +7,7 @@
 namespace values {
 class TreeItem;
 class ValueBase;
-}
+} // namespace values
 
 /// Which field of an ExplicitReportData holds the value. The numbers are fixed.
 enum ExplicitKind {

@@ -41,7 +41,8 @@ bool Exists(const QString &path)
 }
 
 /// Ends an object ahead of its parent.
-template <typename Object> void End(const QPointer<Object> &object)
+template <typename Object>
+void End(const QPointer<Object> &object)
 {
     const std::unique_ptr<Object> ended(object.data());
 }

@@ -124,7 +124,7 @@ private:
     std::unique_ptr<ReportData> CreateReportData(QString name, int maxOccurs, QString auxText, int exponent,
                                                  QString unit);
     void CheckReportData(std::unique_ptr<ReportData> item);
-    void AddExplicit(QString name, const ExplicitReportData &data, int maxOccurs, QString auxText, int exponent,
+    void AddExplicit(QString name, const ExplicitReportData &explicitData, int maxOccurs, QString auxText, int exponent,
                      QString unit);
 
     // The values of an element that the report announces.
@@ -148,7 +148,8 @@ private:
     void RetryAsInteger();
     void RetryAsText();
     void RetryAsDateTime();
-    template <typename Value> void Retry(Value value);
+    template <typename Value>
+    void Retry(Value value);
     bool HasIndex(const char *message);
 
     // A host may take the button to another place and see it destroyed there.

@@ -4,6 +4,8 @@
 #include "host/quilmar.h"
 #include "host/trace.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 // The control's list of values: what the host adds and removes.
@@ -128,10 +130,10 @@ void VCReporting::CheckReportData(std::unique_ptr<ReportData> item)
     }
 }
 
-void VCReporting::AddExplicit(QString name, const ExplicitReportData &data, int maxOccurs, QString auxText,
+void VCReporting::AddExplicit(QString name, const ExplicitReportData &explicitData, int maxOccurs, QString auxText,
                               int exponent, QString unit)
 {
     auto item = CreateReportData(name, maxOccurs, auxText, exponent, unit);
-    item->SetExplicitData(data);
+    item->SetExplicitData(explicitData);
     CheckReportData(std::move(item));
 }

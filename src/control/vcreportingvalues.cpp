@@ -159,15 +159,15 @@ bool VCReporting::ServeElementFrom(int index, Element &element)
 
 void VCReporting::SetExplicitValue(int index, const Element &element)
 {
-    const ExplicitReportData data = GetItem(index)->GetExplicitData();
-    if (data.m_Kind != EXPLICIT_BOOL && data.m_Kind != EXPLICIT_LONG) {
+    const ExplicitReportData explicitData = GetItem(index)->GetExplicitData();
+    if (explicitData.m_Kind != EXPLICIT_BOOL && explicitData.m_Kind != EXPLICIT_LONG) {
         return;
     }
     m_iIndex = index;
-    if (data.m_Kind == EXPLICIT_BOOL) {
-        m_pReport->SetXmlValue(data.m_bFlag);
-    } else if (FitsInt(data.m_lValue)) {
-        m_pReport->SetXmlValue(static_cast<int>(data.m_lValue));
+    if (explicitData.m_Kind == EXPLICIT_BOOL) {
+        m_pReport->SetXmlValue(explicitData.m_bFlag);
+    } else if (FitsInt(explicitData.m_lValue)) {
+        m_pReport->SetXmlValue(static_cast<int>(explicitData.m_lValue));
     }
     m_iIndex = kNoIndex;
     m_bValueWritten = true;
@@ -287,7 +287,8 @@ void VCReporting::RetryAsDateTime()
     }
 }
 
-template <typename Value> void VCReporting::Retry(Value value)
+template <typename Value>
+void VCReporting::Retry(Value value)
 {
     if (m_bSettingAttribute) {
         m_pReport->SetAttributeValue(m_sCurrentAttribute, value);

@@ -53,8 +53,8 @@ public:
     /// one object returns false and does nothing.
     bool CreateXmlFromSchema(QString schemaPath, QString reportPath, bool showCommentDialog);
 
-    /// The comment dialogs of this report, in order of creation. They belong to this object, which must not be destroyed
-    /// as long as one of them is open. One that has ended is hidden.
+    /// The comment dialogs of this report, in order of creation. They belong to this object, which must not be
+    /// destroyed as long as one of them is open. One that has ended is hidden.
     std::list<QDialog *> GetCommentDialogs() const;
 
     /// Gives the current element its value and ends it for the walk: its template attributes that served the check are
@@ -118,7 +118,8 @@ private:
     bool FetchElementToSet(const char *setter);
 
     // Element values.
-    template <typename Number> void SetNumber(Number value, const QString &text);
+    template <typename Number>
+    void SetNumber(Number value, const QString &text);
     void SetUntestedValue(const QString &typeWord, int typeError, const QString &text);
     void WriteValue(const QStringList &testedAttributes, const QString &text);
     QString TypeControl(QString expectedType);
@@ -126,7 +127,8 @@ private:
 
     // Attribute values.
     bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError);
-    template <typename Number> void SetAttributeNumber(const QString &name, Number value, const QString &text);
+    template <typename Number>
+    void SetAttributeNumber(const QString &name, Number value, const QString &text);
     void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
 
     // Occurrences.
