@@ -1,7 +1,5 @@
 #include "report/occurrences.h"
 
-#include "dom/nodesearch.h"
-
 #include <algorithm>
 
 namespace {
@@ -11,13 +9,6 @@ bool IsListed(const QHash<QString, std::vector<int>> &parents, const QString &pa
 {
     const auto keys = parents.constFind(parent);
     return keys != parents.constEnd() && std::any_of(keys->begin(), keys->end(), keyApplies);
-}
-
-bool StandsInDocument(const QDomDocument &document, const QString &name)
-{
-    std::list<QDomNode> nodes;
-    dom::FindAll(name, { document.documentElement(), QDomNode() }, nodes);
-    return !nodes.empty();
 }
 
 } // namespace
@@ -93,7 +84,7 @@ bool OccurrenceLookup::IsStart(const QDomNode &node, const ParentKeys &parents, 
     const QString name = node.nodeName();
     const bool isRootListed = IsListed(parents, rootName, keyApplies);
     if (node == last) {
-        return isRootListed && (last.nodeName() == rootName || StandsInDocument(document, rootName));
+        return isRootListed && last.nodeName() == rootName;
     }
     const bool isListed = IsListed(parents, name, keyApplies) || (isRootListed && name == last.nodeName());
     return isListed && name != rootName && m_rIndex.FindFirst(name) == node;
