@@ -5,6 +5,7 @@
 
 #include <QCloseEvent>
 #include <QDomDocument>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPointer>
 
@@ -68,6 +69,8 @@ void CommentDialogImpl::ShowData()
     m_pTimeLabel->setText(time);
     setWindowTitle(QLatin1String("ToReport - ") + time);
     ShowValues();
+    // Translated labels may be longer than the form was drawn for, and its minimum size lets the layout cut them.
+    resize(size().expandedTo(layout()->totalMinimumSize()));
     m_pTextEdit->setFocus();
     show();
 }
