@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QPointer>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -69,8 +70,9 @@ void CommentDialogImpl::ShowData()
     m_pTimeLabel->setText(time);
     setWindowTitle(QLatin1String("ToReport - ") + time);
     ShowValues();
-    // Translated labels may be longer than the form was drawn for, and its minimum size lets the layout cut them.
-    resize(size().expandedTo(layout()->totalMinimumSize()));
+    // Values, a larger font and translated labels may need more room than the form was drawn with.
+    layout()->activate();
+    resize(std::max(width(), layout()->totalSizeHint().width()), height());
     m_pTextEdit->setFocus();
     show();
 }
