@@ -8,7 +8,7 @@
 #include <QString>
 
 #include <functional>
-#include <vector>
+#include <set>
 
 /// The greatest choice key of each name that stands in a choice.
 using ChoiceKeys = QHash<QString, int>;
@@ -34,7 +34,7 @@ public:
 
 private:
     // The keys under which a row lists each parent.
-    using ParentKeys = QHash<QString, std::vector<int>>;
+    using ParentKeys = QHash<QString, std::set<int>>;
 
     const ParentKeys &GetParents(const QString &name);
     bool IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies);

@@ -110,7 +110,8 @@ private:
     bool FetchElementToSet(const char *setter);
 
     // Element values.
-    template <typename Number> void SetNumber(Number value, const QString &text);
+    template <typename Number>
+    void SetNumber(Number value, const QString &text);
     void SetUntestedValue(const QString &typeWord, int typeError, const QString &text);
     void WriteValue(const QStringList &testedAttributes, const QString &text);
     QString TypeControl(QString expectedType);
@@ -118,7 +119,8 @@ private:
 
     // Attribute values.
     bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError);
-    template <typename Number> void SetAttributeNumber(const QString &name, Number value, const QString &text);
+    template <typename Number>
+    void SetAttributeNumber(const QString &name, Number value, const QString &text);
     void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
 
     // Occurrences.
