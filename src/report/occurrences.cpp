@@ -34,14 +34,14 @@ ChoiceKeys GreatestChoiceKeys(const ChoiceMap &choiceMap)
 }
 
 OccurrenceLookup::OccurrenceLookup(const OccursMap &occursMap, ElementIndex &index)
-    : m_rOccursMap(occursMap)
-    , m_rIndex(index)
+    : m_pOccursMap(&occursMap)
+    , m_pIndex(&index)
 {
 }
 
 bool OccurrenceLookup::HasRow(const QString &name) const
 {
-    return m_rOccursMap.find(name) != m_rOccursMap.end();
+    return m_pOccursMap->find(name) != m_pOccursMap->end();
 }
 
 bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, const QDomElement &element,
@@ -71,8 +71,8 @@ const OccurrenceLookup::ParentKeys &OccurrenceLookup::GetParents(const QString &
 {
     auto row = m_hRows.find(name);
     if (row == m_hRows.end()) {
-        const auto filed = m_rOccursMap.find(name);
-        row = m_hRows.insert(name, filed == m_rOccursMap.end() ? ParentKeys() : ByParent(filed->second));
+        const auto filed = m_pOccursMap->find(name);
+        row = m_hRows.insert(name, filed == m_pOccursMap->end() ? ParentKeys() : ByParent(filed->second));
     }
     return *row;
 }
@@ -90,5 +90,5 @@ bool OccurrenceLookup::IsStart(const QDomNode &node, const ParentKeys &parents, 
         return isRootListed && last.nodeName() == rootName;
     }
     const bool isListed = IsListed(parents, name, keyApplies) || (isRootListed && name == last.nodeName());
-    return isListed && name != rootName && m_rIndex.FindFirst(name) == node;
+    return isListed && name != rootName && m_pIndex->FindFirst(name) == node;
 }

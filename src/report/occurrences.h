@@ -24,6 +24,7 @@ class OccurrenceLookup
 public:
     using KeyTest = std::function<bool(int)>;
 
+    /// Neither is owned; the table must stay as it is.
     OccurrenceLookup(const OccursMap &occursMap, ElementIndex &index);
 
     bool HasRow(const QString &name) const;
@@ -39,7 +40,7 @@ private:
     const ParentKeys &GetParents(const QString &name);
     bool IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies);
 
-    const OccursMap &m_rOccursMap;
-    ElementIndex &m_rIndex;
+    const OccursMap *m_pOccursMap; // not owned
+    ElementIndex *m_pIndex; // not owned
     QHash<QString, ParentKeys> m_hRows;
 };
