@@ -1,5 +1,7 @@
 #include "report/boundtest.h"
 
+#include <algorithm>
+
 namespace bounds {
 
 namespace {
@@ -80,8 +82,9 @@ Bounds<Number> OfElement(const AttributeList &attributes)
 {
     Bounds<Number> bounds;
     for (const auto &[name, value] : attributes) {
-        const std::optional<Side> side = SideIn(name);
-        if (side && name == FacetName(*side)) {
+        const auto side = std::find_if(kSides.begin(), kSides.end(),
+                                       [&name = name](Side candidate) { return name == FacetName(candidate); });
+        if (side != kSides.end()) {
             bounds.m_lValues[*side] = ToNumber<Number>(value);
         }
     }
