@@ -1,0 +1,82 @@
+#include "dom/documentsaver.h"
+
+#include "dom/deepsaver.h"
+#include "dom/fileguard.h"
+#include "dom/nodedepth.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTextStream>
+
+namespace dom {
+
+namespace {
+
+constexpr int kIndent = 4;
+/// Qt's save takes about 1.6 KB of stack for each level; up to here it is safe also on a host's small stack.
+constexpr int kMaxQtSaveDepth = 100;
+
+/// The bytes as a QTextStream on the file itself would write them; there it costs a system call for each line.
+QByteArray DocumentBytes(const QDomDocument &document)
+{
+    QByteArray bytes;
+    QTextStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setCodec("UTF-8");
+    if (IsDeeperThan(document, kMaxQtSaveDepth)) {
+        DeepSaver(stream, kIndent).Save(document);
+    } else {
+        document.save(stream, kIndent, QDomNode::EncodingFromDocument);
+    }
+    stream.flush();
+    return bytes;
+}
+
+/// Unbuffered, since a buffered write takes all and only fails, silently, when the file is closed.
+bool WriteWhole(QFile &file, const QByteArray &bytes)
+{
+    qint64 written = 0;
+    while (written < bytes.size()) {
+        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
+        if (count <= 0) {
+            return false;
+        }
+        written += count;
+    }
+    return true;
+}
+
+/// A link stays; what it leads to is torn.
+void RemoveTornFile(const QString &path)
+{
+    if (QFileInfo(path).isFile()) {
+        QFile::remove(QFileInfo(path).canonicalFilePath());
+    }
+}
+
+} // namespace
+
+QString SaveDocument(const QDomDocument &document, const QString &path)
+{
+    const QByteArray bytes = DocumentBytes(document);
+    if (IsFifo(path)) {
+        return QStringLiteral("it is a FIFO, where writing may block");
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        return file.errorString();
+    }
+    bool isWhole = WriteWhole(file, bytes);
+    QString reason = file.errorString();
+    file.close();
+    if (isWhole && file.error() != QFileDevice::NoError) {
+        isWhole = false;
+        reason = file.errorString();
+    }
+    if (isWhole) {
+        return QString();
+    }
+    RemoveTornFile(path);
+    return reason;
+}
+
+} // namespace dom
