@@ -6,18 +6,17 @@
 #include "dom/nodesearch.h"
 #include "host/trace.h"
 #include "xml/depthfilter.h"
+#include "xml/nodetext.h"
 #include "xml/xmlcontenthandler.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QTextStream>
 #include <QXmlInputSource>
 #include <QXmlSimpleReader>
 
 namespace {
 
 constexpr int kDocumentIndent = 1;
-constexpr int kNodeIndent = 0;
 
 template <typename BuildMessage> void Trace(int line, BuildMessage buildMessage)
 {
@@ -143,15 +142,15 @@ bool XMLReader::ParseXml()
         return false;
     }
     if (m_bHasDocument) {
-        return m_pDocument != nullptr && ParseText(*m_pDocument, kDocumentIndent);
+        return m_pDocument != nullptr && ParseNode(*m_pDocument);
     }
     if (m_bHasFile) {
         return ParseFile();
     }
     if (m_bHasNode) {
-        return ParseText(*m_pNode, kNodeIndent);
+        return ParseNode(*m_pNode);
     }
-    return m_bHasFragment && ParseText(*m_pFragment, kNodeIndent);
+    return m_bHasFragment && ParseNode(*m_pFragment);
 }
 
 std::list<QDomNode> *XMLReader::GetElement(QString name, QString parent)
@@ -251,22 +250,21 @@ bool XMLReader::ParseFile()
     // The source opens the file itself, but would read on from where an open one stands.
     QXmlInputSource source(m_pFile.get());
     const bool result = RunParser(source);
-    m_pFile->close();
+    // A receiver may have put other content in its place.
+    if (m_bHasFile) {
+        m_pFile->close();
+    }
     return result;
 }
 
-bool XMLReader::ParseText(const QDomNode &node, int indent)
+bool XMLReader::ParseNode(const QDomNode &node)
 {
     if (dom::IsDeeperThan(node, limits::kMaxFileDepth)) {
         TraceDepth(__LINE__);
         return false;
     }
-    QString text;
-    QTextStream stream(&text, QIODevice::WriteOnly);
-    node.save(stream, indent, QDomNode::EncodingFromDocument);
-    stream.flush();
     QXmlInputSource source;
-    source.setData(text);
+    source.setData(m_bHasDocument ? m_pDocument->toString(kDocumentIndent) : NodeText(node));
     return RunParser(source);
 }
 

@@ -31,26 +31,32 @@ struct SearchRoots;
 /// Events: DocBeginEvent, an ElemBeginEvent and an ElemEndEvent for each element, DocEndEvent where the end is reached.
 /// - File and document content: each ElemBeginEvent carries the element's node and an empty text; the text is to be
 ///   taken from the node (`event->GetElementNode().toElement().text()`). The node is found by keeping step with the
-///   parser and goes astray in mixed content: the element behind a leading text or a comment, or behind an element
-///   within another of the same name, comes with a node that was announced before. Name and attributes, which come from
-///   the parser, are always right.
-/// - Fragment and node content (but for a node that is a document): a null node, and as text what follows the start tag
-///   up to the next tag. The event comes with that text; an element without any before the next start tag has none.
+///   parser, which goes astray in mixed content: an element behind a leading text, comment or instruction, behind a
+///   comment between two elements, or behind an element within another of the same name comes with a node that was
+///   announced before. Name and attributes come from the parser and are always right.
+/// - Fragment and node content (but for a node that is a document): a null node, and as text the first that follows the
+///   start tag. The event comes with that text: for an element without text of its own with the line end that the
+///   serialisation puts there, for an empty one behind its ElemEndEvent, and not at all if none follows before the
+///   next start tag or the end of the root.
+///
+/// The attributes of an event are without the declarations of namespaces ("xmlns", "xmlns:p").
 ///
 /// What Qt's parser lets pass: ParseXml's true is no proof that the content is well-formed. Duplicate attributes (the
-/// events carry all of them, the document the last), undeclared prefixes, undeclared entities (they vanish), missing
-/// blanks between attributes, control characters (also as references, zero included), any version and an unknown
-/// encoding in the declaration, a DOCTYPE that names another root, an attribute value with "\r\n" unchanged. Defaults
-/// of a DTD and external entities are not read. A text of blanks alone between tags is not in the document of a file.
+/// events carry all of them, the document the last), undeclared prefixes and names such as "a:b:c", undeclared entities
+/// (they vanish), missing blanks between attributes, control characters (also as references, zero included), any
+/// version and an unknown encoding in the declaration, a DOCTYPE that names another root. Line ends and blanks in
+/// attributes stay as they stand in the file. Defaults of a DTD and external entities are not read. A text of blanks
+/// alone is in no document that Qt reads.
 ///
 /// Limits: content whose elements nest deeper than 500, or whose entities make it grow by more than 16 MiB, isn't given
-/// to Qt's parsers, which recurse on the caller's stack; ParseXml is false then, and a trace tells why.
+/// to Qt's parsers, which recurse on the caller's stack; ParseXml is false then, and a trace tells why. Searches work
+/// at any depth.
 class TAGWRIGHT_EXPORT XMLReader
 {
 public:
-    /// `pCallback` hears all events; it isn't owned and must live as long as ParseXml runs. With a null one, which is
-    /// traced, everything answers false or an empty list. `handler` may be null, and is for use inside the library: one
-    /// that is given isn't owned, outlives the reader, and keeps its own callback and document.
+    /// `pCallback` hears all events; it isn't owned and must outlive the reader. With a null one, which is traced,
+    /// everything answers false or an empty list. `handler` is null for a host: the reader makes its own. One that is
+    /// given isn't owned, must outlive the reader, and keeps its own callback and document.
     XMLReader(ITagwright *pCallback, XmlContentHandler *handler);
     /// Frees what the reader has made. A document that was handed over by pointer is NOT deleted here; see below.
     virtual ~XMLReader();
@@ -85,7 +91,8 @@ public:
     /// that breaks a limit.
     ///
     /// A SetXmlContent from inside XmlUpdate is allowed: searches see the new content at once, the parse that is
-    /// running goes on over the old one, which lives until its end.
+    /// running goes on over the old one, which lives until its end. So is a change of the document through a node; but
+    /// don't fill it anew, by its setContent, during a parse.
     bool ParseXml();
 
     /// All nodes called `name` in document order, or, with a `parent` that isn't empty, those below the first element
@@ -99,8 +106,9 @@ public:
     /// `parent`, at the element found for it.
     ///
     /// Never null; no match gives an empty list. The list belongs to the reader: don't delete it; the next search
-    /// replaces it, and the reader's end destroys it. The nodes in it are handles and may be kept, also past the
-    /// reader, but a node whose document has gone keeps only its own subtree: its parents and siblings are null.
+    /// replaces it, and the reader's end destroys it. The nodes in it are handles and may be kept. But a node that is
+    /// kept past its document (that of a file goes with the next content, or with the reader) keeps only its own
+    /// subtree: it has no parent, and to ask it for its siblings is an error that Qt doesn't catch.
     std::list<QDomNode> *GetElement(QString name, QString parent);
 
     /// As GetElement, below the element that the running parse has announced last, or ended last. After a parse that
@@ -114,7 +122,7 @@ private:
     void LetGoOf(const QDomDocument *document);
     void CheckFile();
     bool ParseFile();
-    bool ParseText(const QDomNode &node, int indent);
+    bool ParseNode(const QDomNode &node);
     bool RunParser(QXmlInputSource &source);
     void DropReplaced();
     dom::SearchRoots GetSearchRoots() const;

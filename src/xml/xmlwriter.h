@@ -41,7 +41,7 @@ public:
 
     /// Starts the document, with `rootTag` as its root, on which the cursor then stands, and remembers the file's name;
     /// the disk is not touched. False, and no change, if there is a document already. True also for a `rootTag` that
-    /// is no XML name; there is no cursor then, and nothing can be written.
+    /// is no XML name; there is no cursor then, and what is created goes nowhere.
     bool CreateXmlFile(const QString &fileName, const QString &rootTag);
 
     /// Appends an element to the cursor, with that text unless it is empty. With `goDown` it becomes the cursor. False,
