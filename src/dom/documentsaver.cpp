@@ -1,7 +1,8 @@
 #include "dom/documentsaver.h"
 
-#include "dom/deepsaver.h"
+#include "dom/documentwriter.h"
 #include "dom/fileguard.h"
+#include "dom/limits.h"
 #include "dom/nodedepth.h"
 
 #include <QFile>
@@ -13,30 +14,25 @@ namespace dom {
 namespace {
 
 constexpr int kIndent = 4;
-/// Qt's save takes about 1.6 KB of stack for each level; up to here it is safe also on a host's small stack.
-constexpr int kMaxQtSaveDepth = 100;
 
 /// The bytes as a QTextStream on the file itself would write them; there it costs a system call for each line.
-QByteArray DocumentBytes(const QDomDocument &document)
+std::string QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
     stream.setCodec("UTF-8");
-    if (IsDeeperThan(document, kMaxQtSaveDepth)) {
-        DeepSaver(stream, kIndent).Save(document);
-    } else {
-        document.save(stream, kIndent, QDomNode::EncodingFromDocument);
-    }
+    document.save(stream, kIndent, QDomNode::EncodingFromDocument);
     stream.flush();
-    return bytes;
+    return bytes.toStdString();
 }
 
 /// Unbuffered, since a buffered write takes all and only fails, silently, when the file is closed.
-bool WriteWhole(QFile &file, const QByteArray &bytes)
+bool WriteWhole(QFile &file, const std::string &bytes)
 {
+    const auto size = static_cast<qint64>(bytes.size());
     qint64 written = 0;
-    while (written < bytes.size()) {
-        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
+    while (written < size) {
+        const qint64 count = file.write(bytes.data() + written, size - written);
         if (count <= 0) {
             return false;
         }
@@ -53,11 +49,9 @@ void RemoveTornFile(const QString &path)
     }
 }
 
-} // namespace
-
-QString SaveDocument(const QDomDocument &document, const QString &path)
+/// Empty, or why the file could not be written.
+QString WriteFile(const std::string &bytes, const QString &path)
 {
-    const QByteArray bytes = DocumentBytes(document);
     if (IsFifo(path)) {
         return QStringLiteral("it is a FIFO, where writing may block");
     }
@@ -77,6 +71,22 @@ QString SaveDocument(const QDomDocument &document, const QString &path)
     }
     RemoveTornFile(path);
     return reason;
+}
+
+} // namespace
+
+SaveResult SaveDocument(const QDomDocument &document, const QString &path)
+{
+    DocumentWriter writer;
+    if (writer.Write(document)) {
+        return { WriteFile(writer.TakeBytes(), path), writer.HasReplaced() };
+    }
+    if (IsDeeperThan(document, limits::kMaxFileDepth)) {
+        return { QStringLiteral("it nests more than %1 elements and holds nodes that only Qt can write, which recurses")
+                     .arg(limits::kMaxFileDepth),
+                 false };
+    }
+    return { WriteFile(QtBytes(document), path), false };
 }
 
 } // namespace dom
