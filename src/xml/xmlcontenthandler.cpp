@@ -2,6 +2,18 @@
 
 #include "events/eventsender.h"
 #include "host/trace.h"
+#include "xml/readahead.h"
+
+namespace {
+
+/// True for a node whose name holds no "#", as those of texts, comments and CDATA nodes do. The type is asked first: a
+/// name lies in memory of its own, and a large document has many.
+bool IsElementLike(const QDomNode &node)
+{
+    return !node.isNull() && !node.isCharacterData() && !node.nodeName().contains(QLatin1Char('#'));
+}
+
+} // namespace
 
 XmlContentHandler::XmlContentHandler(ITagwright *pCallback, QDomDocument *document)
     : m_pCallback(pCallback)
@@ -86,14 +98,13 @@ void XmlContentHandler::SetDocument(QDomDocument *document)
 /// One step to the element that the parser has just entered, as far as the neighbours of the cursor tell which it is.
 void XmlContentHandler::MoveCursor()
 {
-    const bool down = m_pCurrentElement->hasChildNodes()
-        && !m_pCurrentElement->firstChild().nodeName().contains(QLatin1Char('#')) && !m_bCursorLeftElement;
-    if (down) {
+    if (!m_bCursorLeftElement && IsElementLike(m_pCurrentElement->firstChild())) {
         *m_pCursorNode = m_pCurrentElement->firstChild();
     } else {
         *m_pCursorNode = m_pCurrentElement->nextSibling();
         m_bCursorLeftElement = false;
     }
+    ReadAhead(*m_pCursorNode);
     if (m_pCursorNode->isElement()) {
         *m_pCurrentElement = m_pCursorNode->toElement();
     }

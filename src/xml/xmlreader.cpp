@@ -18,7 +18,8 @@ namespace {
 
 constexpr int kDocumentIndent = 1;
 
-template <typename BuildMessage> void Trace(int line, BuildMessage buildMessage)
+template <typename BuildMessage>
+void Trace(int line, BuildMessage buildMessage)
 {
     trace::Write(QStringLiteral("xmlreader"), line, buildMessage);
 }
