@@ -1,5 +1,6 @@
 #include "report/xmlcreatereport.h"
 
+#include "control/commentdialogimpl.h"
 #include "dom/documentsaver.h"
 #include "dom/fileguard.h"
 #include "events/eventsender.h"
@@ -45,6 +46,12 @@ XmlCreateReport::XmlCreateReport(ITagwright *pCallback)
 
 XmlCreateReport::~XmlCreateReport()
 {
+    while (!m_CommentDialogs.empty()) {
+        // A host that closes up may have destroyed all windows already.
+        const std::unique_ptr<CommentDialogImpl> ended(m_CommentDialogs.front().data());
+        m_CommentDialogs.pop_front();
+    }
+    m_pDialogDocument.reset();
     m_pSchemaHandler.reset();
     m_pDomParser.reset();
 }
@@ -130,7 +137,23 @@ void XmlCreateReport::SaveReport(const QString &reportPath)
 
 void XmlCreateReport::ShowCommentDialog(const QString &reportPath)
 {
-    Q_UNUSED(reportPath)
+    auto dialog = std::make_unique<CommentDialogImpl>();
+    m_pDialogDocument = std::make_unique<QDomDocument>(*m_pDocument);
+    dialog->SetDocument(m_pDialogDocument.get());
+    dialog->SetFileName(ToNativePath(reportPath));
+    dialog->ShowData();
+    m_CommentDialogs.emplace_back(dialog.release());
+}
+
+std::list<QDialog *> XmlCreateReport::GetCommentDialogs() const
+{
+    std::list<QDialog *> dialogs;
+    for (const QPointer<CommentDialogImpl> &dialog : m_CommentDialogs) {
+        if (dialog != nullptr) {
+            dialogs.push_back(dialog);
+        }
+    }
+    return dialogs;
 }
 
 void XmlCreateReport::Error(int id)

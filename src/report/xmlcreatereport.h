@@ -6,14 +6,18 @@
 #include "schema/schematables.h"
 
 #include <QDateTime>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QTime>
 
+#include <list>
 #include <memory>
 
+class CommentDialogImpl;
 class DomParser;
 class NodeSet;
+class QDialog;
 class QDomDocument;
 class QDomElement;
 class QXmlSimpleReader;
@@ -48,6 +52,10 @@ public:
     /// be written does not change it. Where the schema can't be read an empty report file is left. A second call on
     /// one object returns false and does nothing.
     bool CreateXmlFromSchema(QString schemaPath, QString reportPath, bool showCommentDialog);
+
+    /// The comment dialogs of this report, in order of creation. They belong to this object, which must not be
+    /// destroyed as long as one of them is open. One that has ended is hidden.
+    std::list<QDialog *> GetCommentDialogs() const;
 
     /// Gives the current element its value and ends it for the walk: its template attributes that served the check are
     /// removed. Raises 7 without a current element, 8 and 9 where it has no type, 9 where its type has no "string" in
@@ -110,7 +118,8 @@ private:
     bool FetchElementToSet(const char *setter);
 
     // Element values.
-    template <typename Number> void SetNumber(Number value, const QString &text);
+    template <typename Number>
+    void SetNumber(Number value, const QString &text);
     void SetUntestedValue(const QString &typeWord, int typeError, const QString &text);
     void WriteValue(const QStringList &testedAttributes, const QString &text);
     QString TypeControl(QString expectedType);
@@ -118,7 +127,8 @@ private:
 
     // Attribute values.
     bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError);
-    template <typename Number> void SetAttributeNumber(const QString &name, Number value, const QString &text);
+    template <typename Number>
+    void SetAttributeNumber(const QString &name, Number value, const QString &text);
     void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
 
     // Occurrences.
@@ -138,6 +148,8 @@ private:
     ChoiceMap m_ChoiceMap;
     QDomElement *m_pCurrentElement = nullptr; // the walk's, or m_pDiscardSuccessor
     std::unique_ptr<DomParser> m_pDomParser;
+    std::list<QPointer<CommentDialogImpl>> m_CommentDialogs; // owned
+    std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
     // What the walk resumes behind after a discard; it must live until the walk has read it.
     std::unique_ptr<QDomElement> m_pDiscardSuccessor;
     // The elements that were multiplied, and their copies.
