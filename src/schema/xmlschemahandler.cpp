@@ -1,35 +1,39 @@
 #include "schema/xmlschemahandler.h"
 
+#include "dom/fileguard.h"
 #include "events/itagwright.h"
 #include "host/trace.h"
-#include "schema/templatecontent.h"
+#include "schema/referenceresolver.h"
+#include "schema/schematags.h"
 
+#include <QFile>
+#include <QXmlInputSource>
+#include <QXmlSimpleReader>
+
+#include <array>
 #include <utility>
 
-namespace {
-
-// Built-in types and schema tags are told by this literal text, wherever in a value it stands.
-constexpr int kPrefixLength = 3;
-
-bool HasPrefix(const QString &text)
-{
-    return text.contains(QLatin1String("xs:"));
-}
-
-QString UnitName()
-{
-    return QStringLiteral("xmlschemahandler");
-}
-
-} // namespace
+using schematags::UnitName;
 
 XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath)
-    : m_pCallback(pCallback)
-    , m_pDocument(std::make_unique<QDomDocument>())
-    , m_sSchemaPath(schemaPath)
-    , m_pArena(std::make_unique<SchemaArena>())
+    : XmlSchemaHandler(pCallback, schemaPath, {}, {}, {}, {})
 {
     trace::CheckCallback(pCallback, "XmlSchemaHandler", UnitName(), __LINE__);
+}
+
+XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, MissingMap missing, OccursMap occurs,
+                                   TypeMap types, ChoiceMap choices)
+    : m_pCallback(pCallback)
+    , m_MissingMap(std::move(missing))
+    , m_OccursMap(std::move(occurs))
+    , m_TypeMap(std::move(types))
+    , m_ChoiceMap(std::move(choices))
+    , m_pDocument(std::make_unique<QDomDocument>())
+    , m_sSchemaPath(schemaPath)
+    , m_pOwnRun(std::make_unique<SchemaRun>(schemaPath))
+    , m_pRun(m_pOwnRun.get())
+    , m_sFilePath(schemaPath)
+{
 }
 
 XmlSchemaHandler::~XmlSchemaHandler() = default;
@@ -69,6 +73,31 @@ bool XmlSchemaHandler::characters(const QString &)
     return true;
 }
 
+XmlSchemaHandler::TagReader XmlSchemaHandler::ReaderOf(const QString &tag)
+{
+    struct Row
+    {
+        QLatin1String m_sTag;
+        TagReader m_pRead;
+    };
+    static const std::array<Row, 8> rows { {
+        { QLatin1String("xs:element"), &XmlSchemaHandler::ReadElement },
+        { QLatin1String("xs:complexType"), &XmlSchemaHandler::ReadTypeStart },
+        { QLatin1String("xs:simpleType"), &XmlSchemaHandler::ReadTypeStart },
+        { QLatin1String("xs:attribute"), &XmlSchemaHandler::ReadAttribute },
+        { QLatin1String("xs:restriction"), &XmlSchemaHandler::ReadRestriction },
+        { QLatin1String("xs:extension"), &XmlSchemaHandler::ReadExtension },
+        { QLatin1String("xs:choice"), &XmlSchemaHandler::ReadChoice },
+        { QLatin1String("xs:include"), &XmlSchemaHandler::ReadInclude },
+    } };
+    for (const Row &row : rows) {
+        if (tag == row.m_sTag) {
+            return row.m_pRead;
+        }
+    }
+    return nullptr;
+}
+
 bool XmlSchemaHandler::startElement(const QString &, const QString &, const QString &qName, const QXmlAttributes &atts)
 {
     if (!IsReading()) {
@@ -80,27 +109,11 @@ bool XmlSchemaHandler::startElement(const QString &, const QString &, const QStr
     }
     m_sTag = qName;
     m_oOpenTags.Push();
-    if (m_bInRestriction) {
-        ReadFacet(atts);
-    } else {
-        ReadTag(atts);
+    const TagReader read = m_bInRestriction ? &XmlSchemaHandler::ReadFacet : ReaderOf(m_sTag);
+    if (read != nullptr) {
+        (this->*read)(atts);
     }
     return true;
-}
-
-void XmlSchemaHandler::ReadTag(const QXmlAttributes &atts)
-{
-    if (m_sTag == QLatin1String("xs:element")) {
-        m_iTypeDepth == 0 ? ReadGlobal(atts) : ReadLocalElement(atts);
-    } else if (m_sTag == QLatin1String("xs:complexType") || m_sTag == QLatin1String("xs:simpleType")) {
-        ReadTypeStart(atts);
-    } else if (m_sTag == QLatin1String("xs:restriction")) {
-        ReadRestriction(atts);
-    } else if (m_sTag == QLatin1String("xs:attribute")) {
-        if (m_iTypeDepth == 0) {
-            ReadGlobal(atts);
-        }
-    }
 }
 
 bool XmlSchemaHandler::endElement(const QString &, const QString &, const QString &qName)
@@ -123,7 +136,12 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
         m_bInGlobal = m_bInGlobal && m_iTypeDepth > 0;
         m_bInGlobalAttribute = m_bInGlobalAttribute && m_iTypeDepth > 0;
     } else if (qName == QLatin1String("xs:restriction")) {
-        EndRestriction();
+        m_bInRestriction = false;
+        m_iEnumerationIndex = 1;
+    } else if (qName == QLatin1String("xs:choice")) {
+        m_bInChoice = false;
+        // Each choice has a hundred keys of its own, an empty one too.
+        m_iChoiceKey = (m_iChoiceKey / 100 + 1) * 100;
     }
     return true;
 }
@@ -139,27 +157,6 @@ void XmlSchemaHandler::EndType(OpenTags::Kind kind)
     }
 }
 
-void XmlSchemaHandler::EndRestriction()
-{
-    m_bInRestriction = false;
-    m_iEnumerationIndex = 1;
-}
-
-void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
-{
-    ++m_iTypeDepth;
-    if (atts.count() > 0) {
-        m_oOpenTags.Mark(OpenTags::Kind::NamedType);
-        m_pFragment = m_pArena->NewFragment(*m_pDocument);
-        m_bNamedFragment = true;
-        m_oCarrier.clear();
-        m_sGlobalName = atts.value(0);
-        FileEntry(m_sGlobalName, { true, 0, m_pFragment });
-    } else if (m_iTypeDepth != 1 && m_sTag == QLatin1String("xs:complexType")) {
-        MoveDown();
-    }
-}
-
 void XmlSchemaHandler::MoveDown()
 {
     const QDomElement last = m_pCurrentElement == nullptr ? QDomElement() : m_pCurrentElement->lastChildElement();
@@ -167,15 +164,39 @@ void XmlSchemaHandler::MoveDown()
         m_oOpenTags.Mark(OpenTags::Kind::UnmovedType);
         return;
     }
-    m_pCurrentElement = m_pArena->Keep(last);
+    m_pCurrentElement = m_pRun->m_oArena.Keep(last);
+    ++m_iCurrentLevel;
 }
 
 void XmlSchemaHandler::MoveUp()
 {
-    const QDomElement parent =
-        m_pCurrentElement == nullptr ? QDomElement() : m_pCurrentElement->parentNode().toElement();
-    if (!parent.isNull()) {
-        m_pCurrentElement = m_pArena->Keep(parent);
+    const QDomNode parent = m_pCurrentElement == nullptr ? QDomNode() : m_pCurrentElement->parentNode();
+    if (parent.isElement()) {
+        m_pCurrentElement = m_pRun->m_oArena.Keep(parent.toElement());
+        --m_iCurrentLevel;
+    }
+}
+
+void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
+{
+    ++m_iTypeDepth;
+    if (atts.count() > 0) {
+        m_oOpenTags.Mark(OpenTags::Kind::NamedType);
+        m_pFragment = m_pRun->m_oArena.NewFragment(*m_pDocument);
+        m_oNamedType.Open(*m_pDocument, *m_pFragment);
+        m_sGlobalName = atts.value(0);
+        FileEntry(m_sGlobalName, { true, 0, m_pFragment });
+    } else if (m_iTypeDepth != 1 && m_sTag == QLatin1String("xs:complexType")) {
+        MoveDown();
+    }
+}
+
+void XmlSchemaHandler::ReadElement(const QXmlAttributes &atts)
+{
+    if (m_iTypeDepth == 0) {
+        ReadGlobal(atts);
+    } else {
+        ReadLocalElement(atts);
     }
 }
 
@@ -188,157 +209,125 @@ void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
     }
     m_bInGlobalAttribute = m_bInGlobalAttribute || m_sTag == QLatin1String("xs:attribute");
     m_sGlobalName = atts.value(0);
-    m_pFragment = m_pArena->NewFragment(*m_pDocument);
-    m_bNamedFragment = false;
+    m_pFragment = m_pRun->m_oArena.NewFragment(*m_pDocument);
+    m_oNamedType.Close();
     m_bInGlobal = true;
-    m_pCurrentElement = m_pArena->Keep(m_pDocument->createElement(m_sGlobalName));
-    m_pFragment->appendChild(*m_pCurrentElement);
+    m_pGlobalFragment = m_pFragment;
+    m_iCurrentLevel = 1;
+    m_pCurrentElement = m_pRun->m_oArena.Keep(m_pDocument->createElement(m_sGlobalName));
+    if (CheckBudget(m_pRun->m_oBudget.Take(m_pFragment, { 1, 0, 1 }, 1))) {
+        m_pFragment->appendChild(*m_pCurrentElement);
+    }
     FileEntry(m_sGlobalName, { false, 0, m_pFragment });
     ReadGlobalAttributes(atts);
 }
 
 void XmlSchemaHandler::ReadGlobalAttributes(const QXmlAttributes &atts)
 {
+    const Target target = CurrentTarget();
     for (int i = 0; i < atts.count(); ++i) {
         const QString name = atts.qName(i);
         if (name == QLatin1String("default")) {
-            m_pCurrentElement->setAttribute(name, atts.value(i));
-        } else if (name == QLatin1String("type") && !ApplyType(atts.value(i), *m_pCurrentElement)) {
-            AddMissingElement(atts.value(i), 1, { m_pCurrentElement, nullptr, m_sGlobalName, false });
+            SetAttribute(target, name, atts.value(i));
+        } else if (name == QLatin1String("type") && !ApplyType(atts.value(i), target, m_iCurrentLevel)) {
+            FileRecord(atts.value(i), 1, { m_pCurrentElement, nullptr, m_sGlobalName, false },
+                       { RecordKind::Plain, m_pGlobalFragment, m_iCurrentLevel + 1, false });
             return;
         }
     }
 }
 
-void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
+void XmlSchemaHandler::ReadChoice(const QXmlAttributes &)
 {
-    const LocalElement local(atts);
-    if (local.m_sName.isEmpty() || (!m_bInGlobal && m_pFragment == nullptr)) {
-        m_oOpenTags.Mark(OpenTags::Kind::UnplacedElement);
-    } else if (local.Copies() == 0) {
-        SkipContent();
-    } else {
-        m_oOpenTags.Mark(OpenTags::Kind::PlacedElement);
-        MakeCopies(local);
-    }
+    m_bInChoice = true;
 }
 
-void XmlSchemaHandler::MakeCopies(const LocalElement &local)
+void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
 {
-    for (int copy = 0; copy < local.Copies(); ++copy) {
-        QDomElement element = MakeLocalElement(local);
-        if (!local.m_sType.isEmpty() && !ApplyType(local.m_sType, element)) {
-            return;
-        }
-    }
-}
-
-QDomElement XmlSchemaHandler::MakeLocalElement(const LocalElement &local)
-{
-    m_pLocalElement = m_pArena->Keep(m_pDocument->createElement(local.m_sName));
-    if (m_bInGlobal) {
-        m_pCurrentElement->appendChild(*m_pLocalElement);
-    } else {
-        m_pFragment->appendChild(*m_pLocalElement);
-    }
-    if (!local.m_sDefault.isEmpty()) {
-        m_pLocalElement->setAttribute(QStringLiteral("default"), local.m_sDefault);
-    }
-    return *m_pLocalElement;
-}
-
-bool XmlSchemaHandler::ApplyType(const QString &type, QDomElement &element)
-{
-    if (HasPrefix(type)) {
-        element.setAttribute(QStringLiteral("type"), type.mid(kPrefixLength));
-        return true;
-    }
-    const TypeEntry *entry = UseComplete(type);
-    if (entry == nullptr) {
-        return false;
-    }
-    // The content is cloned before anything is changed: the element may stand in the very fragment.
-    const QDomDocumentFragment fragment = *entry->m_pFragment;
-    const QDomDocumentFragment clone = content::CloneContent(fragment);
-    if (content::HasCarrier(fragment)) {
-        content::SetAttributes(content::ListAttributes(fragment.firstChild().toElement()), element);
-    }
-    element.appendChild(clone);
-    return true;
-}
-
-void XmlSchemaHandler::ReadRestriction(const QXmlAttributes &atts)
-{
-    m_oRestriction.clear();
     if (atts.count() == 0) {
         TracePassedOver();
-    } else if (atts.qName(0) == QLatin1String("base")) {
-        const QString base = atts.value(0);
-        RestrictionTarget().setAttribute(QStringLiteral("type"), HasPrefix(base) ? base.mid(kPrefixLength) : QString());
-    }
-    m_bInRestriction = true;
-}
-
-void XmlSchemaHandler::ReadFacet(const QXmlAttributes &atts)
-{
-    if (atts.count() == 0) {
         return;
     }
-    QString name = HasPrefix(m_sTag) ? m_sTag.mid(kPrefixLength) : m_sTag;
-    if (name.contains(QLatin1String("enumeration"))) {
-        name += QString::number(m_iEnumerationIndex);
-        ++m_iEnumerationIndex;
+    m_bHasInclude = true;
+    const QString path = IncludePath(atts.value(0));
+    OpenFiles &files = m_pRun->m_oFiles;
+    if (!files.Enter(path, m_oOpenTags.Count())) {
+        TraceRefusedInclude(path);
+        return;
     }
-    RestrictionTarget().setAttribute(name, atts.value(0));
-}
-
-QDomElement XmlSchemaHandler::RestrictionTarget()
-{
-    if (m_bInGlobalAttribute || m_bInGlobal) {
-        return GlobalTarget();
+    // A file that can't be read adds nothing; the names that it should have declared are missed in the end.
+    if (dom::CheckXmlFile(path).isEmpty()) {
+        RunInclude(path);
     }
-    return m_oOpenTags.InLocalElement() ? LocalTarget() : RestrictionPlaceholder();
+    files.Leave();
 }
 
-QDomElement XmlSchemaHandler::GlobalTarget() const
+QString XmlSchemaHandler::IncludePath(const QString &location) const
 {
-    const QDomElement last = m_bInGlobalAttribute ? QDomElement() : m_pCurrentElement->lastChildElement();
-    return last.isNull() ? *m_pCurrentElement : last;
-}
-
-QDomElement XmlSchemaHandler::LocalTarget() const
-{
-    // Inside a reference the local element created last is some other one.
-    return m_oOpenTags.IsPlaced() ? *m_pLocalElement : QDomElement();
-}
-
-QDomElement XmlSchemaHandler::RestrictionPlaceholder()
-{
-    if (m_oRestriction.isNull() && m_bNamedFragment && m_oOpenTags.InNamedType()) {
-        m_oRestriction = m_pDocument->createElement(content::PlaceholderName());
-        m_pFragment->appendChild(m_oRestriction);
-        m_pCurrentElement = m_pArena->Keep(m_oRestriction);
-        if (m_pFragment->firstChild() == m_oRestriction) {
-            m_oCarrier = m_oRestriction;
-        }
+    const QLatin1Char separator('/');
+    if (m_sSchemaPath.endsWith(QLatin1String(".xsd"))) {
+        return m_sSchemaPath.left(m_sSchemaPath.lastIndexOf(separator)) + separator + location;
     }
-    return m_oRestriction;
+    return m_sSchemaPath.endsWith(separator) ? location : separator + location;
+}
+
+void XmlSchemaHandler::RunInclude(const QString &path)
+{
+    // The tables move there and back, which leaves them as a copy and its return would.
+    XmlSchemaHandler nested(m_pCallback, m_sSchemaPath, std::move(m_MissingMap), std::move(m_OccursMap),
+                            std::move(m_TypeMap), std::move(m_ChoiceMap));
+    nested.Join(*m_pRun, path);
+    QFile file(path);
+    QXmlInputSource source(&file);
+    QXmlSimpleReader reader;
+    reader.setContentHandler(&nested);
+    reader.setErrorHandler(&nested);
+    reader.parse(source);
+    m_MissingMap = std::move(nested.m_MissingMap);
+    m_OccursMap = std::move(nested.m_OccursMap);
+    m_TypeMap = std::move(nested.m_TypeMap);
+    m_ChoiceMap = std::move(nested.m_ChoiceMap);
+    m_oCache.Clear();
+}
+
+void XmlSchemaHandler::Join(SchemaRun &run, const QString &filePath)
+{
+    m_pRun = &run;
+    m_pOwnRun.reset();
+    m_bIsInclude = true;
+    m_sFilePath = filePath;
+    run.m_oArena.Keep(*m_pDocument);
 }
 
 bool XmlSchemaHandler::endDocument()
 {
-    if (!IsReading()) {
+    m_pLocator = nullptr;
+    if (!IsReading() || !ResolveReferences()) {
         return false;
     }
-    BuildTemplate(ChooseRoot());
+    const bool found = ChooseRoot();
+    // Nobody reads the template of an included file.
+    if (!m_bIsInclude) {
+        BuildTemplate(found);
+    }
     return true;
+}
+
+bool XmlSchemaHandler::ResolveReferences()
+{
+    ReferenceResolver resolver(m_MissingMap, m_TypeMap, *m_pRun);
+    resolver.DropReplaced();
+    if (m_bHasInclude) {
+        resolver.Reopen();
+    }
+    return resolver.Resolve();
 }
 
 bool XmlSchemaHandler::ChooseRoot()
 {
     bool found = false;
     for (auto &[name, entry] : m_TypeMap) {
-        if (!entry.m_bUsed && entry.m_pFragment->hasChildNodes()) {
+        if (!entry.m_bUsed && entry.m_pFragment != nullptr && entry.m_pFragment->hasChildNodes()) {
             m_pFragment = entry.m_pFragment;
             entry.m_bUsed = true;
             found = true;
@@ -359,7 +348,7 @@ void XmlSchemaHandler::BuildTemplate(bool whole)
 
 bool XmlSchemaHandler::IsReading() const
 {
-    return m_pCallback != nullptr;
+    return m_pCallback != nullptr && !m_pRun->m_oBudget.IsExceeded();
 }
 
 void XmlSchemaHandler::SkipContent()
@@ -370,25 +359,45 @@ void XmlSchemaHandler::SkipContent()
 
 void XmlSchemaHandler::FileEntry(const QString &name, TypeEntry entry)
 {
-    m_pTypeEntry = &m_TypeMap[name];
+    const auto [place, isNew] = m_TypeMap.try_emplace(name);
+    m_pTypeEntry = &place->second;
+    const bool isOfOtherFile =
+        !isNew && m_pTypeEntry->m_pFragment != nullptr && m_pTypeEntry->m_pFragment->ownerDocument() != *m_pDocument;
+    if (isOfOtherFile) {
+        m_pRun->m_lReplaced.insert(name);
+    }
     *m_pTypeEntry = entry;
 }
 
-TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
+bool XmlSchemaHandler::CheckBudget(bool allowed)
 {
-    const auto found = m_TypeMap.find(name);
-    if (found == m_TypeMap.end() || found->second.m_iOpenRefs != 0) {
-        return nullptr;
+    if (!allowed && !m_pRun->m_bLimitTraced) {
+        m_pRun->m_bLimitTraced = true;
+        trace::Write(UnitName(), __LINE__, [this] {
+            return QStringLiteral("%1, and the tag %2 in %3 would break this: nothing more is built.")
+                .arg(m_pRun->m_oBudget.GetReason(), m_sTag, WhereText());
+        });
     }
-    found->second.m_bUsed = true;
-    return &found->second;
+    return allowed;
+}
+
+QString XmlSchemaHandler::WhereText() const
+{
+    return m_pLocator == nullptr ? m_sFilePath
+                                 : QStringLiteral("%1, line %2,").arg(m_sFilePath).arg(m_pLocator->lineNumber());
 }
 
 void XmlSchemaHandler::TracePassedOver() const
 {
     trace::Write(UnitName(), __LINE__, [this] {
-        return QStringLiteral("The tag %1 in %2, line %3, has no attributes and is passed over.")
-            .arg(m_sTag, m_sSchemaPath)
-            .arg(m_pLocator == nullptr ? 0 : m_pLocator->lineNumber());
+        return QStringLiteral("The tag %1 in %2 has no attributes and is passed over.").arg(m_sTag, WhereText());
+    });
+}
+
+void XmlSchemaHandler::TraceRefusedInclude(const QString &path) const
+{
+    trace::Write(UnitName(), __LINE__, [this, &path] {
+        return QStringLiteral("The include of %1 in %2 is passed over: %3.")
+            .arg(path, WhereText(), m_pRun->m_oFiles.GetReason());
     });
 }

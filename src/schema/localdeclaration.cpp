@@ -1,4 +1,4 @@
-#include "schema/localelement.h"
+#include "schema/localdeclaration.h"
 
 #include <algorithm>
 #include <limits>
@@ -10,7 +10,7 @@ constexpr int kOptionalFactor = 100;
 
 int ReadMaxOccurs(const QString &text)
 {
-    return text == QLatin1String("unbounded") ? LocalElement::kUnbounded : text.toInt();
+    return text == QLatin1String("unbounded") ? LocalDeclaration::kUnbounded : text.toInt();
 }
 
 int InHundreds(int limit)
@@ -21,7 +21,7 @@ int InHundreds(int limit)
 
 } // namespace
 
-LocalElement::LocalElement(const QXmlAttributes &atts)
+LocalDeclaration::LocalDeclaration(const QXmlAttributes &atts)
 {
     for (int i = 0; i < atts.count(); ++i) {
         const QString name = atts.qName(i);
@@ -44,22 +44,22 @@ LocalElement::LocalElement(const QXmlAttributes &atts)
     }
 }
 
-const QString &LocalElement::Key() const
+const QString &LocalDeclaration::Key() const
 {
     return m_sName.isEmpty() ? m_sRef : m_sName;
 }
 
-int LocalElement::Copies() const
+int LocalDeclaration::Copies() const
 {
     return m_iMinOccurs == 0 ? 1 : std::max(m_iMinOccurs, 0);
 }
 
-bool LocalElement::HasLimits() const
+bool LocalDeclaration::HasLimits() const
 {
     return m_iMinOccurs == 0 || m_iMaxOccurs != kNotGiven;
 }
 
-int LocalElement::OccursKey() const
+int LocalDeclaration::OccursKey() const
 {
     if (m_iMinOccurs != 0) {
         return m_iMaxOccurs;

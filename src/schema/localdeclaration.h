@@ -3,14 +3,14 @@
 #include <QString>
 #include <QXmlAttributes>
 
-/// What the start tag of a local element says, and the key under which its limits are filed.
-struct LocalElement
+/// What the start tag of a local element or attribute says, and the key under which an element's limits are filed.
+struct LocalDeclaration
 {
     /// The value of a limit that wasn't given. A literal "-100" reads the same.
     static constexpr int kNotGiven = -100;
     static constexpr int kUnbounded = -1;
 
-    explicit LocalElement(const QXmlAttributes &atts);
+    explicit LocalDeclaration(const QXmlAttributes &atts);
 
     /// The name, or the reference of an element without one; empty if it has neither.
     const QString &Key() const;
