@@ -10,14 +10,17 @@ namespace {
 constexpr std::array<Side, SideCount> kSides = { MinInclusive, MaxInclusive, MinExclusive, MaxExclusive };
 
 // A text that can't be read counts as 0, and that bound is then in force.
-template <typename Number> Number ToNumber(const QString &text);
+template <typename Number>
+Number ToNumber(const QString &text);
 
-template <> int ToNumber<int>(const QString &text)
+template <>
+int ToNumber<int>(const QString &text)
 {
     return text.toInt();
 }
 
-template <> double ToNumber<double>(const QString &text)
+template <>
+double ToNumber<double>(const QString &text)
 {
     return text.toDouble();
 }
@@ -58,7 +61,8 @@ QString FacetName(Side side)
     }
 }
 
-template <typename Number> bool Bounds<Number>::Holds(Side side, Number value) const
+template <typename Number>
+bool Bounds<Number>::Holds(Side side, Number value) const
 {
     const Number bound = m_lValues[side];
     switch (side) {
@@ -73,7 +77,8 @@ template <typename Number> bool Bounds<Number>::Holds(Side side, Number value) c
     }
 }
 
-template <typename Number> Bounds<Number> OfElement(const QDomElement &element)
+template <typename Number>
+Bounds<Number> OfElement(const QDomElement &element)
 {
     Bounds<Number> bounds;
     QDomElement handle = element;
@@ -86,7 +91,8 @@ template <typename Number> Bounds<Number> OfElement(const QDomElement &element)
     return bounds;
 }
 
-template <typename Number> Bounds<Number> OfAttribute(const QDomElement &element, const QString &attributeName)
+template <typename Number>
+Bounds<Number> OfAttribute(const QDomElement &element, const QString &attributeName)
 {
     Bounds<Number> bounds;
     std::array<bool, SideCount> isExact = {};
@@ -101,7 +107,8 @@ template <typename Number> Bounds<Number> OfAttribute(const QDomElement &element
     return bounds;
 }
 
-template <typename Number> Verdict Judge(const Bounds<Number> &bounds, Number value)
+template <typename Number>
+Verdict Judge(const Bounds<Number> &bounds, Number value)
 {
     const bool hasLower = bounds.Has(MinInclusive) || bounds.Has(MinExclusive);
     const bool hasUpper = bounds.Has(MaxInclusive) || bounds.Has(MaxExclusive);

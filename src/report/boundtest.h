@@ -19,7 +19,8 @@ QString FacetName(Side side);
 /// Stands for a missing bound: a facet with this very value is neither tested nor removed.
 constexpr int kAbsent = 65535;
 
-template <typename Number> struct Bounds
+template <typename Number>
+struct Bounds
 {
     std::array<Number, SideCount> m_lValues = { kAbsent, kAbsent, kAbsent, kAbsent };
 
@@ -37,14 +38,17 @@ struct Verdict
 };
 
 /// The bounds of an element: the attributes that bear a facet's name.
-template <typename Number> Bounds<Number> OfElement(const QDomElement &element);
+template <typename Number>
+Bounds<Number> OfElement(const QDomElement &element);
 
 /// The bounds of an element's attribute: the attributes whose names contain a facet's name and `attributeName`. Where
 /// two serve one bound, the one that is named exactly so wins, else the last by name.
-template <typename Number> Bounds<Number> OfAttribute(const QDomElement &element, const QString &attributeName);
+template <typename Number>
+Bounds<Number> OfAttribute(const QDomElement &element, const QString &attributeName);
 
 /// Holds a value against bounds. Of two lower bounds one is enough; an upper one has its say after that.
-template <typename Number> Verdict Judge(const Bounds<Number> &bounds, Number value);
+template <typename Number>
+Verdict Judge(const Bounds<Number> &bounds, Number value);
 
 /// The names of the attributes that served the verdict; `attributeName` is empty for an element's bounds.
 QStringList UsedNames(const Verdict &verdict, const QString &attributeName);

@@ -106,14 +106,19 @@ void DomParser::WalkLevels(const QDomElement &root)
     while (!levels.empty()) {
         Level &level = levels.back();
         if (IsAtEnd(level)) {
-            levels.pop_back();
-            if (!levels.empty()) {
-                levels.back().m_oChild = levels.back().m_oChild.nextSibling();
-            }
+            Leave(levels);
         } else if (HandleChild(level)) {
             const QDomElement entered = level.m_oChild.toElement();
             levels.push_back({ entered, entered.firstChild(), QString(), false });
         }
+    }
+}
+
+void DomParser::Leave(std::vector<Level> &levels)
+{
+    levels.pop_back();
+    if (!levels.empty()) {
+        levels.back().m_oChild = levels.back().m_oChild.nextSibling();
     }
 }
 

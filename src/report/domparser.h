@@ -75,6 +75,7 @@ private:
 
     void AnnounceRoot(const QDomElement &root);
     void WalkLevels(const QDomElement &root);
+    void Leave(std::vector<Level> &levels);
     bool IsAtEnd(const Level &level) const;
     bool HandleChild(Level &level);
     void AnnounceChild(Level &level);

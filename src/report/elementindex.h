@@ -24,15 +24,15 @@ public:
     {
     public:
         explicit OwnChange(ElementIndex &index)
-            : m_rIndex(index)
+            : m_pIndex(&index)
         {
-            m_rIndex.ForgetIfChanged();
+            m_pIndex->ForgetIfChanged();
         }
-        ~OwnChange() { m_rIndex.Arm(); }
+        ~OwnChange() { m_pIndex->Arm(); }
         Q_DISABLE_COPY(OwnChange)
 
     private:
-        ElementIndex &m_rIndex;
+        ElementIndex *m_pIndex; // not owned
     };
 
     /// The document to know; a null one lets go of all nodes.

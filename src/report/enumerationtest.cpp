@@ -7,7 +7,8 @@ namespace enumeration {
 namespace {
 
 // A text without a match fails if any of the values is not empty: which of them Qt would give last says nothing.
-template <typename IsValue> Verdict Judge(const QDomElement &element, const QString &text, IsValue isValue)
+template <typename IsValue>
+Verdict Judge(const QDomElement &element, const QString &text, IsValue isValue)
 {
     Verdict verdict;
     bool hasMatch = false;

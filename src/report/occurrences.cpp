@@ -4,11 +4,22 @@
 
 namespace {
 
-bool IsListed(const QHash<QString, std::vector<int>> &parents, const QString &parent,
+bool IsListed(const QHash<QString, std::set<int>> &parents, const QString &parent,
               const OccurrenceLookup::KeyTest &keyApplies)
 {
     const auto keys = parents.constFind(parent);
     return keys != parents.constEnd() && std::any_of(keys->begin(), keys->end(), keyApplies);
+}
+
+QHash<QString, std::set<int>> ByParent(const OccursMap::mapped_type &row)
+{
+    QHash<QString, std::set<int>> result;
+    for (const auto &[key, parents] : row) {
+        for (const QString &parent : parents) {
+            result[parent].insert(key);
+        }
+    }
+    return result;
 }
 
 } // namespace
@@ -23,14 +34,14 @@ ChoiceKeys GreatestChoiceKeys(const ChoiceMap &choiceMap)
 }
 
 OccurrenceLookup::OccurrenceLookup(const OccursMap &occursMap, ElementIndex &index)
-    : m_rOccursMap(occursMap)
-    , m_rIndex(index)
+    : m_pOccursMap(&occursMap)
+    , m_pIndex(&index)
 {
 }
 
 bool OccurrenceLookup::HasRow(const QString &name) const
 {
-    return m_rOccursMap.find(name) != m_rOccursMap.end();
+    return m_pOccursMap->find(name) != m_pOccursMap->end();
 }
 
 bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, const QDomElement &element,
@@ -60,16 +71,8 @@ const OccurrenceLookup::ParentKeys &OccurrenceLookup::GetParents(const QString &
 {
     auto row = m_hRows.find(name);
     if (row == m_hRows.end()) {
-        row = m_hRows.insert(name, ParentKeys());
-        const auto filed = m_rOccursMap.find(name);
-        for (const auto &[key, parents] : filed == m_rOccursMap.end() ? OccursMap::mapped_type() : filed->second) {
-            for (const QString &parent : parents) {
-                std::vector<int> &keys = (*row)[parent];
-                if (keys.empty() || keys.back() != key) {
-                    keys.push_back(key);
-                }
-            }
-        }
+        const auto filed = m_pOccursMap->find(name);
+        row = m_hRows.insert(name, filed == m_pOccursMap->end() ? ParentKeys() : ByParent(filed->second));
     }
     return *row;
 }
@@ -87,5 +90,5 @@ bool OccurrenceLookup::IsStart(const QDomNode &node, const ParentKeys &parents, 
         return isRootListed && last.nodeName() == rootName;
     }
     const bool isListed = IsListed(parents, name, keyApplies) || (isRootListed && name == last.nodeName());
-    return isListed && name != rootName && m_rIndex.FindFirst(name) == node;
+    return isListed && name != rootName && m_pIndex->FindFirst(name) == node;
 }

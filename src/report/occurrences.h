@@ -8,7 +8,7 @@
 #include <QString>
 
 #include <functional>
-#include <vector>
+#include <set>
 
 /// The greatest choice key of each name that stands in a choice.
 using ChoiceKeys = QHash<QString, int>;
@@ -24,6 +24,7 @@ class OccurrenceLookup
 public:
     using KeyTest = std::function<bool(int)>;
 
+    /// Neither is owned; the table must stay as it is.
     OccurrenceLookup(const OccursMap &occursMap, ElementIndex &index);
 
     bool HasRow(const QString &name) const;
@@ -34,12 +35,12 @@ public:
 
 private:
     // The keys under which a row lists each parent.
-    using ParentKeys = QHash<QString, std::vector<int>>;
+    using ParentKeys = QHash<QString, std::set<int>>;
 
     const ParentKeys &GetParents(const QString &name);
     bool IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies);
 
-    const OccursMap &m_rOccursMap;
-    ElementIndex &m_rIndex;
+    const OccursMap *m_pOccursMap; // not owned
+    ElementIndex *m_pIndex; // not owned
     QHash<QString, ParentKeys> m_hRows;
 };

@@ -105,7 +105,8 @@ void XmlCreateReport::SetXmlValue(QTime value)
     SetUntestedValue(QStringLiteral("time"), ITagwright::CURRENT_TYPE_IS_NOT_TIME, value.toString(Qt::ISODate));
 }
 
-template <typename Number> void XmlCreateReport::SetNumber(Number value, const QString &text)
+template <typename Number>
+void XmlCreateReport::SetNumber(Number value, const QString &text)
 {
     const bounds::Verdict verdict = bounds::Judge(bounds::OfElement<Number>(*m_pCurrentElement), value);
     if (!verdict.m_bPasses) {
@@ -138,7 +139,7 @@ void XmlCreateReport::WriteValue(const QStringList &testedAttributes, const QStr
 
 QString XmlCreateReport::TypeControl(QString expectedType)
 {
-    const QString type = m_pCurrentElement->attribute(TypeName());
+    QString type = m_pCurrentElement->attribute(TypeName());
     if (type.isEmpty()) {
         Error(ITagwright::CURRENT_ELEMENT_HAS_NO_TYPE);
         return QString();

@@ -136,7 +136,7 @@ void TestXmlCreateReport::GivesUpAlternatives_data()
                             << QStringLiteral("begin %1 end").arg(QLatin1String(heard)) << QString::fromLatin1(report);
     };
     const QString abc = Choice(Text("a") + Text("b") + Text("c"));
-    row("the first, and the next goes unheard", abc, "a", "R a c", "<R><b type='string'/></R>");
+    row("the first, and the next goes unheard", abc, "a", "R a c !15", "<R><b type='string'/></R>");
     row("one is left", abc + Text("d"), "a c d", "R a c", "<R><b type='string'/><d type='string'/></R>");
     row("no alternative", Text("a"), "a", "R a !-1 !15 !16", "<R><a type='string'/></R>");
     row("the only one", Choice(Text("a")), "a", "R a !-1 !15", "<R/>");
