@@ -257,8 +257,8 @@ void TstXmlReader::nullCallbackAnswersFalse()
     QTest::ignoreMessage(QtInfoMsg, "XmlContentHandler: pCallback is NULL!");
     QDomDocument document = Document(kSmall);
     XmlContentHandler handler(nullptr, &document);
-    ErrorHandler::SetTraceMask(0);
     XMLReader reader(nullptr, &handler);
+    ErrorHandler::SetTraceMask(0);
     QVERIFY(!reader.SetXmlContent(document) && !reader.SetXmlContent(&document) && !reader.ParseXml());
     QVERIFY(reader.GetElement(QStringLiteral("a"), QString())->empty());
     QVERIFY(reader.SearchBelowCurrentElement(QStringLiteral("a"))->empty());
