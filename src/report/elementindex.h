@@ -55,6 +55,7 @@ private:
     };
 
     void ForgetIfChanged();
+    void GiveUp();
     void Forget();
     void Arm();
     void Build();
@@ -65,6 +66,7 @@ private:
     ChangeProbe m_oProbe;
     bool m_bKnown = false;
     int m_iSearches = 0;
+    int m_iPatience = 0; // searches before the document is gone through as a whole
     QHash<QString, QDomNode> m_hFirst;
     std::unordered_map<const void *, Removed> m_hRemoved;
 };
