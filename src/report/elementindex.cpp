@@ -50,6 +50,12 @@ void ElementIndex::SetDocument(const QDomDocument &document)
     m_oDocument = document;
 }
 
+void ElementIndex::SetUnwatched(bool unwatched)
+{
+    m_bUnwatched = unwatched;
+    Arm();
+}
+
 QDomNode ElementIndex::FindFirst(const QString &name)
 {
     ForgetIfChanged();
@@ -81,7 +87,7 @@ bool ElementIndex::Remove(QDomNode node)
 
 void ElementIndex::ForgetIfChanged()
 {
-    if (m_bKnown && m_oProbe.HasChanged()) {
+    if (m_bKnown && !m_bUnwatched && m_oProbe.HasChanged()) {
         GiveUp();
     }
 }
@@ -103,7 +109,7 @@ void ElementIndex::Forget()
 
 void ElementIndex::Arm()
 {
-    if (m_bKnown) {
+    if (m_bKnown && !m_bUnwatched) {
         m_oProbe.Arm(m_oDocument);
     }
 }
