@@ -320,11 +320,9 @@ void XmlSchemaHandler::WaitForAttributes(const QString &name, const Target &targ
 
 void XmlSchemaHandler::RaiseOpenRefs()
 {
-    const auto entry = m_TypeMap.find(m_sGlobalName);
     // An include inside the declaration may have put another one in its place.
-    if (entry != m_TypeMap.end() && entry->second.m_pFragment != nullptr
-        && entry->second.m_pFragment->ownerDocument() == *m_pDocument) {
-        ++entry->second.m_iOpenRefs;
+    if (m_pGlobalEntry != nullptr && m_pGlobalEntry->m_pFragment->ownerDocument() == *m_pDocument) {
+        ++m_pGlobalEntry->m_iOpenRefs;
     }
 }
 

@@ -175,6 +175,8 @@ private:
     int m_iSkippedTags = 0;
     NamedType m_oNamedType;
     AttributeCache m_oCache;
+    // The entry of m_sGlobalName. Entries keep their place in the table, also when it moves to an include and back.
+    TypeEntry *m_pGlobalEntry = nullptr;
     // Where m_pCurrentElement stands: its declaration's fragment, and its level there (1 for the declared element).
     QDomDocumentFragment *m_pGlobalFragment = nullptr;
     int m_iCurrentLevel = 0;
