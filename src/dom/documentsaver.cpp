@@ -1,6 +1,7 @@
 #include "dom/documentsaver.h"
 
 #include "dom/deepsaver.h"
+#include "dom/documentwriter.h"
 #include "dom/fileguard.h"
 #include "dom/nodedepth.h"
 
@@ -17,7 +18,7 @@ constexpr int kIndent = 4;
 constexpr int kMaxQtSaveDepth = 100;
 
 /// The bytes as a QTextStream on the file itself would write them; there it costs a system call for each line.
-QByteArray DocumentBytes(const QDomDocument &document)
+std::string QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
@@ -28,15 +29,16 @@ QByteArray DocumentBytes(const QDomDocument &document)
         document.save(stream, kIndent, QDomNode::EncodingFromDocument);
     }
     stream.flush();
-    return bytes;
+    return bytes.toStdString();
 }
 
 /// Unbuffered, since a buffered write takes all and only fails, silently, when the file is closed.
-bool WriteWhole(QFile &file, const QByteArray &bytes)
+bool WriteWhole(QFile &file, const std::string &bytes)
 {
+    const auto size = static_cast<qint64>(bytes.size());
     qint64 written = 0;
-    while (written < bytes.size()) {
-        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
+    while (written < size) {
+        const qint64 count = file.write(bytes.data() + written, size - written);
         if (count <= 0) {
             return false;
         }
@@ -53,11 +55,9 @@ void RemoveTornFile(const QString &path)
     }
 }
 
-} // namespace
-
-QString SaveDocument(const QDomDocument &document, const QString &path)
+/// Empty, or why the file could not be written.
+QString WriteFile(const std::string &bytes, const QString &path)
 {
-    const QByteArray bytes = DocumentBytes(document);
     if (IsFifo(path)) {
         return QStringLiteral("it is a FIFO, where writing may block");
     }
@@ -77,6 +77,17 @@ QString SaveDocument(const QDomDocument &document, const QString &path)
     }
     RemoveTornFile(path);
     return reason;
+}
+
+} // namespace
+
+SaveResult SaveDocument(const QDomDocument &document, const QString &path)
+{
+    DocumentWriter writer;
+    if (writer.Write(document)) {
+        return { WriteFile(writer.TakeBytes(), path), writer.HasReplaced() };
+    }
+    return { WriteFile(QtBytes(document), path), false };
 }
 
 } // namespace dom

@@ -25,9 +25,11 @@ public:
     XmlEvent &operator=(const XmlEvent &other);
     virtual ~XmlEvent();
 
+    /// Which class the event is of; never changes.
     type GetType();
 
 protected:
+    /// For the derived classes, each of which has its one type.
     explicit XmlEvent(type eventType);
 
 private:
@@ -58,6 +60,7 @@ public:
 class TAGWRIGHT_EXPORT ElemBeginEvent : public XmlEvent
 {
 public:
+    /// `node` may be a null node.
     ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text);
     ElemBeginEvent(const ElemBeginEvent &other);
     ElemBeginEvent &operator=(const ElemBeginEvent &other);
@@ -66,7 +69,9 @@ public:
     /// A handle on the element in its document, not a copy: what is changed through it changes the document. A null
     /// node where the sender has no document.
     QDomNode GetElementNode();
+    /// The qualified name.
     QString GetElementName();
+    /// The attributes as they are at this moment, by qualified name; types and namespaces are not filled.
     QXmlAttributes GetElementAttributes();
     /// The element's text as far as the sender knows it at this moment.
     QString GetElementText();
@@ -82,12 +87,14 @@ private:
 class TAGWRIGHT_EXPORT ElemEndEvent : public XmlEvent
 {
 public:
+    /// `name` is the qualified name.
     // NOLINTNEXTLINE(google-explicit-constructor): implicit, as the interface has it.
     ElemEndEvent(const QString &name);
     ElemEndEvent(const ElemEndEvent &other);
     ElemEndEvent &operator=(const ElemEndEvent &other);
     ~ElemEndEvent() override;
 
+    /// The qualified name.
     QString GetElementName();
 
 private:
@@ -98,12 +105,14 @@ private:
 class TAGWRIGHT_EXPORT ErrorEvent : public XmlEvent
 {
 public:
+    /// `id` is one of the fixed numbers.
     // NOLINTNEXTLINE(google-explicit-constructor): implicit, as the interface has it.
     ErrorEvent(ITagwright::ErrorID id);
     ErrorEvent(const ErrorEvent &other);
     ErrorEvent &operator=(const ErrorEvent &other);
     ~ErrorEvent() override;
 
+    /// What did not fit.
     ITagwright::ErrorID GetErrorID();
 
 private:

@@ -16,6 +16,7 @@ namespace values {
 class TAGWRIGHT_HOST_EXPORT ValueBase
 {
 public:
+    /// `pathName` must be a path that the tree finds this value by.
     ValueBase(QString name, QString pathName);
     virtual ~ValueBase();
     Q_DISABLE_COPY(ValueBase)
@@ -40,6 +41,7 @@ public:
     virtual ~IValueNumeric();
     Q_DISABLE_COPY(IValueNumeric)
 
+    /// The value in the unit that its text names.
     virtual double GetNumber() = 0;
 };
 
@@ -62,6 +64,7 @@ public:
     virtual ~TreeItem();
     Q_DISABLE_COPY(TreeItem)
 
+    /// The short name of the place; for a Node its element name when it is written as XML.
     virtual QString GetItemName() = 0;
 };
 
@@ -116,7 +119,8 @@ public:
     /// Sets a number, making it where it is missing. Its text is `text` or, where that is empty, the number ('g', 12
     /// digits), and, behind a blank, the unit if there is one. False, and no change, if a part of the path is empty
     /// or if something else than a number stands there.
-    bool SetNumber(const QString &path, double number, const QString &unit = QString(), const QString &text = QString());
+    bool SetNumber(const QString &path, double number, const QString &unit = QString(),
+                   const QString &text = QString());
     /// Sets a selection: the number of the choice and its text. False as SetNumber.
     bool SetSelection(const QString &path, double number, const QString &text);
     /// Sets a plain text. False as SetNumber.

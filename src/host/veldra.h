@@ -60,6 +60,7 @@ public:
 class TAGWRIGHT_HOST_EXPORT OrvoOS : public IOrvoOS
 {
 public:
+    /// The clock that is in force.
     static IOrvoOS &Create();
 
     /// Puts a clock in the system's place; null puts the system's back. Not owned: it must live until it is replaced.

@@ -3,36 +3,155 @@
 #include "tagwright_export.h"
 
 #include "events/itagwright.h"
+#include "schema/schematables.h"
 
 #include <QDateTime>
+#include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <QTime>
 
-/// Makes one report.
+#include <list>
+#include <memory>
+
+class CommentDialogImpl;
+class DomParser;
+class NodeSet;
+class QDialog;
+class QDomDocument;
+class QDomElement;
+class QXmlSimpleReader;
+class XmlSchemaHandler;
+
+/// Makes one report: reads a schema, walks its template through the callback and saves what came out of it.
+///
+/// An object serves one run. Its order of calls: construct it, call CreateXmlFromSchema() once, call the setters from
+/// inside ITagwright::XmlUpdate() during that run, destroy it when the report is done (a comment dialog may need it
+/// longer than the run). Everything happens on the caller's thread, which is the GUI thread where a dialog is wanted.
+///
+/// The setters work on the current element: the one that the ElemBeginEvent in delivery has announced. During the
+/// DocBeginEvent and the DocEndEvent there is none. A setter that is called outside a run does nothing but trace.
+/// They have no result; what does not fit is reported by ErrorEvents, delivered on this stack before the setter
+/// returns, and the receiver may answer one with another setter call.
 class TAGWRIGHT_EXPORT XmlCreateReport
 {
 public:
+    /// `pCallback` receives all events; it is not owned, must outlive this object and must not be null. With a null
+    /// one, which is traced, a run returns false and the setters do nothing.
+    // NOLINTNEXTLINE(google-explicit-constructor): implicit, as the interface has it.
     XmlCreateReport(ITagwright *pCallback);
+    /// Ends the comment dialogs that are still open, unsaved, and then the document.
     ~XmlCreateReport();
     Q_DISABLE_COPY(XmlCreateReport)
 
+    /// Runs the report. `schemaPath` is the XSD file, `reportPath` the file to write, both complete paths; "\" may
+    /// stand for "/" in both. With `showCommentDialog` the saving is left to a dialog, which is open when the call
+    /// returns.
+    ///
+    /// The result says that the schema was read, and nothing else: a value that did not fit or a file that could not
+    /// be written does not change it. Where the schema can't be read an empty report file is left. A second call on
+    /// one object returns false and does nothing.
     bool CreateXmlFromSchema(QString schemaPath, QString reportPath, bool showCommentDialog);
 
+    /// The comment dialogs of this report, in order of creation. They belong to this object, which must not be
+    /// destroyed as long as one of them is open. One that has ended is hidden.
+    std::list<QDialog *> GetCommentDialogs() const;
+
+    /// Gives the current element its value and ends it for the walk: its template attributes that served the check are
+    /// removed. Raises 7 without a current element, 8 and 9 where it has no type, 9 where its type has no "string" in
+    /// it (nor "short" or "long", which every element setter takes), 15 for a value outside its enumeration.
     void SetXmlValue(QString value);
+    /// The same for a text literal in UTF-8: without it C++ would take a literal for a bool.
     void SetXmlValue(const char *value);
+    /// Twelve significant digits are written; for the type "short" the value is cut towards zero. Raises 7, 8 (twice)
+    /// and 10, 10, or 15 for a value outside its bounds or one that a "short" can't hold.
     void SetXmlValue(double value);
+    /// Raises 7, 8 and 11, 11, or 15 for a value outside its bounds. One that is refused by a bound leaves the element
+    /// without its type.
     void SetXmlValue(int value);
+    /// Writes "true" or "false". Raises 7, 8 and 14, or 14.
     void SetXmlValue(bool value);
+    /// Writes the ISO form; an invalid one counts as a value, with empty text. Raises 7, 8 and 12, or 12.
     void SetXmlValue(QDateTime value);
+    /// Writes the ISO form. Raises 7, 8 and 13, or 13.
     void SetXmlValue(QTime value);
 
+    /// Gives the attribute `name` of the current element its value, in the place of the type that the template holds
+    /// there. The element itself still counts as one without a value. Raises 9 where the attribute is missing or its
+    /// type has no "string" in it, 15 for a value outside the attribute's enumeration; does nothing without a current
+    /// element.
     void SetAttributeValue(QString name, QString value);
+    /// The same for a text literal in UTF-8: without it C++ would refuse a literal as ambiguous.
     void SetAttributeValue(QString name, const char *value);
+    /// Writes the ISO form. Raises 12; does nothing without a current element.
     void SetAttributeValue(QString name, QDateTime value);
+    /// Raises 7 without a current element, 11, or 15 for a value outside the attribute's bounds.
     void SetAttributeValue(QString name, int value);
+    /// Twelve significant digits are written. Raises 7, 10, or 15.
     void SetAttributeValue(QString name, double value);
+    /// Removes the attribute `name` of the current element. One that it doesn't have is no error.
     void RemoveAttribute(QString name);
 
+    /// Makes the current element, whose name `name` must be, stand `maxOccurs` times (1 and less make no copy): copies
+    /// of it as it stands are put behind it, and it is announced again. Raises 16 where the schema doesn't allow the
+    /// count at this place, twice where it says nothing of the name.
+    ///
+    /// A call with the name of the call before, refused or not, is silent, and so is one for an element that has been
+    /// multiplied already or is such a copy: a receiver may call this at each announcement.
     void SetElementMaxOccurs(QString name, int maxOccurs);
+    /// Gives up the current element as an alternative of a choice: it is removed, and the walk goes on behind its next
+    /// sibling, which is not announced. Raises -1 where it is no alternative or the last one that is left.
     void DiscardChoiceItem();
+
+private:
+    // The run.
+    bool ParseSchema(const QString &schemaPath);
+    void WalkTemplate();
+    void SetSchemaAttributes(const QString &normalisedPath);
+    void SaveReport(const QString &reportPath);
+    void ShowCommentDialog(const QString &reportPath);
+
+    // What the setters share.
+    void Error(int id);
+    bool FetchCurrentElement(const char *setter);
+    bool HasCurrentElement() const;
+    bool FetchElementToSet(const char *setter);
+
+    // Element values.
+    template <typename Number>
+    void SetNumber(Number value, const QString &text);
+    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text);
+    void WriteValue(const QStringList &testedAttributes, const QString &text);
+    QString TypeControl(QString expectedType);
+    void CreateAndAppendTextNode(QString text);
+
+    // Attribute values.
+    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError);
+    template <typename Number>
+    void SetAttributeNumber(const QString &name, Number value, const QString &text);
+    void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
+
+    // Occurrences.
+    bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
+    void InsertCopies(int maxOccurs);
+    bool MayBeDiscarded(const QString &tagName) const;
+
+    std::unique_ptr<QXmlSimpleReader> m_pReader;
+    std::unique_ptr<XmlSchemaHandler> m_pSchemaHandler;
+    ITagwright *m_pCallback = nullptr; // not owned
+    QDomDocument *m_pDocument = nullptr; // owned by m_pSchemaHandler
+    QString m_sLastOccursName;
+    int m_iDiscardedItems = 0;
+    MissingMap m_MissingMap;
+    OccursMap m_OccursMap;
+    TypeMap m_TypeMap;
+    ChoiceMap m_ChoiceMap;
+    QDomElement *m_pCurrentElement = nullptr; // the walk's, or m_pDiscardSuccessor
+    std::unique_ptr<DomParser> m_pDomParser;
+    std::list<QPointer<CommentDialogImpl>> m_CommentDialogs; // owned
+    std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
+    // What the walk resumes behind after a discard; it must live until the walk has read it.
+    std::unique_ptr<QDomElement> m_pDiscardSuccessor;
+    // The elements that were multiplied, and their copies.
+    std::unique_ptr<NodeSet> m_pMultiplied;
 };

@@ -1,0 +1,70 @@
+# What all scripts share; sourced, not run. It puts the caller into the top folder of the checkout.
+
+TOP="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+cd "$TOP"
+
+# A bare system has no locale but these; tools and Qt need one that knows UTF-8.
+export LC_ALL="${LC_ALL:-C.UTF-8}"
+# No screen is needed for anything here.
+export QT_QPA_PLATFORM=offscreen
+
+JOBS="${JOBS:-$(nproc)}"
+
+# What each script needs of the distribution's packages.
+PACKAGES_BUILD=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-dev-tools)
+PACKAGES_TEST=(libxml2-utils fonts-dejavu-core)
+PACKAGES_LINT=(clang-format clang-tidy)
+PACKAGES_DOCS=(doxygen)
+PACKAGES_INSTALL=(pkg-config dpkg-dev file)
+PACKAGES_BENCH=(libbenchmark-dev)
+PACKAGES_PEERS=(libxml2-dev libxerces-c-dev)
+
+fail() {
+    echo "$(basename "$0"): $*" >&2
+    exit 1
+}
+
+# step "What is being done" command [argument ...]: says what comes, and on failure what it was that failed.
+step() {
+    local what="$1"
+    shift
+    echo
+    echo "=== $what"
+    "$@" || fail "failed: $what"
+}
+
+is_installed() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# need_packages package ...: installs those that are missing.
+need_packages() {
+    local missing=() package
+    command -v dpkg-query >/dev/null || {
+        echo "No dpkg here: taking for granted that these are installed: $*"
+        return 0
+    }
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    [ "${#missing[@]}" -gt 0 ] || return 0
+
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || fail "please install as root: apt-get install ${missing[*]}"
+        as_root=(sudo)
+    fi
+    echo "Installing ${missing[*]}"
+    # Nobody may be there to answer a question.
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q </dev/null &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -q -y --no-install-recommends "${missing[@]}" </dev/null
+}
+
+# build preset [target ...]
+build() {
+    local preset="$1"
+    shift
+    step "Configuring ($preset)" cmake --preset "$preset"
+    step "Building ($preset)" cmake --build --preset "$preset" --parallel "$JOBS" ${1:+--target "$@"}
+}

@@ -1,0 +1,35 @@
+#include "control/notepadpicture.h"
+
+// clang-format off
+const char *const kNotePadPicture[] = {
+    "16 16 12 1",
+    ". c None",
+    "# c #3C4450",
+    "r c #6E7FA3",
+    "w c #FFFFFF",
+    "l c #DCE2EA",
+    "g c #4FA864",
+    "y c #FFE97A",
+    "Y c #F4C01E",
+    "o c #A87510",
+    "e c #B8BEC8",
+    "p c #E58A96",
+    "t c #E3BD8C",
+    "................",
+    ".r.r.r.r.r......",
+    "#r#r#r#r#r##.pp.",
+    "#rwrwrwrwrl#.epp",
+    "#wwwwwwwwwl#yYe.",
+    "#wgggggggglyYyo.",
+    "#wwwwwwwwwyYyo..",
+    "#wgggggggyYyo...",
+    "#wwwwwwwyYyo....",
+    "#wgggggyYyo#....",
+    "#wwwwwyYyol#....",
+    "#wgggtYyogl#....",
+    "#wwwtttowwl#....",
+    "#wgg#tggggl#....",
+    "#llllllllll#....",
+    "############....",
+};
+// clang-format on

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "tagwright_export.h"
+
+#include <QString>
+
+namespace values {
+class TreeItem;
+class ValueBase;
+} // namespace values
+
+/// Which field of an ExplicitReportData holds the value. The numbers are fixed.
+enum ExplicitKind {
+    EXPLICIT_STRING = 0,
+    EXPLICIT_BOOL = 1,
+    EXPLICIT_DOUBLE = 2,
+    EXPLICIT_LONG = 3,
+    /// No explicit value.
+    EXPLICIT_NONE = 4
+};
+
+/// A value that the host gives as it is, without a source in the value tree. The fields that the kind doesn't name are
+/// empty or zero.
+class TAGWRIGHT_EXPORT ExplicitReportData
+{
+public:
+    ExplicitReportData();
+    // NOLINTBEGIN(google-explicit-constructor): implicit, as the interface has it.
+    ExplicitReportData(QString text);
+    /// The same for a text literal in UTF-8: without it C++ would take a literal for a bool.
+    ExplicitReportData(const char *text);
+    ExplicitReportData(double number);
+    ExplicitReportData(bool flag);
+    ExplicitReportData(long value);
+    // NOLINTEND(google-explicit-constructor)
+    ExplicitReportData(const ExplicitReportData &other);
+    ExplicitReportData &operator=(const ExplicitReportData &other);
+    virtual ~ExplicitReportData();
+
+    ExplicitKind m_Kind = EXPLICIT_NONE;
+    QString m_sText;
+    double m_dNumber = 0.0;
+    bool m_bFlag = false;
+    long m_lValue = 0;
+};
+
+/// Binds one name of the report to a source for its value: a value of the host's value tree, another place of that
+/// tree, a fixed text, or an explicit value.
+///
+/// The source is looked up once, at construction, and read at each report: what the tree gave must live as long as the
+/// item and its copies, which borrow it. GUI thread only. Nothing here raises or traces; a false result means that the
+/// item has no value in that form.
+class TAGWRIGHT_EXPORT ReportData
+{
+public:
+    /// `name` is an element or attribute name, or a parent's and a child's name joined by "/". `path` names the source
+    /// in the installed value tree; only where it is empty does `value`, a fixed text, count. `maxOccurs` above 1 asks
+    /// for that many elements. `auxText` is kept for the host, nothing reads it. Numbers are divided by 10 to the power
+    /// of `exponent`: 3 turns Hz into kHz. `unit` goes into the element's attribute "Unit". The last argument has no
+    /// effect; give false.
+    ReportData(QString name, QString path, QString value, int maxOccurs, QString auxText, int exponent, QString unit,
+               bool);
+    /// A copy reads the same source.
+    ReportData(const ReportData &other);
+    ReportData &operator=(const ReportData &other);
+    virtual ~ReportData();
+
+    /// The number of the source, divided by 10 to the exponent. A selection whose text ends in a frequency with its
+    /// unit ("100 kHz") gives that frequency in Hz, if its own number doesn't show the same digits. Explicit values are
+    /// not looked at. `value` stays as it is where the result is false.
+    bool GetDataValue(double &value);
+    /// The text of the source, as it is. Explicit values are not looked at.
+    bool GetDataValue(QString &value);
+    /// The explicit bool; false if the item holds none.
+    bool GetDataValue(bool &value);
+    /// The explicit long; false if the item holds none.
+    bool GetDataValue(long &value);
+
+    /// Replaces the explicit value and opens the item, also with a `data` that holds none.
+    void SetExplicitData(ExplicitReportData data);
+    ExplicitReportData GetExplicitData();
+
+    int GetMaxOccurs();
+    QString GetName();
+    QString GetUnit();
+    int GetExponent();
+    /// The value that the tree gave at construction, or null. The tree's.
+    values::ValueBase *GetVTObject();
+    /// The item has a source or was given explicit data.
+    bool IsOpen();
+
+private:
+    bool ReadSelection(double number, QString text, double &value) const;
+    double Scaled(double number) const;
+
+    QString m_sName;
+    QString m_sPath;
+    QString m_sValue;
+    values::ValueBase *m_pVTObject = nullptr; // the value tree's
+    values::TreeItem *m_pVTItem = nullptr; // the value tree's
+    QString m_sAuxText;
+    int m_iExponent = 0;
+    int m_iMaxOccurs = 0;
+    QString m_sUnit;
+    bool m_bOpen = false;
+    ExplicitReportData m_ExplicitData;
+};

@@ -1,0 +1,175 @@
+#pragma once
+
+#include "tagwright_export.h"
+
+#include "events/itagwright.h"
+
+#include <QPixmap>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+#include <vector>
+
+class ElemBeginEvent;
+class ElementItems;
+class ExplicitReportData;
+class ItemIndex;
+class QTimer;
+class QToolBar;
+class QToolButton;
+class QXmlAttributes;
+class ReportData;
+class VCButton;
+class XmlCreateReport;
+
+namespace values {
+class Node;
+}
+
+/// The control that makes reports: a button for a tool bar, which is enabled as long as the schema file and the report
+/// directory exist, and a list of named values that fill the report.
+///
+/// A host builds it, adds values by name, and the operator presses the button. Everything happens on the GUI thread.
+/// A report runs to its end on the stack of its caller. The control may be deleted in a slot of any of its signals, but
+/// not while a report asks the value tree for its values.
+class TAGWRIGHT_EXPORT VCReporting : public QWidget, public ITagwright
+{
+    Q_OBJECT
+
+public:
+    /// `schema` is the path of the XSD file; a bare file name is looked for beside the program. `reportDirectory` is
+    /// where the reports go. `toolBar` becomes the parent and may be null; placing the control on it is the host's.
+    /// Without `showButton` there is no button and the control stays hidden. `objectName` is ASCII and may be null.
+    /// With `deleteAfterUse` a value leaves the list when it has filled an element. `icon` replaces the button's
+    /// picture unless it is null.
+    VCReporting(QString schema, QString reportDirectory, QToolBar *toolBar, bool showButton, const char *objectName,
+                bool deleteAfterUse, QPixmap icon);
+    /// A report whose comment dialog is open outlives the control until the dialog ends.
+    ~VCReporting() override;
+    Q_DISABLE_COPY(VCReporting)
+
+    /// Takes another schema, as the constructor does. Always true. The button follows at the next poll.
+    bool SetSchema(QString schema);
+    /// False disables the button and stops the poll. True polls at once, which enables the button if schema and
+    /// directory exist, and lets the poll go on. Nothing happens in a control without a button.
+    void EnableReportButton(bool enable);
+    /// From the next report on: whether a report opens the comment dialog, which then saves it.
+    void SetShowCommentDialog(bool show);
+    /// The button, or null. The control's.
+    QToolButton *GetReportButton();
+
+    /// Adds a value from the value tree, found by `path`, or, with an empty path, the fixed text `value`. The value
+    /// fills each element or attribute called `name`; "parent/child" stands for child elements of that parent alone.
+    /// Of several values of one name the first that was added counts. A path that the tree doesn't know gives an empty
+    /// text.
+    ///
+    /// With `maxOccurs` above 1 the element is made to stand that often, as far as the schema allows it. `auxText` is
+    /// for the host. Numbers are divided by 10 to the power of `exponent`. `unit` goes into the element's attribute
+    /// "Unit" if the schema gives it one.
+    void AddReportData(QString name, QString path, QString value, int maxOccurs, QString auxText, int exponent,
+                       QString unit);
+    /// Adds each value below a node, at any depth, under its short name. Nothing happens for null.
+    void AddReportData(values::Node *node);
+    /// Adds a text.
+    void AddExplicitReportData(QString name, QString value, int maxOccurs, QString auxText, int exponent, QString unit);
+    /// The same for a text literal in UTF-8: without it C++ would take a literal for a bool.
+    void AddExplicitReportData(QString name, const char *value, int maxOccurs, QString auxText, int exponent,
+                               QString unit);
+    /// Adds a number, which is divided by 10 to the power of `exponent` when it is written.
+    void AddExplicitReportData(QString name, double value, int maxOccurs, QString auxText, int exponent, QString unit);
+    /// Adds a truth value. It fills boolean elements.
+    void AddExplicitReportData(QString name, bool value, int maxOccurs, QString auxText, int exponent, QString unit);
+    /// Adds an integer. It fills integer elements and is never scaled; what 32 bits can't hold is not written.
+    void AddExplicitReportData(QString name, long value, int maxOccurs, QString auxText, int exponent, QString unit);
+    /// The same for a plain int, for which C++ would find three forms equally good.
+    void AddExplicitReportData(QString name, int value, int maxOccurs, QString auxText, int exponent, QString unit);
+    /// Removes every value of exactly that name.
+    void DeleteReportData(QString name);
+    /// Removes all values.
+    void ClearReportData();
+
+    /// The report's side of the control; not for the host.
+    void XmlUpdate(XmlEvent *event) override;
+
+Q_SIGNALS:
+    /// A report is about to be made: the last moment to change values, schema or comment dialog for it.
+    void PrepareToReport();
+    /// Sent at every poll, changed or not: whether schema file and report directory both exist.
+    void ReportDirAndSchemaAvailable(bool bAvailable);
+    /// The schema was read and its report made. With the comment dialog the file follows when the dialog ends.
+    void ReportSuccessful();
+    /// The schema was not read. An empty report file is left.
+    void ReportNotSuccessful();
+
+public Q_SLOTS:
+    /// Makes a report, "yyyy-MM-dd_hh-mm-ss-z.xml" in the report directory. The result says that the schema was read;
+    /// it is false, without a further signal after PrepareToReport(), for a schema path that doesn't end in ".xsd". A
+    /// call from inside a slot of the signals that this sends returns false at once and sends nothing.
+    bool SlotToReport();
+
+private Q_SLOTS:
+    void SlotCheckFileAndDirectory();
+
+private:
+    // The control.
+    void SetInputPathToSchema(QString path);
+    void MakeReportButton();
+    void SetButtonEnabled(bool enable);
+    QString MakeReportPath() const;
+    bool RunReport();
+
+    // The list.
+    std::unique_ptr<ReportData> CreateReportData(QString name, int maxOccurs, QString auxText, int exponent,
+                                                 QString unit);
+    void CheckReportData(std::unique_ptr<ReportData> item);
+    void AddExplicit(QString name, const ExplicitReportData &explicitData, int maxOccurs, QString auxText, int exponent,
+                     QString unit);
+
+    // The values of an element that the report announces.
+    struct Element;
+    void HandleElement(ElemBeginEvent &event);
+    ReportData *ServeElement(const ElementItems &items, Element &element);
+    void PassOverItems(const ElementItems &items, const Element &element);
+    bool ServeElementFrom(int index, Element &element);
+    void SetExplicitValue(int index, const Element &element);
+    void SetGeneralValue(int index);
+    void FinishElement(const Element &element, const QString &itemName);
+    ReportData *GetItem(int index);
+
+    // The values of its attributes.
+    void HandleAttributes(QXmlAttributes attributes);
+    void SetAttributeFrom(int index);
+    void StampAttribute();
+
+    // The next form of a value that didn't fit.
+    void HandleError(ITagwright::ErrorID id);
+    void RetryAsInteger();
+    void RetryAsText();
+    void RetryAsDateTime();
+    template <typename Value>
+    void Retry(Value value);
+    bool HasIndex(const char *message);
+
+    // A host may take the button to another place and see it destroyed there.
+    QPointer<VCButton> m_pReportButton;
+    QPointer<QTimer> m_pCheckTimer;
+    std::unique_ptr<XmlCreateReport> m_pReport; // the latest
+    QPixmap m_Pixmap;
+    bool m_bValueWritten = false;
+    bool m_bDeleteAfterUse = false;
+    bool m_bSettingAttribute = false;
+    double m_dCurrentNumber = 65535.0;
+    int m_iIndex = -100;
+    int m_iCheckInterval = 10000;
+    QString m_sSchemaPath;
+    QString m_sReportDirectory; // with backslashes
+    QString m_sCurrentAttribute;
+    std::vector<std::unique_ptr<ReportData>> m_Items;
+    std::unique_ptr<ItemIndex> m_pItemIndex; // of m_Items
+    // What has left the list during a report: the host may do so while one of these is being read.
+    std::vector<std::unique_ptr<ReportData>> m_lRetiredItems;
+    bool m_bShowCommentDialog = false;
+    bool m_bReporting = false;
+};

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "events/itagwright.h"
+#include "report/elementindex.h"
+#include "report/occurrences.h"
+#include "schema/schematables.h"
+
+#include <QDomDocument>
+#include <QDomElement>
+#include <QDomNode>
+#include <QString>
+#include <QXmlAttributes>
+
+#include <list>
+#include <memory>
+#include <vector>
+
+/// Walks a template document depth first and turns it, in place, into the report: each element is announced to the
+/// callback, and afterwards kept, entered or removed by what the callback has done and what the schema allows.
+///
+/// While Parse() runs, the setters of XmlCreateReport reach the walk's position through GetCurrentElement() and
+/// SetNodeToContinue(). One object serves one walk, on one thread.
+class DomParser
+{
+public:
+    /// `pCallback` receives all events; it is not owned. A null one is traced, and the object can't walk then.
+    DomParser(ITagwright *pCallback, OccursMap occursMap, ChoiceMap choiceMap);
+    ~DomParser();
+    Q_DISABLE_COPY(DomParser)
+
+    /// The document to walk, not owned. False, and no change, for a null pointer.
+    bool SetDocument(QDomDocument *document);
+
+    /// Runs the walk. False, and no event, if there is no callback, no document or no document element.
+    bool Parse();
+
+    /// True from before the DocBeginEvent until after the DocEndEvent.
+    bool IsWalking() const { return m_bWalking; }
+
+    /// The element being handled, as the walk itself holds it: a null element while there is none. A null pointer
+    /// without a callback.
+    QDomElement *GetCurrentElement();
+
+    /// Tells the walk, from inside an event, that the element in delivery has been dealt with. It goes on with `node`
+    /// itself, or else behind it. Only the pointer is kept: the node is read when the walk goes on. False, and no
+    /// change, for a null pointer.
+    bool SetNodeToContinue(QDomNode *node, bool stayOnNode);
+
+    /// All nodes called `name` in the document, or, with a parent's name, below the first element of that name. The
+    /// caller owns the list.
+    std::list<QDomNode> *GetElement(QString name, QString parent);
+
+    /// Takes a node out of the document; it and all below it stay alive until the walk has ended, since the walk may
+    /// still go on from inside. False if the node has no parent.
+    bool Remove(const QDomNode &node) { return m_oElementIndex.Remove(node); }
+
+    /// The order of the document. What the setters change is to be bracketed by its OwnChange.
+    ElementIndex &GetElementIndex() { return m_oElementIndex; }
+
+    /// Where the occurrence table allows which element.
+    OccurrenceLookup &GetOccurrences() { return m_oOccurrences; }
+
+    /// The names that stand in a choice.
+    const ChoiceKeys &GetChoiceKeys() const { return m_hChoiceKeys; }
+
+private:
+    // The children of one element. Its parent is held, so that the level keeps its nodes whatever a receiver does.
+    struct Level
+    {
+        QDomNode m_oParent;
+        QDomNode m_oChild;
+        QString m_sText;
+        bool m_bTop = false;
+    };
+
+    void AnnounceRoot(const QDomElement &root);
+    void WalkLevels(const QDomElement &root);
+    void Leave(std::vector<Level> &levels);
+    bool IsAtEnd(const Level &level) const;
+    bool HandleChild(Level &level);
+    void AnnounceChild(Level &level);
+    void TakeDefaultAsText();
+    void TakeUpResumeNode(Level &level);
+    void EndWalk();
+
+    bool HandleUnsetElement();
+    bool HasType() const;
+    void DropPendingElement();
+    void DropCurrentElement();
+    void ResumeBehind(const QDomNode &node);
+    bool CheckOccursMap(const QString &name);
+    bool IsChoiceItem(const QString &name) const;
+
+    QXmlAttributes ToXmlAttributes(const QDomNode &node) const;
+    void SendElemBegin(const QDomNode &node, const QString &text);
+    void Error(ITagwright::ErrorID id);
+
+    QDomDocument *m_pDocument = nullptr; // not owned
+    QDomNode *m_pResumeNode = nullptr; // m_oResumeNode, or what SetNodeToContinue was given; not owned
+    std::unique_ptr<QDomElement> m_pCurrentElement;
+    std::unique_ptr<QDomElement> m_pPendingElement;
+    ITagwright *m_pCallback = nullptr; // not owned
+    OccursMap m_OccursMap;
+    ChoiceMap m_ChoiceMap;
+    std::list<QDomNode> *m_pSearchResult = nullptr; // of the latest GetElement; its caller owns it
+    bool m_bResumeRequested = false;
+    bool m_bResumeOnSameNode = false;
+
+    bool m_bWalking = false;
+    QDomNode m_oResumeNode;
+    ChoiceKeys m_hChoiceKeys;
+    ElementIndex m_oElementIndex;
+    OccurrenceLookup m_oOccurrences;
+};

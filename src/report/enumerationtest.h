@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QDomElement>
+#include <QString>
+#include <QStringList>
+
+/// The test of a text against the enumeration values that the template gives an element or an attribute.
+namespace enumeration {
+
+struct Verdict
+{
+    bool m_bPasses = false;
+    /// The names of all enumeration values that were looked at.
+    QStringList m_lNames;
+};
+
+/// Judges a text by an element's own enumeration: the attributes whose names contain "enumeration" and end in a digit.
+Verdict JudgeForElement(const QDomElement &element, const QString &text);
+
+/// Judges a text by the enumeration of an element's attribute: the attributes whose names contain "enumeration" and
+/// `attributeName`.
+Verdict JudgeForAttribute(const QDomElement &element, const QString &attributeName, const QString &text);
+
+} // namespace enumeration

@@ -1,0 +1,194 @@
+#include "report/xmlcreatereport.h"
+
+#include "control/commentdialogimpl.h"
+#include "dom/documentsaver.h"
+#include "dom/fileguard.h"
+#include "events/eventsender.h"
+#include "host/trace.h"
+#include "report/domparser.h"
+#include "report/nodeset.h"
+#include "schema/xmlschemahandler.h"
+
+#include <QDir>
+#include <QDomDocument>
+#include <QDomElement>
+#include <QFile>
+#include <QXmlInputSource>
+#include <QXmlSimpleReader>
+
+namespace {
+
+QString Unit()
+{
+    return QStringLiteral("xmlcreatereport");
+}
+
+QString WithSlashes(QString path)
+{
+    return path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+}
+
+// Hosts write paths with backslashes, which are plain characters of a name on most platforms.
+QString ToNativePath(const QString &path)
+{
+    return QDir::separator() == QLatin1Char('\\') ? path : WithSlashes(path);
+}
+
+} // namespace
+
+XmlCreateReport::XmlCreateReport(ITagwright *pCallback)
+    : m_pMultiplied(std::make_unique<NodeSet>())
+{
+    if (trace::CheckCallback(pCallback, "XmlCreateReport", Unit(), __LINE__)) {
+        m_pCallback = pCallback;
+    }
+}
+
+XmlCreateReport::~XmlCreateReport()
+{
+    while (!m_CommentDialogs.empty()) {
+        // A host that closes up may have destroyed all windows already.
+        const std::unique_ptr<CommentDialogImpl> ended(m_CommentDialogs.front().data());
+        m_CommentDialogs.pop_front();
+    }
+    m_pDialogDocument.reset();
+    m_pSchemaHandler.reset();
+    m_pDomParser.reset();
+}
+
+bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath, bool showCommentDialog)
+{
+    const QString normalisedPath = WithSlashes(schemaPath);
+    if (m_pCallback == nullptr || m_pSchemaHandler != nullptr) {
+        return false;
+    }
+    m_pSchemaHandler = std::make_unique<XmlSchemaHandler>(m_pCallback, normalisedPath);
+    const bool isParsed = ParseSchema(schemaPath);
+    // From here on nothing depends on the result: a report that could not be made is still a file, an empty one.
+    m_pDocument = m_pSchemaHandler->GetDocument();
+    m_pSchemaHandler->GetMaps(m_MissingMap, m_OccursMap, m_TypeMap, m_ChoiceMap);
+    WalkTemplate();
+    SetSchemaAttributes(normalisedPath);
+    if (showCommentDialog) {
+        ShowCommentDialog(reportPath);
+    } else {
+        SaveReport(reportPath);
+    }
+    return isParsed;
+}
+
+bool XmlCreateReport::ParseSchema(const QString &schemaPath)
+{
+    const QString path = QFile::exists(schemaPath) ? schemaPath : ToNativePath(schemaPath);
+    const QString refusal = dom::CheckXmlFile(path);
+    if (!refusal.isEmpty()) {
+        trace::Write(Unit(), __LINE__, [&] { return QLatin1String("The schema can't be read: ") + refusal; });
+        return false;
+    }
+    QFile file(path);
+    m_pReader = std::make_unique<QXmlSimpleReader>();
+    m_pReader->setContentHandler(m_pSchemaHandler.get());
+    m_pReader->setErrorHandler(m_pSchemaHandler.get());
+    const QXmlInputSource source(&file);
+    const bool isParsed = m_pReader->parse(source);
+    m_pReader.reset();
+    if (!isParsed) {
+        trace::Write(Unit(), __LINE__, [&path] {
+            return QLatin1String("The schema \"") + path
+                + QLatin1String("\" is not well-formed or could not be resolved; its report stays empty.");
+        });
+    }
+    return isParsed;
+}
+
+void XmlCreateReport::WalkTemplate()
+{
+    m_pDomParser = std::make_unique<DomParser>(m_pCallback, m_OccursMap, m_ChoiceMap);
+    m_pDomParser->SetDocument(m_pDocument);
+    m_pDomParser->Parse();
+    m_pCurrentElement = nullptr;
+    m_pDiscardSuccessor.reset();
+    m_pMultiplied->Clear();
+}
+
+void XmlCreateReport::SetSchemaAttributes(const QString &normalisedPath)
+{
+    QDomElement root = m_pDocument->documentElement();
+    root.setAttribute(QStringLiteral("xsi:noNamespaceSchemaLocation"), normalisedPath);
+    root.setAttribute(QStringLiteral("xmlns:xsi"), QStringLiteral("http://www.w3.org/2001/XMLSchema-instance"));
+}
+
+void XmlCreateReport::SaveReport(const QString &reportPath)
+{
+    const QString path = ToNativePath(reportPath);
+    const dom::SaveResult result = dom::SaveDocument(*m_pDocument, path);
+    if (!result.m_sFailure.isEmpty()) {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QLatin1String("The report \"") + path + QLatin1String("\" could not be saved: ") + result.m_sFailure;
+        });
+    }
+    if (result.m_bReplaced) {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QLatin1String("The report \"") + path
+                + QLatin1String("\" holds a character that XML can't hold; U+FFFD stands in its place.");
+        });
+    }
+}
+
+void XmlCreateReport::ShowCommentDialog(const QString &reportPath)
+{
+    auto dialog = std::make_unique<CommentDialogImpl>();
+    m_pDialogDocument = std::make_unique<QDomDocument>(*m_pDocument);
+    dialog->SetDocument(m_pDialogDocument.get());
+    dialog->SetFileName(ToNativePath(reportPath));
+    dialog->ShowData();
+    m_CommentDialogs.emplace_back(dialog.release());
+}
+
+std::list<QDialog *> XmlCreateReport::GetCommentDialogs() const
+{
+    std::list<QDialog *> dialogs;
+    for (const QPointer<CommentDialogImpl> &dialog : m_CommentDialogs) {
+        if (dialog != nullptr) {
+            dialogs.push_back(dialog);
+        }
+    }
+    return dialogs;
+}
+
+void XmlCreateReport::Error(int id)
+{
+    SendEvent<ErrorEvent>(m_pCallback, static_cast<ITagwright::ErrorID>(id));
+}
+
+// First step of every setter. The element is the walk's own and changes under it, so it is asked for each time. Outside
+// a walk there is nothing to set: the caller has missed when setters may be called.
+bool XmlCreateReport::FetchCurrentElement(const char *setter)
+{
+    if (m_pDomParser == nullptr || !m_pDomParser->IsWalking()) {
+        trace::Write(Unit(), __LINE__, [setter] {
+            return QLatin1String("XmlCreateReport: ") + QLatin1String(setter)
+                + QLatin1String(" was called outside a report's walk and does nothing.");
+        });
+        return false;
+    }
+    m_pCurrentElement = m_pDomParser->GetCurrentElement();
+    return true;
+}
+
+bool XmlCreateReport::HasCurrentElement() const
+{
+    return m_pCurrentElement != nullptr && !m_pCurrentElement->isNull();
+}
+
+bool XmlCreateReport::FetchElementToSet(const char *setter)
+{
+    if (!FetchCurrentElement(setter)) {
+        return false;
+    }
+    if (!HasCurrentElement()) {
+        Error(ITagwright::CURRENT_ELEMENT_IS_NULL);
+        return false;
+    }
+    return true;
+}

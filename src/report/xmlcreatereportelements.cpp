@@ -1,0 +1,170 @@
+// The values of elements.
+
+#include "report/boundtest.h"
+#include "report/domparser.h"
+#include "report/enumerationtest.h"
+#include "report/xmlcreatereport.h"
+
+#include <QDomDocument>
+#include <QDomElement>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr char kSetter[] = "SetXmlValue";
+
+QString TypeName()
+{
+    return QStringLiteral("type");
+}
+
+QString ShortType()
+{
+    return QStringLiteral("short");
+}
+
+// False for a number that has no integer form, NaN among them.
+bool FitsInteger(double value)
+{
+    const double cut = std::trunc(value);
+    return cut >= std::numeric_limits<int>::min() && cut <= std::numeric_limits<int>::max();
+}
+
+} // namespace
+
+void XmlCreateReport::SetXmlValue(QString value)
+{
+    if (!FetchElementToSet(kSetter)) {
+        return;
+    }
+    if (TypeControl(QStringLiteral("string")).isEmpty()) {
+        Error(ITagwright::CURRENT_TYPE_IS_NOT_STRING);
+        return;
+    }
+    const enumeration::Verdict verdict = enumeration::JudgeForElement(*m_pCurrentElement, value);
+    if (!verdict.m_bPasses) {
+        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        return;
+    }
+    WriteValue(verdict.m_lNames, value);
+}
+
+void XmlCreateReport::SetXmlValue(const char *value)
+{
+    SetXmlValue(QString::fromUtf8(value));
+}
+
+void XmlCreateReport::SetXmlValue(double value)
+{
+    if (!FetchElementToSet(kSetter)) {
+        return;
+    }
+    const QString typeWord = QStringLiteral("double");
+    const bool isShort = TypeControl(typeWord) == ShortType();
+    // Asked again for the check itself, so that an element without a type says so twice: receivers count on it.
+    if (TypeControl(typeWord).isEmpty()) {
+        Error(ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE);
+        return;
+    }
+    if (isShort && !FitsInteger(value)) {
+        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        return;
+    }
+    SetNumber(value, isShort ? QString::number(static_cast<int>(value)) : QString::number(value, 'g', 12));
+}
+
+void XmlCreateReport::SetXmlValue(int value)
+{
+    if (!FetchElementToSet(kSetter)) {
+        return;
+    }
+    if (TypeControl(QStringLiteral("integer")).isEmpty()) {
+        Error(ITagwright::CURRENT_TYPE_IS_NOT_INTEGER);
+        return;
+    }
+    // Even if the bounds refuse the value: the walk then takes the element for a container.
+    m_pCurrentElement->removeAttribute(TypeName());
+    SetNumber(value, QString::number(value));
+}
+
+void XmlCreateReport::SetXmlValue(bool value)
+{
+    SetUntestedValue(QStringLiteral("bool"), ITagwright::CURRENT_TYPE_IS_NOT_BOOL,
+                     value ? QStringLiteral("true") : QStringLiteral("false"));
+}
+
+void XmlCreateReport::SetXmlValue(QDateTime value)
+{
+    SetUntestedValue(QStringLiteral("dateTime"), ITagwright::CURRENT_TYPE_IS_NOT_DATETIME, value.toString(Qt::ISODate));
+}
+
+void XmlCreateReport::SetXmlValue(QTime value)
+{
+    SetUntestedValue(QStringLiteral("time"), ITagwright::CURRENT_TYPE_IS_NOT_TIME, value.toString(Qt::ISODate));
+}
+
+template <typename Number>
+void XmlCreateReport::SetNumber(Number value, const QString &text)
+{
+    const bounds::Verdict verdict = bounds::Judge(bounds::OfElement<Number>(*m_pCurrentElement), value);
+    if (!verdict.m_bPasses) {
+        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        return;
+    }
+    WriteValue(bounds::UsedNames(verdict, QString()), text);
+}
+
+void XmlCreateReport::SetUntestedValue(const QString &typeWord, int typeError, const QString &text)
+{
+    if (!FetchElementToSet(kSetter)) {
+        return;
+    }
+    if (TypeControl(typeWord).isEmpty()) {
+        Error(typeError);
+        return;
+    }
+    WriteValue(QStringList(), text);
+}
+
+void XmlCreateReport::WriteValue(const QStringList &testedAttributes, const QString &text)
+{
+    m_pCurrentElement->removeAttribute(TypeName());
+    for (const QString &name : testedAttributes) {
+        m_pCurrentElement->removeAttribute(name);
+    }
+    CreateAndAppendTextNode(text);
+}
+
+QString XmlCreateReport::TypeControl(QString expectedType)
+{
+    QString type = m_pCurrentElement->attribute(TypeName());
+    if (type.isEmpty()) {
+        Error(ITagwright::CURRENT_ELEMENT_HAS_NO_TYPE);
+        return QString();
+    }
+    if (type.contains(expectedType)) {
+        return type;
+    }
+    if (type.contains(ShortType())) {
+        return ShortType();
+    }
+    const QString longType = QStringLiteral("long");
+    return type.contains(longType) ? longType : QString();
+}
+
+void XmlCreateReport::CreateAndAppendTextNode(QString text)
+{
+    if (!HasCurrentElement()) {
+        Error(ITagwright::CURRENT_ELEMENT_IS_NULL);
+        return;
+    }
+    const ElementIndex::OwnChange change(m_pDomParser->GetElementIndex());
+    const QDomNode first = m_pCurrentElement->firstChild();
+    if (first.nodeType() == QDomNode::TextNode) {
+        m_pCurrentElement->removeChild(first);
+    }
+    m_pCurrentElement->appendChild(m_pDocument->createTextNode(text));
+    m_pDomParser->SetNodeToContinue(m_pCurrentElement, false);
+}

@@ -1,0 +1,96 @@
+// Repetitions and choices.
+
+#include "report/domparser.h"
+#include "report/nodeset.h"
+#include "report/xmlcreatereport.h"
+
+#include <QDomElement>
+
+namespace {
+
+// What a key of the occurrence table says of a count. A key that packs the limit of an optional element in hundreds
+// looks like a limit of its own and is taken as it stands.
+bool KeyAllows(int key, int maxOccurs)
+{
+    if (maxOccurs > 0) {
+        return key == -1 || key == -100 || key >= maxOccurs;
+    }
+    return maxOccurs < 0 || key % 100 == 0;
+}
+
+} // namespace
+
+void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
+{
+    if (!FetchCurrentElement("SetElementMaxOccurs") || name == m_sLastOccursName) {
+        return;
+    }
+    m_sLastOccursName = name;
+    // The last name alone doesn't end it where repeated elements nest: the inner name comes in between.
+    if (m_pMultiplied->Contains(*m_pCurrentElement)) {
+        return;
+    }
+    if (!CheckOccursMap(name, m_pCurrentElement->tagName(), maxOccurs, m_pCurrentElement)) {
+        Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+        return;
+    }
+    InsertCopies(maxOccurs);
+    m_pDomParser->SetNodeToContinue(m_pCurrentElement, true);
+}
+
+bool XmlCreateReport::CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element)
+{
+    OccurrenceLookup &occurrences = m_pDomParser->GetOccurrences();
+    if (!occurrences.HasRow(name)) {
+        Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+        return false;
+    }
+    return occurrences.IsFound(name, tagName, *element, [maxOccurs](int key) { return KeyAllows(key, maxOccurs); });
+}
+
+void XmlCreateReport::InsertCopies(int maxOccurs)
+{
+    m_pMultiplied->Insert(*m_pCurrentElement);
+    QDomElement parent = m_pCurrentElement->parentNode().toElement();
+    if (parent.isNull()) {
+        return; // the root has no place for a second one
+    }
+    const ElementIndex::OwnChange change(m_pDomParser->GetElementIndex());
+    for (int i = 1; i < maxOccurs; ++i) {
+        const QDomNode copy = m_pCurrentElement->cloneNode(true);
+        parent.insertAfter(copy, *m_pCurrentElement);
+        m_pMultiplied->Insert(copy);
+    }
+}
+
+void XmlCreateReport::DiscardChoiceItem()
+{
+    if (!FetchCurrentElement("DiscardChoiceItem")) {
+        return;
+    }
+    if (!MayBeDiscarded(m_pCurrentElement->tagName())) {
+        Error(ITagwright::GENERAL_ERROR);
+        return;
+    }
+    const QDomElement discarded = *m_pCurrentElement;
+    m_pDiscardSuccessor = std::make_unique<QDomElement>(discarded.nextSibling().toElement());
+    m_pCurrentElement = m_pDiscardSuccessor.get();
+    const bool isRemoved = m_pDomParser->Remove(discarded);
+    m_pDomParser->SetNodeToContinue(m_pCurrentElement, false);
+    if (isRemoved) {
+        ++m_iDiscardedItems;
+    } else {
+        Error(ITagwright::GENERAL_ERROR);
+    }
+}
+
+// An alternative that stands behind more places than were given up has one in front of it; any other needs one behind.
+bool XmlCreateReport::MayBeDiscarded(const QString &tagName) const
+{
+    const ChoiceKeys &keys = m_pDomParser->GetChoiceKeys();
+    const auto key = keys.constFind(tagName);
+    if (tagName.isEmpty() || key == keys.constEnd()) {
+        return false;
+    }
+    return *key % 100 > m_iDiscardedItems || m_ChoiceMap.find(*key + 1) != m_ChoiceMap.end();
+}

@@ -1,0 +1,68 @@
+#include "schema/localdeclaration.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+// An optional element packs its upper limit in hundreds.
+constexpr int kOptionalFactor = 100;
+
+int ReadMaxOccurs(const QString &text)
+{
+    return text == QLatin1String("unbounded") ? LocalDeclaration::kUnbounded : text.toInt();
+}
+
+int InHundreds(int limit)
+{
+    constexpr int kGreatest = std::numeric_limits<int>::max() / kOptionalFactor;
+    return std::clamp(limit, -kGreatest, kGreatest) * kOptionalFactor;
+}
+
+} // namespace
+
+LocalDeclaration::LocalDeclaration(const QXmlAttributes &atts)
+{
+    for (int i = 0; i < atts.count(); ++i) {
+        const QString name = atts.qName(i);
+        if (name == QLatin1String("name")) {
+            m_sName = atts.value(i);
+        } else if (name == QLatin1String("type")) {
+            m_sType = atts.value(i);
+        } else if (name == QLatin1String("minOccurs")) {
+            m_iMinOccurs = atts.value(i).toInt();
+        } else if (name == QLatin1String("maxOccurs")) {
+            m_iMaxOccurs = ReadMaxOccurs(atts.value(i));
+        } else if (name == QLatin1String("ref")) {
+            m_sRef = atts.value(i);
+        } else if (name == QLatin1String("default")) {
+            m_sDefault = atts.value(i);
+        }
+    }
+    if (m_iMinOccurs == kNotGiven) {
+        m_iMinOccurs = 1;
+    }
+}
+
+const QString &LocalDeclaration::Key() const
+{
+    return m_sName.isEmpty() ? m_sRef : m_sName;
+}
+
+int LocalDeclaration::Copies() const
+{
+    return m_iMinOccurs == 0 ? 1 : std::max(m_iMinOccurs, 0);
+}
+
+bool LocalDeclaration::HasLimits() const
+{
+    return m_iMinOccurs == 0 || m_iMaxOccurs != kNotGiven;
+}
+
+int LocalDeclaration::OccursKey() const
+{
+    if (m_iMinOccurs != 0) {
+        return m_iMaxOccurs;
+    }
+    return m_iMaxOccurs == kNotGiven ? 0 : InHundreds(m_iMaxOccurs);
+}

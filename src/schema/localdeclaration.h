@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QXmlAttributes>
+
+/// What the start tag of a local element or attribute says, and the key under which an element's limits are filed.
+struct LocalDeclaration
+{
+    /// The value of a limit that wasn't given. A literal "-100" reads the same.
+    static constexpr int kNotGiven = -100;
+    static constexpr int kUnbounded = -1;
+
+    explicit LocalDeclaration(const QXmlAttributes &atts);
+
+    /// The name, or the reference of an element without one; empty if it has neither.
+    const QString &Key() const;
+    /// How many copies the tag asks for: none for a negative minOccurs, one for a minOccurs of 0.
+    int Copies() const;
+    /// Whether anything is to be filed about its limits.
+    bool HasLimits() const;
+    /// Both limits packed into one number; only where HasLimits().
+    int OccursKey() const;
+
+    QString m_sName;
+    QString m_sType;
+    QString m_sRef;
+    QString m_sDefault;
+    /// 1 if not given.
+    int m_iMinOccurs = kNotGiven;
+    int m_iMaxOccurs = kNotGiven;
+};

@@ -1,0 +1,324 @@
+#include "schema/referenceresolver.h"
+
+#include "host/trace.h"
+#include "schema/schemarun.h"
+
+#include <algorithm>
+
+namespace {
+
+QString UnitName()
+{
+    return QStringLiteral("xmlschemahandler");
+}
+
+int LevelOf(const QDomNode &node)
+{
+    int level = 0;
+    for (QDomNode current = node; current.isElement(); current = current.parentNode()) {
+        ++level;
+    }
+    return level;
+}
+
+} // namespace
+
+ReferenceResolver::ReferenceResolver(MissingMap &missing, TypeMap &types, SchemaRun &run)
+    : m_MissingMap(missing)
+    , m_TypeMap(types)
+    , m_oRun(run)
+{
+}
+
+void ReferenceResolver::DropReplaced()
+{
+    if (m_oRun.m_lReplaced.empty()) {
+        return;
+    }
+    for (auto name = m_MissingMap.begin(); name != m_MissingMap.end();) {
+        DropReplaced(name->second);
+        name = name->second.empty() ? m_MissingMap.erase(name) : std::next(name);
+    }
+    m_oRun.m_lReplaced.clear();
+}
+
+void ReferenceResolver::DropReplaced(Counts &counts)
+{
+    for (auto count = counts.begin(); count != counts.end();) {
+        std::list<MissingElement> &records = count->second;
+        for (auto record = records.begin(); record != records.end();) {
+            const bool replaced = IsReplaced(*record);
+            if (replaced) {
+                m_oRun.m_hNotes.erase(&*record);
+            }
+            record = replaced ? records.erase(record) : std::next(record);
+        }
+        count = records.empty() ? counts.erase(count) : std::next(count);
+    }
+}
+
+bool ReferenceResolver::IsReplaced(const MissingElement &record) const
+{
+    if (m_oRun.m_lReplaced.count(record.m_sOwner) == 0) {
+        return false;
+    }
+    const auto note = m_oRun.m_hNotes.find(&record);
+    const auto owner = m_TypeMap.find(record.m_sOwner);
+    if (note == m_oRun.m_hNotes.end() || note->second.m_bApplied || note->second.m_pFragment == nullptr
+        || owner == m_TypeMap.end()) {
+        return false;
+    }
+    return note->second.m_pFragment->ownerDocument() != owner->second.m_pFragment->ownerDocument();
+}
+
+void ReferenceResolver::Reopen()
+{
+    for (const auto &[name, counts] : m_MissingMap) {
+        const auto entry = m_TypeMap.find(name);
+        if (!name.isEmpty() && entry != m_TypeMap.end() && entry->second.m_iOpenRefs == -1) {
+            entry->second.m_iOpenRefs = 0;
+        }
+    }
+}
+
+bool ReferenceResolver::Resolve()
+{
+    CollectKeys();
+    RunSweeps();
+    while (m_iOpenKeys > 0 && m_pUndeclared == nullptr && !m_oRun.m_oBudget.IsExceeded() && ReopenWaiting()) {
+        RunSweeps();
+    }
+    if (m_oRun.m_oBudget.IsExceeded()) {
+        TraceLimit();
+    } else if (m_pUndeclared != nullptr) {
+        TraceUndeclared();
+    } else if (m_iOpenKeys > 0) {
+        TraceCircle();
+    } else {
+        return true;
+    }
+    return false;
+}
+
+void ReferenceResolver::CollectKeys()
+{
+    for (auto &[name, counts] : m_MissingMap) {
+        if (name.isEmpty()) {
+            continue;
+        }
+        const auto entry = m_TypeMap.find(name);
+        if (entry == m_TypeMap.end()) {
+            m_pUndeclared = &name;
+            return;
+        }
+        const std::size_t place = m_lKeys.size();
+        m_lKeys.push_back({ &name, &counts, &entry->second });
+        m_hPlaces.insert(name, place);
+        if (entry->second.m_iOpenRefs == 0) {
+            m_oTurns.push({ 1, place });
+        } else if (entry->second.m_iOpenRefs > 0) {
+            ++m_iOpenKeys;
+        }
+    }
+}
+
+void ReferenceResolver::RunSweeps()
+{
+    // The first sweep already ends at a name that is declared nowhere.
+    while (!m_oTurns.empty() && (m_pUndeclared == nullptr || m_oTurns.top().first == 1)
+           && !m_oRun.m_oBudget.IsExceeded()) {
+        m_oTurn = m_oTurns.top();
+        m_oTurns.pop();
+        Process(m_lKeys[m_oTurn.second]);
+    }
+}
+
+bool ReferenceResolver::ReopenWaiting()
+{
+    bool found = false;
+    for (std::size_t place = 0; place < m_lKeys.size(); ++place) {
+        const Key &key = m_lKeys[place];
+        if (key.m_pEntry->m_iOpenRefs == -1 && HasWaiting(*key.m_pCounts)) {
+            key.m_pEntry->m_iOpenRefs = 0;
+            m_oTurns.push({ m_oTurn.first + 1, place });
+            found = true;
+        }
+    }
+    return found;
+}
+
+bool ReferenceResolver::HasWaiting(const Counts &counts) const
+{
+    const auto isWaiting = [this](const MissingElement &record) {
+        const auto note = m_oRun.m_hNotes.find(&record);
+        return note == m_oRun.m_hNotes.end() || !note->second.m_bApplied;
+    };
+    return std::any_of(counts.begin(), counts.end(), [&isWaiting](const auto &count) {
+        return std::any_of(count.second.begin(), count.second.end(), isWaiting);
+    });
+}
+
+void ReferenceResolver::Process(const Key &key)
+{
+    key.m_pEntry->m_iOpenRefs = -1;
+    m_pSource = key.m_pEntry->m_pFragment;
+    m_oSourceAttributes.reset();
+    for (auto &[count, records] : *key.m_pCounts) {
+        for (const MissingElement &record : records) {
+            RecordNote &note = m_oRun.m_hNotes[&record];
+            // A count below 0 asks for no application at all.
+            if (!note.m_bApplied && count >= 0) {
+                key.m_pEntry->m_bUsed = true;
+                Apply(record, count, note);
+            }
+            note.m_bApplied = true;
+        }
+    }
+}
+
+void ReferenceResolver::Apply(const MissingElement &record, int count, RecordNote &note)
+{
+    const int times = std::max(count, 1);
+    if (record.m_pParent != nullptr && m_pSource != nullptr) {
+        if (note.m_iLevel == 0) {
+            note.m_iLevel = LevelOf(*record.m_pParent) + 1;
+        }
+        if (record.m_bAttribute) {
+            ApplyAttributes(record, note);
+        } else {
+            ApplyContent(record, note, times);
+        }
+    }
+    // In a named type a record lowers what it has raised. In a global declaration each application lowers.
+    Lower(record.m_sOwner, note.m_eKind == RecordKind::Place ? 1 : times);
+}
+
+void ReferenceResolver::ApplyAttributes(const MissingElement &record, const RecordNote &note)
+{
+    const QDomElement carrier = m_pSource->firstChild().toElement();
+    const content::AttributeList &attributes = SourceAttributes();
+    if (carrier.isNull()
+        || !m_oRun.m_oBudget.TakeAttributes(note.m_pFragment, *record.m_pParent,
+                                            static_cast<qint64>(attributes.size()))) {
+        return;
+    }
+    if (note.m_eKind == RecordKind::Base) {
+        content::AddAttributes(attributes, *record.m_pParent);
+    } else {
+        content::SetSchemaAttribute(carrier.tagName(), attributes, *record.m_pParent);
+    }
+}
+
+void ReferenceResolver::ApplyContent(const MissingElement &record, const RecordNote &note, int times)
+{
+    const bool hasCarrier = content::HasCarrier(*m_pSource);
+    if (hasCarrier && note.m_eKind == RecordKind::Plain) {
+        const content::AttributeList &attributes = SourceAttributes();
+        if (!m_oRun.m_oBudget.TakeAttributes(note.m_pFragment, *record.m_pParent,
+                                             static_cast<qint64>(attributes.size()))) {
+            return;
+        }
+        content::SetAttributes(attributes, *record.m_pParent);
+    }
+    if (InsertContent(record, note, times) && note.m_eKind == RecordKind::Place) {
+        record.m_pParent->parentNode().removeChild(*record.m_pParent);
+    }
+}
+
+bool ReferenceResolver::InsertContent(const MissingElement &record, const RecordNote &note, int times)
+{
+    const Extent piece = m_oRun.m_oBudget.Of(m_pSource);
+    if (piece.m_iElements == 0) {
+        return true;
+    }
+    if (!m_oRun.m_oBudget.Allows(note.m_pFragment, piece, times, note.m_iLevel)) {
+        return false;
+    }
+    QDomElement &parent = *record.m_pParent;
+    for (int copy = 0; copy < times && m_oRun.m_oBudget.Take(note.m_pFragment, piece, note.m_iLevel); ++copy) {
+        const QDomDocumentFragment clone = content::CloneContent(*m_pSource);
+        if (note.m_eKind == RecordKind::Place) {
+            parent.parentNode().insertBefore(clone, parent);
+        } else if (record.m_pAfter != nullptr) {
+            parent.insertAfter(clone, *record.m_pAfter);
+        } else {
+            parent.appendChild(clone);
+        }
+    }
+    return !m_oRun.m_oBudget.IsExceeded();
+}
+
+const content::AttributeList &ReferenceResolver::SourceAttributes()
+{
+    if (!m_oSourceAttributes) {
+        m_oSourceAttributes = content::ListAttributes(m_pSource->firstChild().toElement());
+    }
+    return *m_oSourceAttributes;
+}
+
+void ReferenceResolver::Lower(const QString &owner, int times)
+{
+    const auto entry = m_TypeMap.find(owner);
+    if (entry == m_TypeMap.end() || entry->second.m_iOpenRefs <= 0) {
+        return;
+    }
+    entry->second.m_iOpenRefs = std::max(0, entry->second.m_iOpenRefs - times);
+    const auto place = m_hPlaces.constFind(owner);
+    if (entry->second.m_iOpenRefs == 0 && place != m_hPlaces.constEnd()) {
+        --m_iOpenKeys;
+        // A sweep that is past the name comes to it in the next one.
+        m_oTurns.push({ *place > m_oTurn.second ? m_oTurn.first : m_oTurn.first + 1, *place });
+    }
+}
+
+void ReferenceResolver::TraceUndeclared() const
+{
+    trace::Write(UnitName(), __LINE__,
+                 [] { return QStringLiteral("Missing Element was not found! XmlSchemaHandler terminates..."); });
+    trace::Write(UnitName(), __LINE__, [this] {
+        return QStringLiteral("The schema refers to \"%1\", which is declared nowhere.").arg(*m_pUndeclared);
+    });
+}
+
+void ReferenceResolver::TraceCircle() const
+{
+    trace::Write(UnitName(), __LINE__, [this] {
+        return QStringLiteral("Missing Elements refer to each other! XmlSchemaHandler terminates... ")
+            + CircleNames().join(QLatin1String(", "));
+    });
+}
+
+void ReferenceResolver::TraceLimit() const
+{
+    trace::Write(UnitName(), __LINE__, [this] {
+        return QStringLiteral("%1, and \"%2\" in %3 would break this: nothing more is built.")
+            .arg(m_oRun.m_oBudget.GetReason(), *m_lKeys[m_oTurn.second].m_pName, m_oRun.m_oFiles.GetCurrent());
+    });
+}
+
+QStringList ReferenceResolver::CircleNames() const
+{
+    // For each open name one that it waits for.
+    QHash<QString, QString> waits;
+    QStringList names;
+    for (const Key &key : m_lKeys) {
+        if (key.m_pEntry->m_iOpenRefs <= 0) {
+            continue;
+        }
+        names << *key.m_pName;
+        for (const auto &[count, records] : *key.m_pCounts) {
+            for (const MissingElement &record : records) {
+                waits.insert(record.m_sOwner, *key.m_pName);
+            }
+        }
+    }
+    QStringList path;
+    QHash<QString, int> steps;
+    QString name = names.value(0);
+    while (!steps.contains(name) && waits.contains(name)) {
+        steps.insert(name, path.size());
+        path << name;
+        name = waits.value(name);
+    }
+    return steps.contains(name) ? path.mid(steps.value(name)) : names;
+}

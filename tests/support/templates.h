@@ -1,0 +1,67 @@
+#pragma once
+
+#include "schema/schematables.h"
+
+#include <QDomDocument>
+#include <QMap>
+#include <QStringList>
+
+/// A template, or any document, as XML without blanks between the tags.
+inline QDomDocument ReadTemplate(const QString &xml)
+{
+    QDomDocument document;
+    document.setContent(xml);
+    return document;
+}
+
+/// A node in one line, with attributes in the order of their names: Qt's own order differs from process to process.
+inline QString ToText(const QDomNode &node)
+{
+    if (!node.isElement() && !node.isDocument()) {
+        return node.isProcessingInstruction() ? QString() : node.nodeValue();
+    }
+    QMap<QString, QString> sorted;
+    for (int i = 0; i < node.attributes().length(); ++i) {
+        sorted.insert(node.attributes().item(i).nodeName(), node.attributes().item(i).nodeValue());
+    }
+    QString text;
+    for (auto attribute = sorted.constBegin(); attribute != sorted.constEnd(); ++attribute) {
+        text += QStringLiteral(" %1='%2'").arg(attribute.key(), attribute.value());
+    }
+    QString content;
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling()) {
+        content += ToText(child);
+    }
+    if (node.isDocument()) {
+        return content;
+    }
+    return content.isEmpty() ? QStringLiteral("<%1%2/>").arg(node.nodeName(), text)
+                             : QStringLiteral("<%1%2>%3</%1>").arg(node.nodeName(), text, content);
+}
+
+/// An occurrence table from "name:key:parent,parent name:key:parent".
+inline OccursMap ReadOccurs(const QString &text)
+{
+    OccursMap table;
+    for (const QString &entry : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QStringList parts = entry.split(QLatin1Char(':'));
+        for (const QString &parent : parts.at(2).split(QLatin1Char(','))) {
+            table[parts.at(0)][parts.at(1).toInt()].push_back(parent);
+        }
+    }
+    return table;
+}
+
+/// A choice table from "a b c|d e": choices, and the alternatives of each.
+inline ChoiceMap ReadChoices(const QString &text)
+{
+    ChoiceMap table;
+    int key = 0;
+    for (const QString &choice : text.split(QLatin1Char('|'))) {
+        for (const QString &name : choice.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+            table[key++] = name;
+        }
+        key = (key / 100 + 1) * 100;
+    }
+    return table;
+}
