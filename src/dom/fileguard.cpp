@@ -30,14 +30,19 @@ QString CheckXmlFile(const QString &path, const ReadingLimits &limits)
     if (!file.open(QIODevice::ReadOnly)) {
         return QStringLiteral("%1 can't be opened: %2").arg(path, file.errorString());
     }
-    MarkupScanner scanner(&file, limits);
+    return CheckXml(&file, path, limits);
+}
+
+QString CheckXml(QIODevice *device, const QString &name, const ReadingLimits &limits)
+{
+    MarkupScanner scanner(device, limits);
     const MarkupScanner::Result result = scanner.Scan();
     if (result == MarkupScanner::Result::Refused) {
-        return Sentence(path, scanner.GetLine(), scanner.GetReason());
+        return Sentence(name, scanner.GetLine(), scanner.GetReason());
     }
     DepthProbe probe(limits);
-    if (result == MarkupScanner::Result::Doubtful && (!file.seek(0) || !probe.Run(&file))) {
-        return Sentence(path, probe.GetLine(), probe.GetReason());
+    if (result == MarkupScanner::Result::Doubtful && (!device->seek(0) || !probe.Run(device))) {
+        return Sentence(name, probe.GetLine(), probe.GetReason());
     }
     return QString();
 }
