@@ -48,6 +48,12 @@ void ElementIndex::SetDocument(const QDomDocument &document)
     m_oDocument = document;
 }
 
+void ElementIndex::SetUnwatched(bool unwatched)
+{
+    m_bUnwatched = unwatched;
+    Arm();
+}
+
 QDomNode ElementIndex::FindFirst(const QString &name)
 {
     ForgetIfChanged();
@@ -79,7 +85,7 @@ bool ElementIndex::Remove(QDomNode node)
 
 void ElementIndex::ForgetIfChanged()
 {
-    if (m_bKnown && m_oProbe.HasChanged()) {
+    if (m_bKnown && !m_bUnwatched && m_oProbe.HasChanged()) {
         Forget();
     }
 }
@@ -94,7 +100,7 @@ void ElementIndex::Forget()
 
 void ElementIndex::Arm()
 {
-    if (m_bKnown) {
+    if (m_bKnown && !m_bUnwatched) {
         m_oProbe.Arm(m_oDocument);
     }
 }

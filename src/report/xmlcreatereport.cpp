@@ -6,7 +6,6 @@
 #include "events/eventsender.h"
 #include "host/trace.h"
 #include "report/domparser.h"
-#include "report/nodeset.h"
 #include "schema/xmlschemahandler.h"
 
 #include <QDir>
@@ -37,7 +36,6 @@ QString ToNativePath(const QString &path)
 } // namespace
 
 XmlCreateReport::XmlCreateReport(ITagwright *pCallback)
-    : m_pMultiplied(std::make_unique<NodeSet>())
 {
     if (trace::CheckCallback(pCallback, "XmlCreateReport", Unit(), __LINE__)) {
         m_pCallback = pCallback;
@@ -105,10 +103,11 @@ void XmlCreateReport::WalkTemplate()
 {
     m_pDomParser = std::make_unique<DomParser>(m_pCallback, m_OccursMap, m_ChoiceMap);
     m_pDomParser->SetDocument(m_pDocument);
+    // The document is the schema handler's and ours; a receiver gets at it through the events alone.
+    m_pDomParser->SetUnwatched();
     m_pDomParser->Parse();
     m_pCurrentElement = nullptr;
     m_pDiscardSuccessor.reset();
-    m_pMultiplied->Clear();
 }
 
 void XmlCreateReport::SetSchemaAttributes(const QString &normalisedPath)

@@ -16,7 +16,6 @@
 
 class CommentDialogImpl;
 class DomParser;
-class NodeSet;
 class QDialog;
 class QDomDocument;
 class QDomElement;
@@ -133,7 +132,6 @@ private:
 
     // Occurrences.
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
-    void InsertCopies(int maxOccurs);
     bool MayBeDiscarded(const QString &tagName) const;
 
     std::unique_ptr<QXmlSimpleReader> m_pReader;
@@ -152,6 +150,4 @@ private:
     std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
     // What the walk resumes behind after a discard; it must live until the walk has read it.
     std::unique_ptr<QDomElement> m_pDiscardSuccessor;
-    // The elements that were multiplied, and their copies.
-    std::unique_ptr<NodeSet> m_pMultiplied;
 };

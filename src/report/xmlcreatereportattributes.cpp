@@ -19,7 +19,8 @@ void XmlCreateReport::SetAttributeValue(QString name, QString value)
         || !CheckAttributeType(name, QStringLiteral("string"), ITagwright::CURRENT_TYPE_IS_NOT_STRING)) {
         return;
     }
-    const enumeration::Verdict verdict = enumeration::JudgeForAttribute(*m_pCurrentElement, name, value);
+    const enumeration::Verdict verdict =
+        enumeration::JudgeForAttribute(m_pDomParser->GetAttributes().GetAll(), name, value);
     if (!verdict.m_bPasses) {
         Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
         return;
@@ -59,7 +60,7 @@ void XmlCreateReport::SetAttributeValue(QString name, double value)
 void XmlCreateReport::RemoveAttribute(QString name)
 {
     if (FetchCurrentElement("RemoveAttribute") && HasCurrentElement()) {
-        m_pCurrentElement->removeAttribute(name);
+        m_pDomParser->GetAttributes().Remove(name);
     }
 }
 
@@ -67,7 +68,7 @@ void XmlCreateReport::RemoveAttribute(QString name)
 bool XmlCreateReport::CheckAttributeType(const QString &name, const QString &typeWord, int typeError)
 {
     // An empty value contains no type word, whether the attribute is there or not.
-    if (!m_pCurrentElement->attribute(name).contains(typeWord)) {
+    if (!m_pDomParser->GetAttributes().GetValue(name).contains(typeWord)) {
         Error(typeError);
         return false;
     }
@@ -77,7 +78,8 @@ bool XmlCreateReport::CheckAttributeType(const QString &name, const QString &typ
 template <typename Number>
 void XmlCreateReport::SetAttributeNumber(const QString &name, Number value, const QString &text)
 {
-    const bounds::Verdict verdict = bounds::Judge(bounds::OfAttribute<Number>(*m_pCurrentElement, name), value);
+    const bounds::Verdict verdict =
+        bounds::Judge(bounds::OfAttribute<Number>(m_pDomParser->GetAttributes().GetAll(), name), value);
     if (!verdict.m_bPasses) {
         Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
         return;
@@ -90,7 +92,7 @@ void XmlCreateReport::WriteAttribute(const QString &name, const QStringList &tes
 {
     const ElementIndex::OwnChange change(m_pDomParser->GetElementIndex());
     for (const QString &tested : testedAttributes) {
-        m_pCurrentElement->removeAttribute(tested);
+        m_pDomParser->GetAttributes().Remove(tested);
     }
-    m_pCurrentElement->setAttribute(name, text);
+    m_pDomParser->GetAttributes().Set(name, text);
 }

@@ -43,7 +43,7 @@ void XmlCreateReport::SetXmlValue(QString value)
         Error(ITagwright::CURRENT_TYPE_IS_NOT_STRING);
         return;
     }
-    const enumeration::Verdict verdict = enumeration::JudgeForElement(*m_pCurrentElement, value);
+    const enumeration::Verdict verdict = enumeration::JudgeForElement(m_pDomParser->GetAttributes().GetAll(), value);
     if (!verdict.m_bPasses) {
         Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
         return;
@@ -85,7 +85,7 @@ void XmlCreateReport::SetXmlValue(int value)
         return;
     }
     // Even if the bounds refuse the value: the walk then takes the element for a container.
-    m_pCurrentElement->removeAttribute(TypeName());
+    m_pDomParser->GetAttributes().Remove(TypeName());
     SetNumber(value, QString::number(value));
 }
 
@@ -108,7 +108,8 @@ void XmlCreateReport::SetXmlValue(QTime value)
 template <typename Number>
 void XmlCreateReport::SetNumber(Number value, const QString &text)
 {
-    const bounds::Verdict verdict = bounds::Judge(bounds::OfElement<Number>(*m_pCurrentElement), value);
+    const bounds::Verdict verdict =
+        bounds::Judge(bounds::OfElement<Number>(m_pDomParser->GetAttributes().GetAll()), value);
     if (!verdict.m_bPasses) {
         Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
         return;
@@ -130,16 +131,16 @@ void XmlCreateReport::SetUntestedValue(const QString &typeWord, int typeError, c
 
 void XmlCreateReport::WriteValue(const QStringList &testedAttributes, const QString &text)
 {
-    m_pCurrentElement->removeAttribute(TypeName());
+    m_pDomParser->GetAttributes().Remove(TypeName());
     for (const QString &name : testedAttributes) {
-        m_pCurrentElement->removeAttribute(name);
+        m_pDomParser->GetAttributes().Remove(name);
     }
     CreateAndAppendTextNode(text);
 }
 
 QString XmlCreateReport::TypeControl(QString expectedType)
 {
-    QString type = m_pCurrentElement->attribute(TypeName());
+    QString type = m_pDomParser->GetAttributes().GetValue(TypeName());
     if (type.isEmpty()) {
         Error(ITagwright::CURRENT_ELEMENT_HAS_NO_TYPE);
         return QString();

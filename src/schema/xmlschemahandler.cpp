@@ -287,6 +287,8 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);
     m_ChoiceMap = std::move(nested.m_ChoiceMap);
+    // Only now: a document has no inside before its first node is made.
+    m_pRun->m_oArena.Keep(*nested.m_pDocument);
     m_oCache.Clear();
 }
 
@@ -296,7 +298,6 @@ void XmlSchemaHandler::Join(SchemaRun &run, const QString &filePath)
     m_pOwnRun.reset();
     m_bIsInclude = true;
     m_sFilePath = filePath;
-    run.m_oArena.Keep(*m_pDocument);
 }
 
 bool XmlSchemaHandler::endDocument()
