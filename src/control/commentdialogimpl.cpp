@@ -5,9 +5,11 @@
 
 #include <QCloseEvent>
 #include <QDomDocument>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPointer>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -68,6 +70,9 @@ void CommentDialogImpl::ShowData()
     m_pTimeLabel->setText(time);
     setWindowTitle(QLatin1String("ToReport - ") + time);
     ShowValues();
+    // Values, a larger font and translated labels may need more room than the form was drawn with.
+    layout()->activate();
+    resize(std::max(width(), layout()->totalSizeHint().width()), height());
     m_pTextEdit->setFocus();
     show();
 }

@@ -1,0 +1,73 @@
+#include "control/commentdialogimpl.h"
+#include "control/vcreporting.h"
+#include "host/ostrel.h"
+
+#include <QDomDocument>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
+
+class TestTranslations : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { TranslationCenter::Instance().SetLocale(QLocale::c()); }
+
+    void showsTheDialogInTheLanguage_data()
+    {
+        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<QString>("frequency");
+        QTest::addColumn<QString>("noComment");
+        QTest::addColumn<QString>("button");
+        QTest::newRow("german") << QLocale(QLocale::German, QLocale::Austria) << QStringLiteral("Frequenz:")
+                                << QStringLiteral("Ohne Kommentar")
+                                << QStringLiteral("Bericht erstellen (Umschalt+F10)");
+        QTest::newRow("french") << QLocale(QLocale::French) << QString::fromUtf8("Fréquence :")
+                                << QStringLiteral("Sans commentaire")
+                                << QString::fromUtf8("Créer un rapport (Maj+F10)");
+        QTest::newRow("no translator") << QLocale(QLocale::Icelandic) << QStringLiteral("Frequency:")
+                                       << QStringLiteral("No Comment") << QStringLiteral("To Report (Shift+F10)");
+    }
+    void showsTheDialogInTheLanguage()
+    {
+        QFETCH(QLocale, locale);
+        TranslationCenter::Instance().SetLocale(locale);
+        CommentDialogImpl dialog;
+        QTEST(dialog.findChild<QLabel *>(QStringLiteral("m_pFreqTextLabel"))->text(), "frequency");
+        QTEST(dialog.findChild<QPushButton *>(QStringLiteral("m_pNoCommentButton"))->text(), "noComment");
+        QToolBar toolBar;
+        VCReporting control(QStringLiteral("s.xsd"), QStringLiteral("r"), &toolBar, true, nullptr, false, QPixmap());
+        QTEST(control.GetReportButton()->toolTip(), "button");
+    }
+
+    void cutsNoTextAtItsLength_data()
+    {
+        QTest::addColumn<QLocale>("locale");
+        QTest::newRow("english") << QLocale::c();
+        QTest::newRow("german") << QLocale(QLocale::German);
+        QTest::newRow("french") << QLocale(QLocale::French);
+    }
+    void cutsNoTextAtItsLength()
+    {
+        QFETCH(QLocale, locale);
+        TranslationCenter::Instance().SetLocale(locale);
+        CommentDialogImpl dialog;
+        QDomDocument document;
+        dialog.SetDocument(&document);
+        dialog.ShowData();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const QList<QWidget *> widgets = dialog.findChildren<QWidget *>();
+        for (const QWidget *widget : widgets) {
+            if (qobject_cast<const QLabel *>(widget) != nullptr
+                || qobject_cast<const QPushButton *>(widget) != nullptr) {
+                QVERIFY2(widget->width() >= widget->sizeHint().width(), qPrintable(widget->objectName()));
+            }
+        }
+    }
+};
+
+QTEST_MAIN(TestTranslations)
+#include "tst_translations.moc"
