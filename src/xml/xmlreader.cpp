@@ -1,0 +1,312 @@
+#include "xml/xmlreader.h"
+
+#include "dom/fileguard.h"
+#include "dom/limits.h"
+#include "dom/nodedepth.h"
+#include "dom/nodesearch.h"
+#include "host/trace.h"
+#include "xml/depthfilter.h"
+#include "xml/nodetext.h"
+#include "xml/xmlcontenthandler.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QXmlInputSource>
+#include <QXmlSimpleReader>
+
+namespace {
+
+constexpr int kDocumentIndent = 1;
+
+template <typename BuildMessage>
+void Trace(int line, BuildMessage buildMessage)
+{
+    trace::Write(QStringLiteral("xmlreader"), line, buildMessage);
+}
+
+void TraceDepth(int line)
+{
+    Trace(line, [] {
+        return QStringLiteral("XMLReader: the content nests deeper than %1 elements and is not parsed")
+            .arg(limits::kMaxFileDepth);
+    });
+}
+
+/// Destroys a content, or keeps it for the parse that still runs over it.
+template <typename Content>
+void Replace(std::unique_ptr<Content> &content, std::vector<std::unique_ptr<Content>> &kept, bool keep)
+{
+    if (keep && content != nullptr) {
+        kept.push_back(std::move(content));
+    }
+    content.reset();
+}
+
+} // namespace
+
+XMLReader::XMLReader(ITagwright *pCallback, XmlContentHandler *handler)
+    : m_pHandler(handler)
+    , m_pCallback(pCallback)
+{
+    trace::CheckCallback(pCallback, "XMLReader", QStringLiteral("xmlreader"), __LINE__);
+}
+
+XMLReader::~XMLReader()
+{
+    if (!m_bOwnsHandler) {
+        static_cast<void>(m_pHandler.release());
+    }
+    m_pHandler.reset();
+    m_pReader.reset();
+    m_pFile.reset();
+    if (m_bIsHostDocument) {
+        static_cast<void>(m_pDocument.release());
+    }
+}
+
+bool XMLReader::SetXmlContent(QString fileName)
+{
+    if (m_pCallback == nullptr) {
+        return false;
+    }
+    ErasePointerAndSetFlags();
+    m_pFile = std::make_unique<QFile>(fileName);
+    m_pDocument = std::make_unique<QDomDocument>();
+    CheckFile();
+    if (m_sRefusal.isEmpty() && m_pFile->open(QIODevice::ReadOnly)) {
+        m_pDocument->setContent(m_pFile.get());
+        m_pFile->close();
+    }
+    m_bHasFile = true;
+    InitHandler(m_pCallback, m_pDocument.get());
+    return true;
+}
+
+bool XMLReader::SetXmlContent(QDomDocument document)
+{
+    if (m_pCallback == nullptr) {
+        return false;
+    }
+    ErasePointerAndSetFlags();
+    m_pDocument = std::make_unique<QDomDocument>(document);
+    m_bHasDocument = true;
+    InitHandler(m_pCallback, m_pDocument.get());
+    return true;
+}
+
+bool XMLReader::SetXmlContent(QDomDocument *document)
+{
+    if (m_pCallback == nullptr) {
+        return false;
+    }
+    LetGoOf(document);
+    ErasePointerAndSetFlags();
+    m_pDocument.reset(document);
+    m_bHasDocument = true;
+    m_bIsHostDocument = true;
+    InitHandler(m_pCallback, m_pDocument.get());
+    return true;
+}
+
+bool XMLReader::SetXmlContent(QDomDocumentFragment fragment)
+{
+    if (m_pCallback == nullptr) {
+        return false;
+    }
+    ErasePointerAndSetFlags();
+    m_pFragment = std::make_unique<QDomDocumentFragment>(fragment);
+    m_bHasFragment = true;
+    // A fragment is never a document that the cursor could follow.
+    InitHandler(m_pCallback, nullptr);
+    return true;
+}
+
+bool XMLReader::SetXmlContent(QDomNode node)
+{
+    if (m_pCallback == nullptr) {
+        return false;
+    }
+    ErasePointerAndSetFlags();
+    m_pNode = std::make_unique<QDomNode>(node);
+    if (node.isDocument()) {
+        m_pNodeDocument = std::make_unique<QDomDocument>(node.toDocument());
+    }
+    m_bHasNode = true;
+    InitHandler(m_pCallback, m_pNodeDocument.get());
+    return true;
+}
+
+bool XMLReader::ParseXml()
+{
+    if (m_bParsing) {
+        Trace(__LINE__, [] { return QStringLiteral("XMLReader: ParseXml was called from inside its own parse"); });
+        return false;
+    }
+    if (m_bHasDocument) {
+        return m_pDocument != nullptr && ParseNode(*m_pDocument);
+    }
+    if (m_bHasFile) {
+        return ParseFile();
+    }
+    if (m_bHasNode) {
+        return ParseNode(*m_pNode);
+    }
+    return m_bHasFragment && ParseNode(*m_pFragment);
+}
+
+std::list<QDomNode> *XMLReader::GetElement(QString name, QString parent)
+{
+    dom::FindBelow(name, parent, GetSearchRoots(), NewSearchResult());
+    return m_pSearchResult.get();
+}
+
+std::list<QDomNode> *XMLReader::SearchBelowCurrentElement(QString name)
+{
+    std::list<QDomNode> &result = NewSearchResult();
+    // Until the parse ends the cursor still stands in a content that was replaced meanwhile.
+    const bool isCursorStale = m_bOwnsHandler && m_bReplaced;
+    const QDomElement *current =
+        m_pCallback == nullptr || m_pHandler == nullptr || isCursorStale ? nullptr : m_pHandler->GetCurrentElement();
+    if (current != nullptr) {
+        dom::FindAll(name, { *current, GetSearchRoots().m_oTop }, result);
+    }
+    return m_pSearchResult.get();
+}
+
+void XMLReader::ErasePointerAndSetFlags()
+{
+    if (m_bHasNode) {
+        m_pNode.reset();
+        Replace(m_pNodeDocument, m_lReplacedDocuments, m_bParsing);
+        m_bHasNode = false;
+    }
+    if (m_bHasFragment) {
+        m_pFragment.reset();
+        m_bHasFragment = false;
+    }
+    if (m_bHasDocument) {
+        Replace(m_pDocument, m_lReplacedDocuments, m_bParsing);
+        m_bHasDocument = false;
+        m_bIsHostDocument = false;
+    }
+    if (m_bHasFile) {
+        Replace(m_pFile, m_lReplacedFiles, m_bParsing);
+        Replace(m_pDocument, m_lReplacedDocuments, m_bParsing);
+        m_bHasFile = false;
+    }
+}
+
+void XMLReader::InitHandler(ITagwright *pCallback, QDomDocument *document)
+{
+    m_pFollowed = document;
+    m_bReplaced = m_bParsing;
+    if (m_pHandler == nullptr) {
+        m_pHandler = std::make_unique<XmlContentHandler>(pCallback, document);
+        m_bOwnsHandler = true;
+    } else if (m_bOwnsHandler && !m_bParsing) {
+        m_pHandler->SetDocument(document);
+    }
+    if (m_pReader == nullptr) {
+        m_pReader = std::make_unique<QXmlSimpleReader>();
+        m_pReader->setContentHandler(m_pHandler.get());
+        m_pReader->setErrorHandler(m_pHandler.get());
+    }
+}
+
+/// A host's document that is given again must not be deleted as the content before.
+void XMLReader::LetGoOf(const QDomDocument *document)
+{
+    if (m_bIsHostDocument && m_pDocument.get() == document) {
+        static_cast<void>(m_pDocument.release());
+    }
+    for (std::unique_ptr<QDomDocument> &replaced : m_lReplacedDocuments) {
+        if (replaced.get() == document) {
+            static_cast<void>(replaced.release());
+        }
+    }
+}
+
+/// What isn't there or can't be opened is no danger to Qt's parsers, and theirs to find out.
+void XMLReader::CheckFile()
+{
+    const QFileInfo info(m_pFile->fileName());
+    m_iCheckedSize = info.size();
+    m_tChecked = info.lastModified();
+    const bool canOpen = info.exists() && (info.isReadable() || !info.isFile());
+    m_sRefusal = canOpen ? dom::CheckXmlFile(info.filePath()) : QString();
+    if (!m_sRefusal.isEmpty()) {
+        Trace(__LINE__, [this] { return QStringLiteral("XMLReader: the content is not read: ") + m_sRefusal; });
+    }
+}
+
+bool XMLReader::ParseFile()
+{
+    const QFileInfo info(m_pFile->fileName());
+    if (info.size() != m_iCheckedSize || info.lastModified() != m_tChecked) {
+        CheckFile();
+    }
+    if (!m_sRefusal.isEmpty()) {
+        return false;
+    }
+    // The source opens the file itself, but would read on from where an open one stands.
+    QXmlInputSource source(m_pFile.get());
+    const bool result = RunParser(source);
+    // A receiver may have put other content in its place.
+    if (m_bHasFile) {
+        m_pFile->close();
+    }
+    return result;
+}
+
+bool XMLReader::ParseNode(const QDomNode &node)
+{
+    if (dom::IsDeeperThan(node, limits::kMaxFileDepth)) {
+        TraceDepth(__LINE__);
+        return false;
+    }
+    QXmlInputSource source;
+    source.setData(m_bHasDocument ? m_pDocument->toString(kDocumentIndent) : NodeText(node));
+    return RunParser(source);
+}
+
+bool XMLReader::RunParser(QXmlInputSource &source)
+{
+    DepthFilter filter(m_pHandler.get());
+    m_pReader->setContentHandler(&filter);
+    m_bParsing = true;
+    const bool result = m_pReader->parse(&source);
+    m_bParsing = false;
+    m_pReader->setContentHandler(m_pHandler.get());
+    if (filter.HasStopped()) {
+        TraceDepth(__LINE__);
+    }
+    DropReplaced();
+    return result;
+}
+
+void XMLReader::DropReplaced()
+{
+    if (m_bReplaced && m_bOwnsHandler) {
+        m_pHandler->SetDocument(m_pFollowed);
+    }
+    m_bReplaced = false;
+    m_lReplacedDocuments.clear();
+    m_lReplacedFiles.clear();
+}
+
+dom::SearchRoots XMLReader::GetSearchRoots() const
+{
+    if (m_bHasFile || m_bHasDocument) {
+        return m_pDocument == nullptr ? dom::SearchRoots() : dom::DocumentRoots(*m_pDocument);
+    }
+    if (m_bHasFragment) {
+        return { m_pFragment->firstChild().toElement(), m_pFragment->firstChild() };
+    }
+    return m_bHasNode ? dom::SearchRoots { m_pNode->firstChild().toElement(), *m_pNode } : dom::SearchRoots();
+}
+
+std::list<QDomNode> &XMLReader::NewSearchResult()
+{
+    m_pSearchResult = std::make_unique<std::list<QDomNode>>();
+    return *m_pSearchResult;
+}
