@@ -9,7 +9,6 @@
 #include <QMessageBox>
 #include <QPointer>
 
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -70,9 +69,9 @@ void CommentDialogImpl::ShowData()
     m_pTimeLabel->setText(time);
     setWindowTitle(QLatin1String("ToReport - ") + time);
     ShowValues();
-    // Values, a larger font and translated labels may need more room than the form was drawn with.
+    // The form's own least size lets the layout cut texts; values, larger fonts and translations may need more room.
     layout()->activate();
-    resize(std::max(width(), layout()->totalSizeHint().width()), height());
+    resize(size().expandedTo(layout()->totalMinimumSize()));
     m_pTextEdit->setFocus();
     show();
 }
