@@ -20,12 +20,6 @@ set(public_headers
   ${source_dir}/schema/schematables.h
   ${source_dir}/xml/xmlreader.h
   ${source_dir}/xml/xmlwriter.h)
-# TODO-LANDING
-foreach(h ${public_headers})
-  if(NOT EXISTS ${h})
-    list(REMOVE_ITEM public_headers ${h})
-  endif()
-endforeach()
 target_sources(tagwright PUBLIC FILE_SET HEADERS BASE_DIRS ${source_dir} ${generated_dir} FILES ${public_headers})
 if(NOT TAGWRIGHT_HOST_TARGET)
   target_sources(tagwright_host PUBLIC FILE_SET HEADERS BASE_DIRS ${source_dir} ${generated_dir} FILES
