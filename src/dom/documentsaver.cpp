@@ -1,8 +1,8 @@
 #include "dom/documentsaver.h"
 
+#include "dom/deepsaver.h"
 #include "dom/documentwriter.h"
 #include "dom/fileguard.h"
-#include "dom/limits.h"
 #include "dom/nodedepth.h"
 
 #include <QFile>
@@ -14,6 +14,8 @@ namespace dom {
 namespace {
 
 constexpr int kIndent = 4;
+/// Qt's save takes about 1.6 KB of stack for each level; up to here it is safe also on a host's small stack.
+constexpr int kMaxQtSaveDepth = 100;
 
 /// The bytes as a QTextStream on the file itself would write them; there it costs a system call for each line.
 std::string QtBytes(const QDomDocument &document)
@@ -21,7 +23,11 @@ std::string QtBytes(const QDomDocument &document)
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
     stream.setCodec("UTF-8");
-    document.save(stream, kIndent, QDomNode::EncodingFromDocument);
+    if (IsDeeperThan(document, kMaxQtSaveDepth)) {
+        DeepSaver(stream, kIndent).Save(document);
+    } else {
+        document.save(stream, kIndent, QDomNode::EncodingFromDocument);
+    }
     stream.flush();
     return bytes.toStdString();
 }
@@ -80,11 +86,6 @@ SaveResult SaveDocument(const QDomDocument &document, const QString &path)
     DocumentWriter writer;
     if (writer.Write(document)) {
         return { WriteFile(writer.TakeBytes(), path), writer.HasReplaced() };
-    }
-    if (IsDeeperThan(document, limits::kMaxFileDepth)) {
-        return { QStringLiteral("it nests more than %1 elements and holds nodes that only Qt can write, which recurses")
-                     .arg(limits::kMaxFileDepth),
-                 false };
     }
     return { WriteFile(QtBytes(document), path), false };
 }

@@ -1,6 +1,7 @@
 #include "dom/fileguard.h"
 
-#include "dom/limits.h"
+#include "dom/depthprobe.h"
+#include "dom/markupscanner.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -11,7 +12,16 @@
 
 namespace dom {
 
-QString CheckXmlFile(const QString &path)
+namespace {
+
+QString Sentence(const QString &path, int line, const QString &reason)
+{
+    return QStringLiteral("%1, line %2: %3").arg(path, QString::number(line), reason);
+}
+
+} // namespace
+
+QString CheckXmlFile(const QString &path, const ReadingLimits &limits)
 {
     if (!IsRegularFile(path)) {
         return QStringLiteral("%1 is no regular file").arg(path);
@@ -19,6 +29,20 @@ QString CheckXmlFile(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         return QStringLiteral("%1 can't be opened: %2").arg(path, file.errorString());
+    }
+    return CheckXml(&file, path, limits);
+}
+
+QString CheckXml(QIODevice *device, const QString &name, const ReadingLimits &limits)
+{
+    MarkupScanner scanner(device, limits);
+    const MarkupScanner::Result result = scanner.Scan();
+    if (result == MarkupScanner::Result::Refused) {
+        return Sentence(name, scanner.GetLine(), scanner.GetReason());
+    }
+    DepthProbe probe(limits);
+    if (result == MarkupScanner::Result::Doubtful && (!device->seek(0) || !probe.Run(device))) {
+        return Sentence(name, probe.GetLine(), probe.GetReason());
     }
     return QString();
 }

@@ -9,6 +9,8 @@ namespace limits {
 /// Deepest nesting of elements in a file that is given to a parser. The place of an include may lie as deep, counted over
 /// all files that are open.
 constexpr int kMaxFileDepth = 500;
+/// Deepest nesting of parentheses in a file's content models; no parser that the library calls needs one.
+constexpr int kMaxContentModelDepth = 500;
 /// How much more than the file's own size its text and attributes may come to through entities, in bytes.
 constexpr qint64 kMaxEntityGrowth = 16 * 1024 * 1024;
 /// Deepest nesting of a template while its schema is read.
