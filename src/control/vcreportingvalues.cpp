@@ -88,7 +88,7 @@ void VCReporting::HandleElement(ElemBeginEvent &event)
     Element element;
     element.m_sName = event.GetElementName();
     element.m_oAttributes = event.GetElementAttributes();
-    const QString parentName = event.GetElementNode().parentNode().nodeName();
+    const QString parentName = event.GetParentName();
     const ElementItems items(*m_pItemIndex, element.m_sName, parentName, element.m_oAttributes);
     ReportData *last = ServeElement(items, element);
     if (m_bValueWritten) {

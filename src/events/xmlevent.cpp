@@ -1,5 +1,7 @@
 #include "events/xmlevent.h"
 
+#include "events/inodewatcher.h"
+
 XmlEvent::XmlEvent()
     : XmlEvent(EVENT_NONE)
 {
@@ -39,26 +41,67 @@ DocEndEvent::~DocEndEvent() = default;
 
 ElemBeginEvent::ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes,
                                const QString &text)
+    : ElemBeginEvent(node, name, attributes, text, nullptr)
+{
+}
+
+ElemBeginEvent::ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes,
+                               const QString &text, INodeWatcher *watcher)
     : XmlEvent(EVENT_ELEM_BEGIN)
     , m_oNode(node)
     , m_sName(name)
     , m_oAttributes(attributes)
     , m_sText(text)
+    , m_pWatcher(watcher)
 {
 }
 
-ElemBeginEvent::ElemBeginEvent(const ElemBeginEvent &other) = default;
-ElemBeginEvent &ElemBeginEvent::operator=(const ElemBeginEvent &other) = default;
+// A copy may be kept, and asked for its node long after the walk.
+ElemBeginEvent::ElemBeginEvent(const ElemBeginEvent &other)
+    : XmlEvent(other)
+    , m_oNode(other.TakeNode())
+    , m_sName(other.m_sName)
+    , m_oAttributes(other.m_oAttributes)
+    , m_sText(other.m_sText)
+{
+}
+
+ElemBeginEvent &ElemBeginEvent::operator=(const ElemBeginEvent &other)
+{
+    if (this != &other) {
+        XmlEvent::operator=(other);
+        m_oNode = other.TakeNode();
+        m_sName = other.m_sName;
+        m_oAttributes = other.m_oAttributes;
+        m_sText = other.m_sText;
+        m_pWatcher = nullptr;
+    }
+    return *this;
+}
+
 ElemBeginEvent::~ElemBeginEvent() = default;
 
 QDomNode ElemBeginEvent::GetElementNode()
 {
+    return TakeNode();
+}
+
+QDomNode ElemBeginEvent::TakeNode() const
+{
+    if (m_pWatcher != nullptr) {
+        m_pWatcher->NodeTaken();
+    }
     return m_oNode;
 }
 
 QString ElemBeginEvent::GetElementName()
 {
     return m_sName;
+}
+
+QString ElemBeginEvent::GetParentName()
+{
+    return m_oNode.parentNode().nodeName();
 }
 
 QXmlAttributes ElemBeginEvent::GetElementAttributes()

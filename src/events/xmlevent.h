@@ -6,12 +6,14 @@
 #include <QString>
 #include <QXmlAttributes>
 
+class INodeWatcher;
+
 /// The base of all events. A receiver reads GetType() and casts to the class of that type.
 class TAGWRIGHT_EXPORT XmlEvent
 {
 public:
     /// The numbers are fixed.
-    enum type {
+    enum type : int {
         EVENT_NONE = 0,
         EVENT_DOC_BEGIN = 1,
         EVENT_DOC_END = 2,
@@ -62,6 +64,10 @@ class TAGWRIGHT_EXPORT ElemBeginEvent : public XmlEvent
 public:
     /// `node` may be a null node.
     ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text);
+    /// For a walk that wants to know when somebody takes hold of the node. `watcher` is not owned and lives as long as
+    /// the delivery.
+    ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text,
+                   INodeWatcher *watcher);
     ElemBeginEvent(const ElemBeginEvent &other);
     ElemBeginEvent &operator=(const ElemBeginEvent &other);
     ~ElemBeginEvent() override;
@@ -69,6 +75,9 @@ public:
     /// A handle on the element in its document, not a copy: what is changed through it changes the document. A null
     /// node where the sender has no document.
     QDomNode GetElementNode();
+    /// The name of the node's parent. A receiver that needs no more of the document than this leaves the walk faster
+    /// than one that takes the node.
+    QString GetParentName();
     /// The qualified name.
     QString GetElementName();
     /// The attributes as they are at this moment, by qualified name; types and namespaces are not filled.
@@ -77,10 +86,13 @@ public:
     QString GetElementText();
 
 private:
+    QDomNode TakeNode() const;
+
     QDomNode m_oNode;
     QString m_sName;
     QXmlAttributes m_oAttributes;
     QString m_sText;
+    INodeWatcher *m_pWatcher = nullptr; // not owned
 };
 
 /// An element ends. A report's walk sends none.

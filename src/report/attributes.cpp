@@ -4,16 +4,25 @@
 
 #include <algorithm>
 
-std::vector<QDomAttr> SortedAttributes(const QDomNode &node)
+AttributeList SortedAttributes(const QDomNode &node)
 {
-    std::vector<QDomAttr> result;
+    AttributeList result;
     const QDomNamedNodeMap attributes = node.attributes();
     const int count = attributes.length();
     result.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
-        result.push_back(attributes.item(i).toAttr());
+        const QDomNode attribute = attributes.item(i);
+        result.emplace_back(attribute.nodeName(), attribute.nodeValue());
     }
-    std::sort(result.begin(), result.end(),
-              [](const QDomAttr &left, const QDomAttr &right) { return left.nodeName() < right.nodeName(); });
+    std::sort(result.begin(), result.end());
+    return result;
+}
+
+QXmlAttributes ToXmlAttributes(const AttributeList &attributes)
+{
+    QXmlAttributes result;
+    for (const auto &[name, value] : attributes) {
+        result.append(name, QString(), QString(), value);
+    }
     return result;
 }

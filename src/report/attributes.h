@@ -1,11 +1,19 @@
 #pragma once
 
-#include <QDomAttr>
 #include <QDomNode>
+#include <QString>
+#include <QXmlAttributes>
 
+#include <utility>
 #include <vector>
 
-/// The attributes of a node in the order of their names. Qt keeps them in the order of a hash, which differs from
+/// Names and values of attributes, in the order of the names. Qt keeps them in the order of a hash, which differs from
 /// process to process; whatever goes through attributes one by one goes through this list, so that a run has the same
 /// outcome in every process.
-std::vector<QDomAttr> SortedAttributes(const QDomNode &node);
+using AttributeList = std::vector<std::pair<QString, QString>>;
+
+/// The attributes of a node; none for anything but an element.
+AttributeList SortedAttributes(const QDomNode &node);
+
+/// The same as an event carries them: qualified name and value, no URI and no local name.
+QXmlAttributes ToXmlAttributes(const AttributeList &attributes);

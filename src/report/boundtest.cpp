@@ -1,6 +1,6 @@
 #include "report/boundtest.h"
 
-#include "report/attributes.h"
+#include <algorithm>
 
 namespace bounds {
 
@@ -78,29 +78,28 @@ bool Bounds<Number>::Holds(Side side, Number value) const
 }
 
 template <typename Number>
-Bounds<Number> OfElement(const QDomElement &element)
+Bounds<Number> OfElement(const AttributeList &attributes)
 {
     Bounds<Number> bounds;
-    QDomElement handle = element;
-    for (const Side side : kSides) {
-        const QDomAttr facet = handle.attributeNode(FacetName(side));
-        if (!facet.isNull()) {
-            bounds.m_lValues[side] = ToNumber<Number>(facet.value());
+    for (const auto &[name, value] : attributes) {
+        const auto side = std::find_if(kSides.begin(), kSides.end(),
+                                       [&name = name](Side candidate) { return name == FacetName(candidate); });
+        if (side != kSides.end()) {
+            bounds.m_lValues[*side] = ToNumber<Number>(value);
         }
     }
     return bounds;
 }
 
 template <typename Number>
-Bounds<Number> OfAttribute(const QDomElement &element, const QString &attributeName)
+Bounds<Number> OfAttribute(const AttributeList &attributes, const QString &attributeName)
 {
     Bounds<Number> bounds;
     std::array<bool, SideCount> isExact = {};
-    for (const QDomAttr &facet : SortedAttributes(element)) {
-        const QString name = facet.nodeName();
+    for (const auto &[name, value] : attributes) {
         const std::optional<Side> side = name.contains(attributeName) ? SideIn(name) : std::nullopt;
         if (side && !isExact[*side]) {
-            bounds.m_lValues[*side] = ToNumber<Number>(facet.value());
+            bounds.m_lValues[*side] = ToNumber<Number>(value);
             isExact[*side] = name == FacetName(*side) + attributeName;
         }
     }
@@ -127,6 +126,22 @@ Verdict Judge(const Bounds<Number> &bounds, Number value)
     return verdict;
 }
 
+template <typename Number>
+QString Explain(const Bounds<Number> &bounds, Number value)
+{
+    const bool brokeLower =
+        (bounds.Has(MinInclusive) || bounds.Has(MinExclusive)) && !FirstHeld(bounds, value, MinInclusive, MinExclusive);
+    const Side inclusive = brokeLower ? MinInclusive : MaxInclusive;
+    const Side exclusive = brokeLower ? MinExclusive : MaxExclusive;
+    const Side broken = bounds.Has(inclusive) ? inclusive : exclusive;
+    const QString bound =
+        FacetName(broken) + QLatin1Char(' ') + QString::number(static_cast<double>(bounds.m_lValues[broken]), 'g', 12);
+    if (broken == exclusive) {
+        return (brokeLower ? QLatin1String("not above ") : QLatin1String("not below ")) + bound;
+    }
+    return (brokeLower ? QLatin1String("below ") : QLatin1String("above ")) + bound;
+}
+
 QStringList UsedNames(const Verdict &verdict, const QString &attributeName)
 {
     QStringList names;
@@ -138,11 +153,13 @@ QStringList UsedNames(const Verdict &verdict, const QString &attributeName)
     return names;
 }
 
-template Bounds<int> OfElement<int>(const QDomElement &);
-template Bounds<double> OfElement<double>(const QDomElement &);
-template Bounds<int> OfAttribute<int>(const QDomElement &, const QString &);
-template Bounds<double> OfAttribute<double>(const QDomElement &, const QString &);
+template Bounds<int> OfElement<int>(const AttributeList &);
+template Bounds<double> OfElement<double>(const AttributeList &);
+template Bounds<int> OfAttribute<int>(const AttributeList &, const QString &);
+template Bounds<double> OfAttribute<double>(const AttributeList &, const QString &);
 template Verdict Judge<int>(const Bounds<int> &, int);
 template Verdict Judge<double>(const Bounds<double> &, double);
+template QString Explain<int>(const Bounds<int> &, int);
+template QString Explain<double>(const Bounds<double> &, double);
 
 } // namespace bounds

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDomElement>
+#include "report/attributes.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -39,16 +40,20 @@ struct Verdict
 
 /// The bounds of an element: the attributes that bear a facet's name.
 template <typename Number>
-Bounds<Number> OfElement(const QDomElement &element);
+Bounds<Number> OfElement(const AttributeList &attributes);
 
 /// The bounds of an element's attribute: the attributes whose names contain a facet's name and `attributeName`. Where
 /// two serve one bound, the one that is named exactly so wins, else the last by name.
 template <typename Number>
-Bounds<Number> OfAttribute(const QDomElement &element, const QString &attributeName);
+Bounds<Number> OfAttribute(const AttributeList &attributes, const QString &attributeName);
 
 /// Holds a value against bounds. Of two lower bounds one is enough; an upper one has its say after that.
 template <typename Number>
 Verdict Judge(const Bounds<Number> &bounds, Number value);
+
+/// Says of a value that was refused what it broke: "above maxInclusive 40000".
+template <typename Number>
+QString Explain(const Bounds<Number> &bounds, Number value);
 
 /// The names of the attributes that served the verdict; `attributeName` is empty for an element's bounds.
 QStringList UsedNames(const Verdict &verdict, const QString &attributeName);

@@ -3,7 +3,6 @@
 #include "dom/nodesearch.h"
 #include "events/eventsender.h"
 #include "host/trace.h"
-#include "report/attributes.h"
 
 #include <utility>
 
@@ -56,12 +55,21 @@ bool DomParser::Parse()
         return false;
     }
     m_bWalking = true;
+    if (!m_bUnwatched) {
+        NodeTaken();
+    }
     m_oElementIndex.SetDocument(*m_pDocument);
     SendEvent<DocBeginEvent>(m_pCallback);
     AnnounceRoot(root);
     WalkLevels(root);
     EndWalk();
     return true;
+}
+
+void DomParser::SetUnwatched()
+{
+    m_bUnwatched = true;
+    m_oElementIndex.SetUnwatched(true);
 }
 
 QDomElement *DomParser::GetCurrentElement()
@@ -94,6 +102,8 @@ std::list<QDomNode> *DomParser::GetElement(QString name, QString parent)
 void DomParser::AnnounceRoot(const QDomElement &root)
 {
     *m_pCurrentElement = root;
+    m_oAttributes.Bind(root, nullptr);
+    m_oRefusals.Clear();
     SendElemBegin(root, QString());
 }
 
@@ -101,24 +111,36 @@ void DomParser::AnnounceRoot(const QDomElement &root)
 // a level behind, so that a row of them would overflow the call stack.
 void DomParser::WalkLevels(const QDomElement &root)
 {
-    std::vector<Level> levels;
-    levels.push_back({ root, root.firstChild(), QString(), true });
-    while (!levels.empty()) {
-        Level &level = levels.back();
-        if (IsAtEnd(level)) {
-            Leave(levels);
-        } else if (HandleChild(level)) {
-            const QDomElement entered = level.m_oChild.toElement();
-            levels.push_back({ entered, entered.firstChild(), QString(), false });
+    m_lLevels.push_back({ root, root.firstChild(), QString(), true });
+    while (!m_lLevels.empty()) {
+        if (IsAtEnd(m_lLevels.back())) {
+            LeaveLevel();
+        } else if (HandleChild(m_lLevels.back())) {
+            EnterChild();
         }
     }
 }
 
-void DomParser::Leave(std::vector<Level> &levels)
+void DomParser::EnterChild()
 {
-    levels.pop_back();
-    if (!levels.empty()) {
-        levels.back().m_oChild = levels.back().m_oChild.nextSibling();
+    const QDomElement entered = m_lLevels.back().m_oChild.toElement();
+    const ModelSequence models = m_oAttributes.GetChildModels();
+    m_oAttributes.WriteOwn();
+    m_oAttributes.Release();
+    m_lLevels.push_back({ entered, entered.firstChild(), QString(), false, models });
+}
+
+void DomParser::LeaveLevel()
+{
+    if (!m_lLevels.back().m_oChild.isNull()) {
+        const Level &level = m_lLevels.back(); // a text has ended it: what follows is not walked
+        CompleteRest(level);
+    }
+    m_lLevels.pop_back();
+    if (!m_lLevels.empty()) {
+        Level &outer = m_lLevels.back();
+        outer.m_oChild = outer.m_oChild.nextSibling();
+        outer.m_oModels.Advance();
     }
 }
 
@@ -146,6 +168,10 @@ bool DomParser::HandleChild(Level &level)
 void DomParser::AnnounceChild(Level &level)
 {
     *m_pCurrentElement = level.m_oChild.toElement();
+    if (!m_oAttributes.IsBoundTo(level.m_oChild)) {
+        m_oAttributes.Bind(*m_pCurrentElement, level.m_oModels.GetCurrent());
+        m_oRefusals.Clear();
+    }
     if (!ReadText(level.m_oChild, level.m_sText) && !level.m_bTop) {
         TakeDefaultAsText();
     }
@@ -155,10 +181,10 @@ void DomParser::AnnounceChild(Level &level)
 void DomParser::TakeDefaultAsText()
 {
     const QString name = QStringLiteral("default");
-    const QString value = m_pCurrentElement->attribute(name);
+    const QString value = m_oAttributes.GetValue(name);
     if (!value.isEmpty()) {
         const ElementIndex::OwnChange change(m_oElementIndex);
-        m_pCurrentElement->removeAttribute(name);
+        m_oAttributes.Remove(name);
         m_pCurrentElement->appendChild(m_pDocument->createTextNode(value));
     }
 }
@@ -166,12 +192,18 @@ void DomParser::TakeDefaultAsText()
 void DomParser::TakeUpResumeNode(Level &level)
 {
     m_bResumeRequested = false;
+    if (*m_pResumeNode != level.m_oChild) {
+        CompleteDocument(); // wherever that is, the models have not kept step
+    }
     level.m_oChild = *m_pResumeNode;
     if (!level.m_bTop) {
         m_pPendingElement.reset();
     }
     if (!m_bResumeOnSameNode) {
+        m_oAttributes.WriteAll();
+        m_oAttributes.Release();
         level.m_oChild = level.m_oChild.nextSibling();
+        level.m_oModels.Advance();
     }
 }
 
@@ -182,6 +214,9 @@ void DomParser::EndWalk()
     SendEvent<DocEndEvent>(m_pCallback);
     m_bWalking = false;
     m_pCurrentElement->clear();
+    m_oAttributes.Release();
+    m_oRefusals = Refusals();
+    m_oMultiplied.Clear();
     m_pPendingElement.reset();
     m_oResumeNode.clear();
     m_pResumeNode = &m_oResumeNode;
@@ -200,6 +235,7 @@ bool DomParser::HandleUnsetElement()
     }
     const QString name = m_pCurrentElement->tagName();
     if (!CheckOccursMap(name) && !IsChoiceItem(name)) {
+        TellMissing();
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         return false;
     }
@@ -209,40 +245,129 @@ bool DomParser::HandleUnsetElement()
         return true;
     }
     m_pPendingElement = std::make_unique<QDomElement>(*m_pCurrentElement);
+    m_iPendingLevel = m_lLevels.size() - 1;
     m_oResumeNode = *m_pCurrentElement;
     m_pResumeNode = &m_oResumeNode;
     return true;
 }
 
-// An element without a type is a container, whatever it holds.
-bool DomParser::HasType() const
+// A container lacks nothing itself, and an element with a default has that for its value.
+void DomParser::TellMissing()
 {
-    return !m_pCurrentElement->attribute(QStringLiteral("type")).isEmpty();
+    if (trace::IsOn() && (HasType() || m_oRefusals.HasRefusedValue()) && !m_pCurrentElement->firstChild().isText()) {
+        m_oRefusals.TellMissing(*m_pCurrentElement, ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+    }
+}
+
+// An element without a type is a container, whatever it holds.
+bool DomParser::HasType()
+{
+    return !m_oAttributes.GetValue(QStringLiteral("type")).isEmpty();
 }
 
 // The first element with simple content that gets no value decides for the whole container.
 void DomParser::DropPendingElement()
 {
     const QDomElement pending = *m_pPendingElement;
-    ResumeBehind(pending);
+    const ModelSequence models = ModelsOfPending();
+    ResumeBehind(pending, models);
     Remove(pending);
     m_pPendingElement.reset();
+}
+
+// The level that the walk is on goes on over the siblings of the pending element, and so over their models.
+ModelSequence DomParser::ModelsOfPending()
+{
+    if (m_iPendingLevel >= m_lLevels.size() || m_lLevels[m_iPendingLevel].m_oChild != *m_pPendingElement) {
+        // The walk goes back to elements that it has dealt with already.
+        CompleteDocument();
+        return ModelSequence();
+    }
+    return m_lLevels[m_iPendingLevel].m_oModels;
 }
 
 void DomParser::DropCurrentElement()
 {
     const QDomElement unset = *m_pCurrentElement;
-    ResumeBehind(unset);
+    ResumeBehind(unset, m_lLevels.back().m_oModels);
     if (!Remove(unset)) {
         Error(ITagwright::GENERAL_ERROR);
     }
 }
 
-void DomParser::ResumeBehind(const QDomNode &node)
+// What is bound now is on its way out of the document, and nothing is written to it.
+void DomParser::ResumeBehind(const QDomNode &node, const ModelSequence &models)
 {
     m_oResumeNode = node.nextSibling();
     m_pResumeNode = &m_oResumeNode;
     *m_pCurrentElement = m_oResumeNode.toElement();
+    Level &level = m_lLevels.back();
+    level.m_oModels = models;
+    level.m_oModels.Advance();
+    m_oAttributes.Bind(*m_pCurrentElement, level.m_oModels.GetCurrent());
+    m_oRefusals.Clear();
+}
+
+// Whoever takes a node may look at any place of the document, now and later, and change it.
+void DomParser::NodeTaken()
+{
+    CompleteDocument();
+    m_bUnwatched = false;
+    m_oElementIndex.SetUnwatched(false);
+    m_oAttributes.SetShared();
+}
+
+void DomParser::CompleteDocument()
+{
+    m_oAttributes.WriteAll();
+    for (Level &level : m_lLevels) {
+        CompleteRest(level);
+        level.m_oModels = ModelSequence();
+    }
+}
+
+// The siblings behind the level's present child.
+void DomParser::CompleteRest(const Level &level)
+{
+    ModelSequence models = level.m_oModels;
+    for (QDomNode node = level.m_oChild.nextSibling(); !node.isNull(); node = node.nextSibling()) {
+        models.Advance();
+        if (const AttributeModel::Pointer model = models.GetCurrent()) {
+            model->WriteTo(node);
+        }
+    }
+}
+
+void DomParser::InsertCopies(int count)
+{
+    m_oMultiplied.Insert(*m_pCurrentElement);
+    QDomElement parent = m_pCurrentElement->parentNode().toElement();
+    if (parent.isNull() || count < 1) {
+        return; // the root has no place for a second one
+    }
+    const ElementIndex::OwnChange change(m_oElementIndex);
+    if (m_bUnwatched && !m_lLevels.empty()) {
+        InsertBareCopies(parent, count);
+        return;
+    }
+    for (int i = 0; i < count; ++i) {
+        const QDomNode copy = m_pCurrentElement->cloneNode(true);
+        parent.insertAfter(copy, *m_pCurrentElement);
+        m_oMultiplied.Insert(copy);
+    }
+}
+
+void DomParser::InsertBareCopies(QDomElement parent, int count)
+{
+    const AttributeModel::Pointer model = m_oAttributes.MakeModel();
+    const QDomNode bare = m_pCurrentElement->cloneNode(true);
+    AttributeModel::Strip(bare);
+    for (int i = 0; i < count; ++i) {
+        const QDomNode copy = i == 0 ? bare : bare.cloneNode(true);
+        parent.insertAfter(copy, *m_pCurrentElement);
+        m_oMultiplied.Insert(copy);
+    }
+    m_lLevels.back().m_oModels.InsertBehind(model, count);
 }
 
 // Whether the current element may be left out where it stands.
@@ -260,18 +385,14 @@ bool DomParser::IsChoiceItem(const QString &name) const
     return !name.isEmpty() && m_hChoiceKeys.contains(name);
 }
 
-QXmlAttributes DomParser::ToXmlAttributes(const QDomNode &node) const
-{
-    QXmlAttributes result;
-    for (const QDomAttr &attribute : SortedAttributes(node)) {
-        result.append(attribute.nodeName(), QString(), QString(), attribute.nodeValue());
-    }
-    return result;
-}
-
 void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
 {
-    SendEvent<ElemBeginEvent>(m_pCallback, node, node.nodeName(), ToXmlAttributes(node), text);
+    SendEvent<ElemBeginEvent>(m_pCallback, node, node.nodeName(), m_oAttributes.GetEventAttributes(), text,
+                              static_cast<INodeWatcher *>(this));
+    // An element that is announced again may still get its values then.
+    if (trace::IsOn() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
+        m_oRefusals.Tell(node.toElement());
+    }
 }
 
 void DomParser::Error(ITagwright::ErrorID id)

@@ -1,15 +1,18 @@
 #pragma once
 
+#include "events/inodewatcher.h"
 #include "events/itagwright.h"
+#include "report/currentattributes.h"
 #include "report/elementindex.h"
+#include "report/nodeset.h"
 #include "report/occurrences.h"
+#include "report/refusals.h"
 #include "schema/schematables.h"
 
 #include <QDomDocument>
 #include <QDomElement>
 #include <QDomNode>
 #include <QString>
-#include <QXmlAttributes>
 
 #include <list>
 #include <memory>
@@ -20,7 +23,7 @@
 ///
 /// While Parse() runs, the setters of XmlCreateReport reach the walk's position through GetCurrentElement() and
 /// SetNodeToContinue(). One object serves one walk, on one thread.
-class DomParser
+class DomParser : private INodeWatcher
 {
 public:
     /// `pCallback` receives all events; it is not owned. A null one is traced, and the object can't walk then.
@@ -33,6 +36,10 @@ public:
 
     /// Runs the walk. False, and no event, if there is no callback, no document or no document element.
     bool Parse();
+
+    /// Says that nobody but the receiver, through the nodes of the events, can see the document during the walk. Until
+    /// the receiver takes one, copies may then stand bare in it. To be called before Parse().
+    void SetUnwatched();
 
     /// True from before the DocBeginEvent until after the DocEndEvent.
     bool IsWalking() const { return m_bWalking; }
@@ -57,6 +64,22 @@ public:
     /// The order of the document. What the setters change is to be bracketed by its OwnChange.
     ElementIndex &GetElementIndex() { return m_oElementIndex; }
 
+    /// The attributes of the current element.
+    CurrentAttributes &GetAttributes() { return m_oAttributes; }
+
+    /// What of the current element's values was refused, while tracing is on.
+    Refusals &GetRefusals() { return m_oRefusals; }
+
+    /// Puts `count` copies of the current element, as it stands, behind it. They and the element itself are
+    /// multiplied then.
+    void InsertCopies(int count);
+
+    /// True for an element that was multiplied and for each of its copies.
+    bool IsMultiplied(const QDomElement &element) const { return m_oMultiplied.Contains(element); }
+
+    /// Brings all attributes that were kept out of the document into it: from now on it is what the template says.
+    void CompleteDocument();
+
     /// Where the occurrence table allows which element.
     OccurrenceLookup &GetOccurrences() { return m_oOccurrences; }
 
@@ -71,10 +94,13 @@ private:
         QDomNode m_oChild;
         QString m_sText;
         bool m_bTop = false;
+        ModelSequence m_oModels = ModelSequence();
     };
 
     void AnnounceRoot(const QDomElement &root);
     void WalkLevels(const QDomElement &root);
+    void EnterChild();
+    void LeaveLevel();
     void Leave(std::vector<Level> &levels);
     bool IsAtEnd(const Level &level) const;
     bool HandleChild(Level &level);
@@ -82,16 +108,20 @@ private:
     void TakeDefaultAsText();
     void TakeUpResumeNode(Level &level);
     void EndWalk();
+    void NodeTaken() override;
+    void InsertBareCopies(QDomElement parent, int count);
+    static void CompleteRest(const Level &level);
 
     bool HandleUnsetElement();
-    bool HasType() const;
+    bool HasType();
     void DropPendingElement();
     void DropCurrentElement();
-    void ResumeBehind(const QDomNode &node);
+    void ResumeBehind(const QDomNode &node, const ModelSequence &models);
+    ModelSequence ModelsOfPending();
     bool CheckOccursMap(const QString &name);
     bool IsChoiceItem(const QString &name) const;
 
-    QXmlAttributes ToXmlAttributes(const QDomNode &node) const;
+    void TellMissing();
     void SendElemBegin(const QDomNode &node, const QString &text);
     void Error(ITagwright::ErrorID id);
 
@@ -107,6 +137,12 @@ private:
     bool m_bResumeOnSameNode = false;
 
     bool m_bWalking = false;
+    bool m_bUnwatched = false;
+    std::vector<Level> m_lLevels;
+    std::size_t m_iPendingLevel = 0;
+    CurrentAttributes m_oAttributes;
+    NodeSet m_oMultiplied;
+    Refusals m_oRefusals;
     QDomNode m_oResumeNode;
     ChoiceKeys m_hChoiceKeys;
     ElementIndex m_oElementIndex;

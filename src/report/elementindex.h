@@ -38,6 +38,9 @@ public:
     /// The document to know; a null one lets go of all nodes.
     void SetDocument(const QDomDocument &document);
 
+    /// True: nobody but OwnChange and Remove changes the document, so that nothing needs to be noticed.
+    void SetUnwatched(bool unwatched);
+
     /// The first element called so. A null node, or one that is no element, if there is none. If the document element
     /// is called so, the document's last child, whatever it is.
     QDomNode FindFirst(const QString &name);
@@ -55,6 +58,7 @@ private:
     };
 
     void ForgetIfChanged();
+    void GiveUp();
     void Forget();
     void Arm();
     void Build();
@@ -64,7 +68,9 @@ private:
     QDomDocument m_oDocument;
     ChangeProbe m_oProbe;
     bool m_bKnown = false;
+    bool m_bUnwatched = false;
     int m_iSearches = 0;
+    int m_iPatience = 0; // searches before the document is gone through as a whole
     QHash<QString, QDomNode> m_hFirst;
     std::unordered_map<const void *, Removed> m_hRemoved;
 };

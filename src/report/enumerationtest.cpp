@@ -1,22 +1,18 @@
 #include "report/enumerationtest.h"
 
-#include "report/attributes.h"
-
 namespace enumeration {
 
 namespace {
 
 // A text without a match fails if any of the values is not empty: which of them Qt would give last says nothing.
 template <typename IsValue>
-Verdict Judge(const QDomElement &element, const QString &text, IsValue isValue)
+Verdict Judge(const AttributeList &attributes, const QString &text, IsValue isValue)
 {
     Verdict verdict;
     bool hasMatch = false;
     bool restricts = false;
-    for (const QDomAttr &attribute : SortedAttributes(element)) {
-        const QString name = attribute.nodeName();
+    for (const auto &[name, value] : attributes) {
         if (name.contains(QLatin1String("enumeration")) && isValue(name)) {
-            const QString value = attribute.value();
             hasMatch = hasMatch || value == text;
             restricts = restricts || !value.isEmpty();
             verdict.m_lNames.append(name);
@@ -28,14 +24,19 @@ Verdict Judge(const QDomElement &element, const QString &text, IsValue isValue)
 
 } // namespace
 
-Verdict JudgeForElement(const QDomElement &element, const QString &text)
+QString Explain()
 {
-    return Judge(element, text, [](const QString &name) { return name.at(name.size() - 1).isDigit(); });
+    return QStringLiteral("not among the enumeration values");
 }
 
-Verdict JudgeForAttribute(const QDomElement &element, const QString &attributeName, const QString &text)
+Verdict JudgeForElement(const AttributeList &attributes, const QString &text)
 {
-    return Judge(element, text, [&attributeName](const QString &name) { return name.contains(attributeName); });
+    return Judge(attributes, text, [](const QString &name) { return name.at(name.size() - 1).isDigit(); });
+}
+
+Verdict JudgeForAttribute(const AttributeList &attributes, const QString &attributeName, const QString &text)
+{
+    return Judge(attributes, text, [&attributeName](const QString &name) { return name.contains(attributeName); });
 }
 
 } // namespace enumeration

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDomElement>
+#include "report/attributes.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -14,11 +15,14 @@ struct Verdict
     QStringList m_lNames;
 };
 
+/// Says of a text that was refused what it broke.
+QString Explain();
+
 /// Judges a text by an element's own enumeration: the attributes whose names contain "enumeration" and end in a digit.
-Verdict JudgeForElement(const QDomElement &element, const QString &text);
+Verdict JudgeForElement(const AttributeList &attributes, const QString &text);
 
 /// Judges a text by the enumeration of an element's attribute: the attributes whose names contain "enumeration" and
 /// `attributeName`.
-Verdict JudgeForAttribute(const QDomElement &element, const QString &attributeName, const QString &text);
+Verdict JudgeForAttribute(const AttributeList &attributes, const QString &attributeName, const QString &text);
 
 } // namespace enumeration

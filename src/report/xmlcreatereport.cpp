@@ -6,7 +6,6 @@
 #include "events/eventsender.h"
 #include "host/trace.h"
 #include "report/domparser.h"
-#include "report/nodeset.h"
 #include "schema/xmlschemahandler.h"
 
 #include <QDir>
@@ -37,7 +36,6 @@ QString ToNativePath(const QString &path)
 } // namespace
 
 XmlCreateReport::XmlCreateReport(ITagwright *pCallback)
-    : m_pMultiplied(std::make_unique<NodeSet>())
 {
     if (trace::CheckCallback(pCallback, "XmlCreateReport", Unit(), __LINE__)) {
         m_pCallback = pCallback;
@@ -105,10 +103,11 @@ void XmlCreateReport::WalkTemplate()
 {
     m_pDomParser = std::make_unique<DomParser>(m_pCallback, m_OccursMap, m_ChoiceMap);
     m_pDomParser->SetDocument(m_pDocument);
+    // The document is the schema handler's and ours; a receiver gets at it through the events alone.
+    m_pDomParser->SetUnwatched();
     m_pDomParser->Parse();
     m_pCurrentElement = nullptr;
     m_pDiscardSuccessor.reset();
-    m_pMultiplied->Clear();
 }
 
 void XmlCreateReport::SetSchemaAttributes(const QString &normalisedPath)
@@ -159,6 +158,33 @@ std::list<QDialog *> XmlCreateReport::GetCommentDialogs() const
 void XmlCreateReport::Error(int id)
 {
     SendEvent<ErrorEvent>(m_pCallback, static_cast<ITagwright::ErrorID>(id));
+}
+
+// What was refused is only told once the receiver is done with the element: it may have the value in another form.
+void XmlCreateReport::Refuse(int error, const QString &attribute, const QString &value,
+                             const std::function<QString()> &reason)
+{
+    if (trace::IsOn()) {
+        m_pDomParser->GetRefusals().Note(attribute, value, reason(), error);
+    }
+    Error(error);
+}
+
+void XmlCreateReport::RefuseType(int error, const QString &attribute, const QString &value, const char *kind)
+{
+    Refuse(error, attribute, value, [this, &attribute, kind] {
+        const QString holder = attribute.isEmpty() ? QStringLiteral("type") : attribute;
+        const QString type = m_pDomParser->GetAttributes().GetValue(holder);
+        return type.isEmpty() ? QStringLiteral("there is no type here")
+                              : QStringLiteral("the type \"%1\" takes no %2").arg(type, QLatin1String(kind));
+    });
+}
+
+void XmlCreateReport::NoteWritten(const QString &attribute)
+{
+    if (trace::IsOn()) {
+        m_pDomParser->GetRefusals().Written(attribute);
+    }
 }
 
 // First step of every setter. The element is the walk's own and changes under it, so it is asked for each time. Outside

@@ -11,12 +11,12 @@
 #include <QStringList>
 #include <QTime>
 
+#include <functional>
 #include <list>
 #include <memory>
 
 class CommentDialogImpl;
 class DomParser;
-class NodeSet;
 class QDialog;
 class QDomDocument;
 class QDomElement;
@@ -111,8 +111,11 @@ private:
     void SaveReport(const QString &reportPath);
     void ShowCommentDialog(const QString &reportPath);
 
-    // What the setters share.
+    // What the setters share. `attribute` is empty for the element's own value.
     void Error(int id);
+    void Refuse(int error, const QString &attribute, const QString &value, const std::function<QString()> &reason);
+    void RefuseType(int error, const QString &attribute, const QString &value, const char *kind);
+    void NoteWritten(const QString &attribute);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;
     bool FetchElementToSet(const char *setter);
@@ -120,20 +123,19 @@ private:
     // Element values.
     template <typename Number>
     void SetNumber(Number value, const QString &text);
-    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text);
+    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text, const char *kind);
     void WriteValue(const QStringList &testedAttributes, const QString &text);
     QString TypeControl(QString expectedType);
     void CreateAndAppendTextNode(QString text);
 
     // Attribute values.
-    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError);
+    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError, const QString &value);
     template <typename Number>
     void SetAttributeNumber(const QString &name, Number value, const QString &text);
     void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
 
     // Occurrences.
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
-    void InsertCopies(int maxOccurs);
     bool MayBeDiscarded(const QString &tagName) const;
 
     std::unique_ptr<QXmlSimpleReader> m_pReader;
@@ -152,6 +154,4 @@ private:
     std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
     // What the walk resumes behind after a discard; it must live until the walk has read it.
     std::unique_ptr<QDomElement> m_pDiscardSuccessor;
-    // The elements that were multiplied, and their copies.
-    std::unique_ptr<NodeSet> m_pMultiplied;
 };

@@ -16,12 +16,13 @@ constexpr char kSetter[] = "SetAttributeValue";
 void XmlCreateReport::SetAttributeValue(QString name, QString value)
 {
     if (!FetchCurrentElement(kSetter) || !HasCurrentElement()
-        || !CheckAttributeType(name, QStringLiteral("string"), ITagwright::CURRENT_TYPE_IS_NOT_STRING)) {
+        || !CheckAttributeType(name, QStringLiteral("string"), ITagwright::CURRENT_TYPE_IS_NOT_STRING, value)) {
         return;
     }
-    const enumeration::Verdict verdict = enumeration::JudgeForAttribute(*m_pCurrentElement, name, value);
+    const enumeration::Verdict verdict =
+        enumeration::JudgeForAttribute(m_pDomParser->GetAttributes().GetAll(), name, value);
     if (!verdict.m_bPasses) {
-        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, name, value, &enumeration::Explain);
         return;
     }
     WriteAttribute(name, verdict.m_lNames, value);
@@ -35,7 +36,8 @@ void XmlCreateReport::SetAttributeValue(QString name, const char *value)
 void XmlCreateReport::SetAttributeValue(QString name, QDateTime value)
 {
     if (FetchCurrentElement(kSetter) && HasCurrentElement()
-        && CheckAttributeType(name, QStringLiteral("dateTime"), ITagwright::CURRENT_TYPE_IS_NOT_DATETIME)) {
+        && CheckAttributeType(name, QStringLiteral("dateTime"), ITagwright::CURRENT_TYPE_IS_NOT_DATETIME,
+                              value.toString(Qt::ISODate))) {
         WriteAttribute(name, QStringList(), value.toString(Qt::ISODate));
     }
 }
@@ -43,7 +45,8 @@ void XmlCreateReport::SetAttributeValue(QString name, QDateTime value)
 void XmlCreateReport::SetAttributeValue(QString name, int value)
 {
     if (FetchElementToSet(kSetter)
-        && CheckAttributeType(name, QStringLiteral("integer"), ITagwright::CURRENT_TYPE_IS_NOT_INTEGER)) {
+        && CheckAttributeType(name, QStringLiteral("integer"), ITagwright::CURRENT_TYPE_IS_NOT_INTEGER,
+                              QString::number(value))) {
         SetAttributeNumber(name, value, QString::number(value));
     }
 }
@@ -51,7 +54,8 @@ void XmlCreateReport::SetAttributeValue(QString name, int value)
 void XmlCreateReport::SetAttributeValue(QString name, double value)
 {
     if (FetchElementToSet(kSetter)
-        && CheckAttributeType(name, QStringLiteral("double"), ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE)) {
+        && CheckAttributeType(name, QStringLiteral("double"), ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE,
+                              QString::number(value, 'g', 12))) {
         SetAttributeNumber(name, value, QString::number(value, 'g', 12));
     }
 }
@@ -59,16 +63,17 @@ void XmlCreateReport::SetAttributeValue(QString name, double value)
 void XmlCreateReport::RemoveAttribute(QString name)
 {
     if (FetchCurrentElement("RemoveAttribute") && HasCurrentElement()) {
-        m_pCurrentElement->removeAttribute(name);
+        m_pDomParser->GetAttributes().Remove(name);
     }
 }
 
 // Until it has a value, an attribute holds its type. Unlike an element's, "short" and "long" take only their own kind.
-bool XmlCreateReport::CheckAttributeType(const QString &name, const QString &typeWord, int typeError)
+bool XmlCreateReport::CheckAttributeType(const QString &name, const QString &typeWord, int typeError,
+                                         const QString &value)
 {
     // An empty value contains no type word, whether the attribute is there or not.
-    if (!m_pCurrentElement->attribute(name).contains(typeWord)) {
-        Error(typeError);
+    if (!m_pDomParser->GetAttributes().GetValue(name).contains(typeWord)) {
+        RefuseType(typeError, name, value, typeWord.toUtf8().constData());
         return false;
     }
     return true;
@@ -77,9 +82,10 @@ bool XmlCreateReport::CheckAttributeType(const QString &name, const QString &typ
 template <typename Number>
 void XmlCreateReport::SetAttributeNumber(const QString &name, Number value, const QString &text)
 {
-    const bounds::Verdict verdict = bounds::Judge(bounds::OfAttribute<Number>(*m_pCurrentElement, name), value);
+    const auto limits = bounds::OfAttribute<Number>(m_pDomParser->GetAttributes().GetAll(), name);
+    const bounds::Verdict verdict = bounds::Judge(limits, value);
     if (!verdict.m_bPasses) {
-        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, name, text, [&] { return bounds::Explain(limits, value); });
         return;
     }
     WriteAttribute(name, bounds::UsedNames(verdict, name), text);
@@ -90,7 +96,8 @@ void XmlCreateReport::WriteAttribute(const QString &name, const QStringList &tes
 {
     const ElementIndex::OwnChange change(m_pDomParser->GetElementIndex());
     for (const QString &tested : testedAttributes) {
-        m_pCurrentElement->removeAttribute(tested);
+        m_pDomParser->GetAttributes().Remove(tested);
     }
-    m_pCurrentElement->setAttribute(name, text);
+    m_pDomParser->GetAttributes().Set(name, text);
+    NoteWritten(name);
 }

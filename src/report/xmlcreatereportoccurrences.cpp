@@ -1,7 +1,6 @@
 // Repetitions and choices.
 
 #include "report/domparser.h"
-#include "report/nodeset.h"
 #include "report/xmlcreatereport.h"
 
 #include <QDomElement>
@@ -27,14 +26,14 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
     }
     m_sLastOccursName = name;
     // The last name alone doesn't end it where repeated elements nest: the inner name comes in between.
-    if (m_pMultiplied->Contains(*m_pCurrentElement)) {
+    if (m_pDomParser->IsMultiplied(*m_pCurrentElement)) {
         return;
     }
     if (!CheckOccursMap(name, m_pCurrentElement->tagName(), maxOccurs, m_pCurrentElement)) {
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         return;
     }
-    InsertCopies(maxOccurs);
+    m_pDomParser->InsertCopies(maxOccurs - 1);
     m_pDomParser->SetNodeToContinue(m_pCurrentElement, true);
 }
 
@@ -48,21 +47,6 @@ bool XmlCreateReport::CheckOccursMap(QString name, QString tagName, int maxOccur
     return occurrences.IsFound(name, tagName, *element, [maxOccurs](int key) { return KeyAllows(key, maxOccurs); });
 }
 
-void XmlCreateReport::InsertCopies(int maxOccurs)
-{
-    m_pMultiplied->Insert(*m_pCurrentElement);
-    QDomElement parent = m_pCurrentElement->parentNode().toElement();
-    if (parent.isNull()) {
-        return; // the root has no place for a second one
-    }
-    const ElementIndex::OwnChange change(m_pDomParser->GetElementIndex());
-    for (int i = 1; i < maxOccurs; ++i) {
-        const QDomNode copy = m_pCurrentElement->cloneNode(true);
-        parent.insertAfter(copy, *m_pCurrentElement);
-        m_pMultiplied->Insert(copy);
-    }
-}
-
 void XmlCreateReport::DiscardChoiceItem()
 {
     if (!FetchCurrentElement("DiscardChoiceItem")) {
@@ -72,6 +56,8 @@ void XmlCreateReport::DiscardChoiceItem()
         Error(ITagwright::GENERAL_ERROR);
         return;
     }
+    // The sibling behind it is passed over, whatever the walk may still keep for it.
+    m_pDomParser->CompleteDocument();
     const QDomElement discarded = *m_pCurrentElement;
     m_pDiscardSuccessor = std::make_unique<QDomElement>(discarded.nextSibling().toElement());
     m_pCurrentElement = m_pDiscardSuccessor.get();

@@ -186,6 +186,7 @@ void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
         m_oNamedType.Open(*m_pDocument, *m_pFragment);
         m_sGlobalName = atts.value(0);
         FileEntry(m_sGlobalName, { true, 0, m_pFragment });
+        m_pGlobalEntry = m_pTypeEntry;
     } else if (m_iTypeDepth != 1 && m_sTag == QLatin1String("xs:complexType")) {
         MoveDown();
     }
@@ -219,6 +220,7 @@ void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
         m_pFragment->appendChild(*m_pCurrentElement);
     }
     FileEntry(m_sGlobalName, { false, 0, m_pFragment });
+    m_pGlobalEntry = m_pTypeEntry;
     ReadGlobalAttributes(atts);
 }
 
@@ -287,6 +289,8 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);
     m_ChoiceMap = std::move(nested.m_ChoiceMap);
+    // Only now: a document has no inside before its first node is made.
+    m_pRun->m_oArena.Keep(*nested.m_pDocument);
     m_oCache.Clear();
 }
 
@@ -296,7 +300,6 @@ void XmlSchemaHandler::Join(SchemaRun &run, const QString &filePath)
     m_pOwnRun.reset();
     m_bIsInclude = true;
     m_sFilePath = filePath;
-    run.m_oArena.Keep(*m_pDocument);
 }
 
 bool XmlSchemaHandler::endDocument()

@@ -79,8 +79,13 @@ public:
     QString Types()
     {
         FetchMaps();
+        return DescribeTypes(m_Types);
+    }
+
+    static QString DescribeTypes(const TypeMap &types)
+    {
         QStringList rows;
-        for (const auto &[name, entry] : m_Types) {
+        for (const auto &[name, entry] : types) {
             rows << name + QLatin1Char(':') + QString::number(entry.m_iOpenRefs)
                     + (entry.m_bUsed ? QStringLiteral("*") : QString());
         }

@@ -51,17 +51,3 @@ inline OccursMap ReadOccurs(const QString &text)
     }
     return table;
 }
-
-/// A choice table from "a b c|d e": choices, and the alternatives of each.
-inline ChoiceMap ReadChoices(const QString &text)
-{
-    ChoiceMap table;
-    int key = 0;
-    for (const QString &choice : text.split(QLatin1Char('|'))) {
-        for (const QString &name : choice.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-            table[key++] = name;
-        }
-        key = (key / 100 + 1) * 100;
-    }
-    return table;
-}
