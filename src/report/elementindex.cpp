@@ -5,8 +5,9 @@
 
 namespace {
 
-// A document of which little is asked, or that a receiver changes all the time, is not worth going through as a whole.
-constexpr int kSearchesBeforeIndex = 4;
+// A document of which little is asked is not worth going through as a whole.
+constexpr int kSearchesAtFirst = 4;
+constexpr int kMostSearches = 1 << 20;
 
 QDomNode NextOutside(QDomNode node)
 {
@@ -44,6 +45,7 @@ bool IsNamedLikeElement(const QDomNode &node)
 void ElementIndex::SetDocument(const QDomDocument &document)
 {
     Forget();
+    m_iPatience = kSearchesAtFirst;
     m_hRemoved.clear();
     m_oDocument = document;
 }
@@ -59,7 +61,7 @@ QDomNode ElementIndex::FindFirst(const QString &name)
     ForgetIfChanged();
     const dom::SearchRoots roots = dom::DocumentRoots(m_oDocument);
     const bool isRoot = roots.m_oStart.tagName() == name;
-    if (!m_bKnown && !isRoot && ++m_iSearches > kSearchesBeforeIndex) {
+    if (!m_bKnown && !isRoot && ++m_iSearches > m_iPatience) {
         Build();
     }
     if (!m_bKnown || isRoot || name.startsWith(QLatin1Char('#'))) {
@@ -86,8 +88,15 @@ bool ElementIndex::Remove(QDomNode node)
 void ElementIndex::ForgetIfChanged()
 {
     if (m_bKnown && !m_bUnwatched && m_oProbe.HasChanged()) {
-        Forget();
+        GiveUp();
     }
+}
+
+// A receiver that changes the document all the time would have it gone through again and again.
+void ElementIndex::GiveUp()
+{
+    Forget();
+    m_iPatience = qMin(2 * m_iPatience, kMostSearches);
 }
 
 void ElementIndex::Forget()
@@ -111,7 +120,7 @@ void ElementIndex::Build()
     const QDomNode end = NextOutside(root);
     for (QDomNode node = root.firstChild(); !node.isNull() && node != end; node = NextNode(node)) {
         if (IsNamedLikeElement(node)) {
-            Forget();
+            GiveUp();
             return;
         }
         const QString name = node.nodeName();

@@ -58,6 +58,7 @@ private:
     };
 
     void ForgetIfChanged();
+    void GiveUp();
     void Forget();
     void Arm();
     void Build();
@@ -69,6 +70,7 @@ private:
     bool m_bKnown = false;
     bool m_bUnwatched = false;
     int m_iSearches = 0;
+    int m_iPatience = 0; // searches before the document is gone through as a whole
     QHash<QString, QDomNode> m_hFirst;
     std::unordered_map<const void *, Removed> m_hRemoved;
 };

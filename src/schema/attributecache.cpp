@@ -1,17 +1,17 @@
 #include "schema/attributecache.h"
 
-const content::AttributeList &AttributeCache::Of(const QDomDocumentFragment *fragment)
+const content::AttributeList &AttributeCache::Of(const QDomDocumentFragment &fragment)
 {
-    const auto [entry, isNew] = m_hLists.try_emplace(fragment);
+    const auto [entry, isNew] = m_hLists.try_emplace(&fragment);
     if (isNew) {
-        entry->second = content::ListAttributes(fragment->firstChild().toElement());
+        entry->second = content::ListAttributes(fragment.firstChild().toElement());
     }
     return entry->second;
 }
 
-const content::AttributeList &AttributeCache::OfOpen(const QDomDocumentFragment *fragment)
+const content::AttributeList &AttributeCache::OfOpen(const QDomDocumentFragment &fragment)
 {
-    m_lLatest = content::ListAttributes(fragment->firstChild().toElement());
+    m_lLatest = content::ListAttributes(fragment.firstChild().toElement());
     return m_lLatest;
 }
 

@@ -11,10 +11,10 @@ class AttributeCache
 {
 public:
     /// The attributes of a declaration that is read to its end.
-    const content::AttributeList &Of(const QDomDocumentFragment *fragment);
+    const content::AttributeList &Of(const QDomDocumentFragment &fragment);
 
     /// The same for one that may still change.
-    const content::AttributeList &OfOpen(const QDomDocumentFragment *fragment);
+    const content::AttributeList &OfOpen(const QDomDocumentFragment &fragment);
 
     /// To be called when declarations may have changed that were read to their end.
     void Clear();

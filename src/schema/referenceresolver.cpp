@@ -102,12 +102,17 @@ bool ReferenceResolver::Resolve()
 
 void ReferenceResolver::CollectKeys()
 {
+    m_lKeys.reserve(m_MissingMap.size());
+    auto entry = m_TypeMap.begin();
     for (auto &[name, counts] : m_MissingMap) {
         if (name.isEmpty()) {
             continue;
         }
-        const auto entry = m_TypeMap.find(name);
-        if (entry == m_TypeMap.end()) {
+        // Both tables are in the order of the names.
+        while (entry != m_TypeMap.end() && entry->first < name) {
+            ++entry;
+        }
+        if (entry == m_TypeMap.end() || entry->first != name) {
             m_pUndeclared = &name;
             return;
         }
@@ -258,13 +263,18 @@ const content::AttributeList &ReferenceResolver::SourceAttributes()
 
 void ReferenceResolver::Lower(const QString &owner, int times)
 {
-    const auto entry = m_TypeMap.find(owner);
-    if (entry == m_TypeMap.end() || entry->second.m_iOpenRefs <= 0) {
+    const auto place = m_hPlaces.constFind(owner);
+    const bool isKey = place != m_hPlaces.constEnd();
+    const auto found = isKey ? m_TypeMap.end() : m_TypeMap.find(owner);
+    if (!isKey && found == m_TypeMap.end()) {
         return;
     }
-    entry->second.m_iOpenRefs = std::max(0, entry->second.m_iOpenRefs - times);
-    const auto place = m_hPlaces.constFind(owner);
-    if (entry->second.m_iOpenRefs == 0 && place != m_hPlaces.constEnd()) {
+    TypeEntry &entry = isKey ? *m_lKeys[*place].m_pEntry : found->second;
+    if (entry.m_iOpenRefs <= 0) {
+        return;
+    }
+    entry.m_iOpenRefs = std::max(0, entry.m_iOpenRefs - times);
+    if (isKey && entry.m_iOpenRefs == 0) {
         --m_iOpenKeys;
         // A sweep that is past the name comes to it in the next one.
         m_oTurns.push({ *place > m_oTurn.second ? m_oTurn.first : m_oTurn.first + 1, *place });

@@ -41,7 +41,9 @@ void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
 void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
 {
     const int copies = local.Copies();
-    if (!CheckBudget(m_pRun->m_oBudget.Allows(TargetFragment(), ExtentOfCopy(local), copies, TargetLevel()))) {
+    // One copy is counted when it is made.
+    if (copies > 1
+        && !CheckBudget(m_pRun->m_oBudget.Allows(TargetFragment(), ExtentOfCopy(local), copies, TargetLevel()))) {
         return;
     }
     for (int copy = 0; copy < copies && IsReading(); ++copy) {
@@ -143,25 +145,24 @@ bool XmlSchemaHandler::ApplyType(const QString &type, Target target, int level)
         clone = content::CloneContent(*source);
     }
     if (content::HasCarrier(*source)) {
-        ApplyBase(type, target);
+        ApplyBase(*source, target);
     }
     target.m_oElement.appendChild(clone);
     return true;
 }
 
-void XmlSchemaHandler::ApplyBase(const QString &base, Target target)
+void XmlSchemaHandler::ApplyBase(const QDomDocumentFragment &source, Target target)
 {
-    const content::AttributeList &attributes = AttributesOf(UseComplete(base)->m_pFragment);
+    const content::AttributeList &attributes = AttributesOf(source);
     const auto count = static_cast<qint64>(attributes.size());
     if (CheckBudget(m_pRun->m_oBudget.TakeAttributes(target.m_pFragment, target.m_oElement, count))) {
         content::SetAttributes(attributes, target.m_oElement);
     }
 }
 
-void XmlSchemaHandler::ApplyReference(const QString &reference, Target target)
+void XmlSchemaHandler::ApplyReference(const QDomDocumentFragment &source, Target target)
 {
-    const QDomDocumentFragment *source = UseComplete(reference)->m_pFragment;
-    const QDomElement carrier = source->firstChild().toElement();
+    const QDomElement carrier = source.firstChild().toElement();
     const content::AttributeList &attributes = AttributesOf(source);
     const auto count = static_cast<qint64>(attributes.size());
     if (!carrier.isNull()
@@ -194,8 +195,8 @@ void XmlSchemaHandler::ReadAttribute(const QXmlAttributes &atts)
     }
     if (!declared.m_sName.isEmpty()) {
         SetAttribute(target, declared.m_sName, declared.m_sType);
-    } else if (FindComplete(declared.m_sRef) != nullptr) {
-        ApplyReference(declared.m_sRef, target);
+    } else if (const TypeEntry *entry = UseComplete(declared.m_sRef)) {
+        ApplyReference(*entry->m_pFragment, target);
     } else {
         WaitForAttributes(declared.m_sRef, target, RecordKind::Plain);
     }
@@ -214,8 +215,8 @@ void XmlSchemaHandler::ReadExtension(const QXmlAttributes &atts)
     const QString base = atts.value(0);
     if (HasPrefix(base)) {
         SetAttribute(target, TypeName(), WithoutPrefix(base));
-    } else if (FindComplete(base) != nullptr) {
-        ApplyBase(base, target);
+    } else if (const TypeEntry *entry = UseComplete(base)) {
+        ApplyBase(*entry->m_pFragment, target);
     } else {
         WaitForAttributes(base, target, RecordKind::Base);
     }
@@ -319,11 +320,9 @@ void XmlSchemaHandler::WaitForAttributes(const QString &name, const Target &targ
 
 void XmlSchemaHandler::RaiseOpenRefs()
 {
-    const auto entry = m_TypeMap.find(m_sGlobalName);
     // An include inside the declaration may have put another one in its place.
-    if (entry != m_TypeMap.end() && entry->second.m_pFragment != nullptr
-        && entry->second.m_pFragment->ownerDocument() == *m_pDocument) {
-        ++entry->second.m_iOpenRefs;
+    if (m_pGlobalEntry != nullptr && m_pGlobalEntry->m_pFragment->ownerDocument() == *m_pDocument) {
+        ++m_pGlobalEntry->m_iOpenRefs;
     }
 }
 
@@ -350,9 +349,9 @@ TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
     return entry;
 }
 
-const content::AttributeList &XmlSchemaHandler::AttributesOf(const QDomDocumentFragment *fragment)
+const content::AttributeList &XmlSchemaHandler::AttributesOf(const QDomDocumentFragment &fragment)
 {
-    const bool isOpen = fragment == m_pFragment || fragment == m_pGlobalFragment;
+    const bool isOpen = &fragment == m_pFragment || &fragment == m_pGlobalFragment;
     return isOpen ? m_oCache.OfOpen(fragment) : m_oCache.Of(fragment);
 }
 

@@ -186,6 +186,7 @@ void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
         m_oNamedType.Open(*m_pDocument, *m_pFragment);
         m_sGlobalName = atts.value(0);
         FileEntry(m_sGlobalName, { true, 0, m_pFragment });
+        m_pGlobalEntry = m_pTypeEntry;
     } else if (m_iTypeDepth != 1 && m_sTag == QLatin1String("xs:complexType")) {
         MoveDown();
     }
@@ -219,6 +220,7 @@ void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
         m_pFragment->appendChild(*m_pCurrentElement);
     }
     FileEntry(m_sGlobalName, { false, 0, m_pFragment });
+    m_pGlobalEntry = m_pTypeEntry;
     ReadGlobalAttributes(atts);
 }
 

@@ -97,8 +97,8 @@ private:
     void FileLimits(const LocalDeclaration &local);
 
     bool ApplyType(const QString &type, Target target, int level);
-    void ApplyReference(const QString &reference, Target target);
-    void ApplyBase(const QString &base, Target target);
+    void ApplyReference(const QDomDocumentFragment &source, Target target);
+    void ApplyBase(const QDomDocumentFragment &source, Target target);
     void SetAttribute(Target target, const QString &name, const QString &value);
 
     void WaitForType(const LocalDeclaration &local);
@@ -122,7 +122,7 @@ private:
     void FileEntry(const QString &name, TypeEntry entry);
     TypeEntry *FindComplete(const QString &name);
     TypeEntry *UseComplete(const QString &name);
-    const content::AttributeList &AttributesOf(const QDomDocumentFragment *fragment);
+    const content::AttributeList &AttributesOf(const QDomDocumentFragment &fragment);
     QDomDocumentFragment *TargetFragment() const;
     int TargetLevel() const;
     bool ResolveReferences();
@@ -175,6 +175,8 @@ private:
     int m_iSkippedTags = 0;
     NamedType m_oNamedType;
     AttributeCache m_oCache;
+    // The entry of m_sGlobalName. Entries keep their place in the table, also when it moves to an include and back.
+    TypeEntry *m_pGlobalEntry = nullptr;
     // Where m_pCurrentElement stands: its declaration's fragment, and its level there (1 for the declared element).
     QDomDocumentFragment *m_pGlobalFragment = nullptr;
     int m_iCurrentLevel = 0;

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void unreadableContentIsFalse();
     void replacedContentLivesToTheEndOfItsParse();
     void refusesNestedParse();
+    void goesOnWhereNodesAreTakenOut();
     void deletesHandedOverDocumentAtNextContentOnly();
     void hostHandlerStaysAsItIs();
     void stopsAtTheDepthLimit();
@@ -183,6 +184,19 @@ void TstXmlReader::refusesNestedParse()
     QVERIFY(Parse(kSmallLog));
 }
 
+void TstXmlReader::goesOnWhereNodesAreTakenOut()
+{
+    m_oRecorder.m_pHook = [](XmlEvent *event) {
+        if (event->GetType() == XmlEvent::EVENT_ELEM_BEGIN) {
+            const QDomNode node = static_cast<ElemBeginEvent *>(event)->GetElementNode();
+            node.parentNode().removeChild(node);
+        }
+    };
+    m_pReader->SetXmlContent(Write(QStringLiteral("<a><b/><c><d/><e/></c><f/></a>")));
+    // A node that was taken out has no siblings to step to, and no parent to go back to.
+    QVERIFY(Parse(QStringLiteral("( a[a|] b[b|] /b c[b|] d[b|] /d e[b|] /e /c f[|] /f /a )")));
+}
+
 void TstXmlReader::deletesHandedOverDocumentAtNextContentOnly()
 {
     // A root is without its parent when its document is gone.
@@ -253,8 +267,8 @@ void TstXmlReader::keepsEntitiesFromGrowing()
 void TstXmlReader::nullCallbackAnswersFalse()
 {
     ErrorHandler::SetTraceMask(32);
-    QTest::ignoreMessage(QtInfoMsg, "XMLReader: pCallback is NULL!");
     QTest::ignoreMessage(QtInfoMsg, "XmlContentHandler: pCallback is NULL!");
+    QTest::ignoreMessage(QtInfoMsg, "XMLReader: pCallback is NULL!");
     QDomDocument document = Document(kSmall);
     XmlContentHandler handler(nullptr, &document);
     XMLReader reader(nullptr, &handler);

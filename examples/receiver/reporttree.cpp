@@ -1,0 +1,68 @@
+#include "reporttree.h"
+
+#include "events/xmlevent.h"
+#include "xml/xmlreader.h"
+
+#include <QHeaderView>
+
+namespace {
+
+enum Column { kElement, kValue, kAttributes, kColumns };
+
+/// The text of an element without elements; what its children hold is theirs.
+QString OwnText(const QDomNode &node)
+{
+    return node.firstChildElement().isNull() ? node.toElement().text() : QString();
+}
+
+QString ToText(const QXmlAttributes &attributes)
+{
+    QStringList texts;
+    for (int i = 0; i < attributes.count(); ++i) {
+        texts << QStringLiteral("%1 = %2").arg(attributes.qName(i), attributes.value(i));
+    }
+    texts.sort();
+    return texts.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+ReportTree::ReportTree(QWidget *parent)
+    : QTreeWidget(parent)
+{
+    setObjectName(QStringLiteral("reportTree"));
+    setColumnCount(kColumns);
+    setHeaderLabels({ tr("Element"), tr("Value"), tr("Attributes") });
+    setAlternatingRowColors(true);
+}
+
+bool ReportTree::ShowFile(const QString &path)
+{
+    clear();
+    m_pCurrent = invisibleRootItem();
+    XMLReader reader(this, nullptr);
+    reader.SetXmlContent(path);
+    const bool isRead = reader.ParseXml();
+    expandAll();
+    for (int column = 0; column < kColumns; ++column) {
+        resizeColumnToContents(column);
+    }
+    return isRead;
+}
+
+void ReportTree::XmlUpdate(XmlEvent *event)
+{
+    if (event->GetType() == XmlEvent::EVENT_ELEM_BEGIN) {
+        AddElement(*static_cast<ElemBeginEvent *>(event));
+    } else if (event->GetType() == XmlEvent::EVENT_ELEM_END && m_pCurrent != invisibleRootItem()) {
+        m_pCurrent = m_pCurrent->parent() == nullptr ? invisibleRootItem() : m_pCurrent->parent();
+    }
+}
+
+void ReportTree::AddElement(ElemBeginEvent &event)
+{
+    m_pCurrent = new QTreeWidgetItem(m_pCurrent);
+    m_pCurrent->setText(kElement, event.GetElementName());
+    m_pCurrent->setText(kValue, OwnText(event.GetElementNode()));
+    m_pCurrent->setText(kAttributes, ToText(event.GetElementAttributes()));
+}
