@@ -75,8 +75,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${TAGWRIGHT_DOC_DIR} C
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 
 if(TARGET receiver)
-  set_target_properties(receiver PROPERTIES OUTPUT_NAME tagwright-receiver
-                                            INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(receiver PROPERTIES INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
   install(TARGETS receiver RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT example)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/tagwright
     COMPONENT example)
