@@ -285,11 +285,11 @@ void VCReporting::RetryAsDateTime()
     if (HasIndex("VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_STRING: m_iIndex is not valid.")) {
         // The same item serves one element after the other, and reading a date takes longer than all else here.
         const QString text = ReadText(*GetItem(m_iIndex));
-        if (text != m_sLastDateText) {
+        if (!text.isEmpty() && text != m_sLastDateText) {
             m_sLastDateText = text;
             m_tLastDate = QDateTime::fromString(text, Qt::ISODate);
         }
-        Retry(m_tLastDate);
+        Retry(text.isEmpty() ? QDateTime() : m_tLastDate);
     }
 }
 
