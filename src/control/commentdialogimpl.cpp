@@ -9,7 +9,6 @@
 #include <QMessageBox>
 #include <QPointer>
 
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -70,9 +69,7 @@ void CommentDialogImpl::ShowData()
     m_pTimeLabel->setText(time);
     setWindowTitle(QLatin1String("ToReport - ") + time);
     ShowValues();
-    // Values, a larger font and translated labels may need more room than the form was drawn with.
-    layout()->activate();
-    resize(std::max(width(), layout()->totalSizeHint().width()), height());
+    GrowToTexts();
     m_pTextEdit->setFocus();
     show();
 }
@@ -139,6 +136,15 @@ void CommentDialogImpl::ShowValues()
     m_pBandwidthLabel->setText(TextOrDashes(bandwidth, UnitSuffix(bandwidth)));
     m_pLevelLabel->setText(TextOrDashes(level));
     m_pAzimuthLabel->setText(TextOrDashes(azimuth, QStringLiteral(" \u00B0")));
+}
+
+// The least sizes of the form let the layout cut texts; values, larger fonts and translations may need more room.
+void CommentDialogImpl::GrowToTexts()
+{
+    vboxLayout->activate();
+    const QMargins margins = vboxLayout->contentsMargins();
+    const int labelsWidth = gridLayout->sizeHint().width() + margins.left() + margins.right();
+    resize(size().expandedTo(vboxLayout->totalMinimumSize()).expandedTo(QSize(labelsWidth, 0)));
 }
 
 // The schema isn't asked: the operator's word stands in every report.

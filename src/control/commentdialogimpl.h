@@ -34,6 +34,7 @@ protected:
 private:
     int AskForComment();
     void ShowValues();
+    void GrowToTexts();
     void AddComment(const QString &comment);
     void SaveDocument();
 

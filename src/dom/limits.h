@@ -6,8 +6,8 @@
 /// trace: Qt's parsers recurse on the stack of the host's GUI thread and expand entities without bound.
 namespace limits {
 
-/// Deepest nesting of elements in a file that is given to a parser. The place of an include may lie as deep, counted over
-/// all files that are open.
+/// Deepest nesting of elements in a file that is given to a parser. The place of an include may lie as deep, counted
+/// over all files that are open.
 constexpr int kMaxFileDepth = 500;
 /// Deepest nesting of parentheses in a file's content models; no parser that the library calls needs one.
 constexpr int kMaxContentModelDepth = 500;

@@ -12,7 +12,7 @@ class TAGWRIGHT_EXPORT ITagwright
 {
 public:
     /// What an ErrorEvent says. The numbers are fixed; 0 to 6 are not in use. No number stops a walk.
-    enum ErrorID {
+    enum ErrorID : int {
         /// A structural operation on the document failed, or a choice alternative can't be given up.
         GENERAL_ERROR = -1,
         /// A value was to be set and there is no current element.

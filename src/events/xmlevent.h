@@ -13,7 +13,7 @@ class TAGWRIGHT_EXPORT XmlEvent
 {
 public:
     /// The numbers are fixed.
-    enum type {
+    enum type : int {
         EVENT_NONE = 0,
         EVENT_DOC_BEGIN = 1,
         EVENT_DOC_END = 2,

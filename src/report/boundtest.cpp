@@ -126,6 +126,22 @@ Verdict Judge(const Bounds<Number> &bounds, Number value)
     return verdict;
 }
 
+template <typename Number>
+QString Explain(const Bounds<Number> &bounds, Number value)
+{
+    const bool brokeLower =
+        (bounds.Has(MinInclusive) || bounds.Has(MinExclusive)) && !FirstHeld(bounds, value, MinInclusive, MinExclusive);
+    const Side inclusive = brokeLower ? MinInclusive : MaxInclusive;
+    const Side exclusive = brokeLower ? MinExclusive : MaxExclusive;
+    const Side broken = bounds.Has(inclusive) ? inclusive : exclusive;
+    const QString bound =
+        FacetName(broken) + QLatin1Char(' ') + QString::number(static_cast<double>(bounds.m_lValues[broken]), 'g', 12);
+    if (broken == exclusive) {
+        return (brokeLower ? QLatin1String("not above ") : QLatin1String("not below ")) + bound;
+    }
+    return (brokeLower ? QLatin1String("below ") : QLatin1String("above ")) + bound;
+}
+
 QStringList UsedNames(const Verdict &verdict, const QString &attributeName)
 {
     QStringList names;
@@ -143,5 +159,7 @@ template Bounds<int> OfAttribute<int>(const AttributeList &, const QString &);
 template Bounds<double> OfAttribute<double>(const AttributeList &, const QString &);
 template Verdict Judge<int>(const Bounds<int> &, int);
 template Verdict Judge<double>(const Bounds<double> &, double);
+template QString Explain<int>(const Bounds<int> &, int);
+template QString Explain<double>(const Bounds<double> &, double);
 
 } // namespace bounds

@@ -51,6 +51,10 @@ Bounds<Number> OfAttribute(const AttributeList &attributes, const QString &attri
 template <typename Number>
 Verdict Judge(const Bounds<Number> &bounds, Number value);
 
+/// Says of a value that was refused what it broke: "above maxInclusive 40000".
+template <typename Number>
+QString Explain(const Bounds<Number> &bounds, Number value);
+
 /// The names of the attributes that served the verdict; `attributeName` is empty for an element's bounds.
 QStringList UsedNames(const Verdict &verdict, const QString &attributeName);
 

@@ -103,6 +103,7 @@ void DomParser::AnnounceRoot(const QDomElement &root)
 {
     *m_pCurrentElement = root;
     m_oAttributes.Bind(root, nullptr);
+    m_oRefusals.Clear();
     SendElemBegin(root, QString());
 }
 
@@ -169,6 +170,7 @@ void DomParser::AnnounceChild(Level &level)
     *m_pCurrentElement = level.m_oChild.toElement();
     if (!m_oAttributes.IsBoundTo(level.m_oChild)) {
         m_oAttributes.Bind(*m_pCurrentElement, level.m_oModels.GetCurrent());
+        m_oRefusals.Clear();
     }
     if (!ReadText(level.m_oChild, level.m_sText) && !level.m_bTop) {
         TakeDefaultAsText();
@@ -213,6 +215,7 @@ void DomParser::EndWalk()
     m_bWalking = false;
     m_pCurrentElement->clear();
     m_oAttributes.Release();
+    m_oRefusals = Refusals();
     m_oMultiplied.Clear();
     m_pPendingElement.reset();
     m_oResumeNode.clear();
@@ -232,6 +235,7 @@ bool DomParser::HandleUnsetElement()
     }
     const QString name = m_pCurrentElement->tagName();
     if (!CheckOccursMap(name) && !IsChoiceItem(name)) {
+        TellMissing();
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         return false;
     }
@@ -245,6 +249,14 @@ bool DomParser::HandleUnsetElement()
     m_oResumeNode = *m_pCurrentElement;
     m_pResumeNode = &m_oResumeNode;
     return true;
+}
+
+// A container lacks nothing itself, and an element with a default has that for its value.
+void DomParser::TellMissing()
+{
+    if (trace::IsOn() && (HasType() || m_oRefusals.HasRefusedValue()) && !m_pCurrentElement->firstChild().isText()) {
+        m_oRefusals.TellMissing(*m_pCurrentElement, ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+    }
 }
 
 // An element without a type is a container, whatever it holds.
@@ -293,6 +305,7 @@ void DomParser::ResumeBehind(const QDomNode &node, const ModelSequence &models)
     level.m_oModels = models;
     level.m_oModels.Advance();
     m_oAttributes.Bind(*m_pCurrentElement, level.m_oModels.GetCurrent());
+    m_oRefusals.Clear();
 }
 
 // Whoever takes a node may look at any place of the document, now and later, and change it.
@@ -376,6 +389,10 @@ void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
 {
     SendEvent<ElemBeginEvent>(m_pCallback, node, node.nodeName(), m_oAttributes.GetEventAttributes(), text,
                               static_cast<INodeWatcher *>(this));
+    // An element that is announced again may still get its values then.
+    if (trace::IsOn() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
+        m_oRefusals.Tell(node.toElement());
+    }
 }
 
 void DomParser::Error(ITagwright::ErrorID id)

@@ -6,6 +6,7 @@
 #include "report/elementindex.h"
 #include "report/nodeset.h"
 #include "report/occurrences.h"
+#include "report/refusals.h"
 #include "schema/schematables.h"
 
 #include <QDomDocument>
@@ -66,6 +67,9 @@ public:
     /// The attributes of the current element.
     CurrentAttributes &GetAttributes() { return m_oAttributes; }
 
+    /// What of the current element's values was refused, while tracing is on.
+    Refusals &GetRefusals() { return m_oRefusals; }
+
     /// Puts `count` copies of the current element, as it stands, behind it. They and the element itself are
     /// multiplied then.
     void InsertCopies(int count);
@@ -117,6 +121,7 @@ private:
     bool CheckOccursMap(const QString &name);
     bool IsChoiceItem(const QString &name) const;
 
+    void TellMissing();
     void SendElemBegin(const QDomNode &node, const QString &text);
     void Error(ITagwright::ErrorID id);
 
@@ -137,6 +142,7 @@ private:
     std::size_t m_iPendingLevel = 0;
     CurrentAttributes m_oAttributes;
     NodeSet m_oMultiplied;
+    Refusals m_oRefusals;
     QDomNode m_oResumeNode;
     ChoiceKeys m_hChoiceKeys;
     ElementIndex m_oElementIndex;

@@ -24,6 +24,11 @@ Verdict Judge(const AttributeList &attributes, const QString &text, IsValue isVa
 
 } // namespace
 
+QString Explain()
+{
+    return QStringLiteral("not among the enumeration values");
+}
+
 Verdict JudgeForElement(const AttributeList &attributes, const QString &text)
 {
     return Judge(attributes, text, [](const QString &name) { return name.at(name.size() - 1).isDigit(); });

@@ -15,6 +15,9 @@ struct Verdict
     QStringList m_lNames;
 };
 
+/// Says of a text that was refused what it broke.
+QString Explain();
+
 /// Judges a text by an element's own enumeration: the attributes whose names contain "enumeration" and end in a digit.
 Verdict JudgeForElement(const AttributeList &attributes, const QString &text);
 

@@ -160,6 +160,33 @@ void XmlCreateReport::Error(int id)
     SendEvent<ErrorEvent>(m_pCallback, static_cast<ITagwright::ErrorID>(id));
 }
 
+// What was refused is only told once the receiver is done with the element: it may have the value in another form.
+void XmlCreateReport::Refuse(int error, const QString &attribute, const QString &value,
+                             const std::function<QString()> &reason)
+{
+    if (trace::IsOn()) {
+        m_pDomParser->GetRefusals().Note(attribute, value, reason(), error);
+    }
+    Error(error);
+}
+
+void XmlCreateReport::RefuseType(int error, const QString &attribute, const QString &value, const char *kind)
+{
+    Refuse(error, attribute, value, [this, &attribute, kind] {
+        const QString holder = attribute.isEmpty() ? QStringLiteral("type") : attribute;
+        const QString type = m_pDomParser->GetAttributes().GetValue(holder);
+        return type.isEmpty() ? QStringLiteral("there is no type here")
+                              : QStringLiteral("the type \"%1\" takes no %2").arg(type, QLatin1String(kind));
+    });
+}
+
+void XmlCreateReport::NoteWritten(const QString &attribute)
+{
+    if (trace::IsOn()) {
+        m_pDomParser->GetRefusals().Written(attribute);
+    }
+}
+
 // First step of every setter. The element is the walk's own and changes under it, so it is asked for each time. Outside
 // a walk there is nothing to set: the caller has missed when setters may be called.
 bool XmlCreateReport::FetchCurrentElement(const char *setter)

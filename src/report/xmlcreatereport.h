@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <QTime>
 
+#include <functional>
 #include <list>
 #include <memory>
 
@@ -110,8 +111,11 @@ private:
     void SaveReport(const QString &reportPath);
     void ShowCommentDialog(const QString &reportPath);
 
-    // What the setters share.
+    // What the setters share. `attribute` is empty for the element's own value.
     void Error(int id);
+    void Refuse(int error, const QString &attribute, const QString &value, const std::function<QString()> &reason);
+    void RefuseType(int error, const QString &attribute, const QString &value, const char *kind);
+    void NoteWritten(const QString &attribute);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;
     bool FetchElementToSet(const char *setter);
@@ -119,13 +123,13 @@ private:
     // Element values.
     template <typename Number>
     void SetNumber(Number value, const QString &text);
-    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text);
+    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text, const char *kind);
     void WriteValue(const QStringList &testedAttributes, const QString &text);
     QString TypeControl(QString expectedType);
     void CreateAndAppendTextNode(QString text);
 
     // Attribute values.
-    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError);
+    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError, const QString &value);
     template <typename Number>
     void SetAttributeNumber(const QString &name, Number value, const QString &text);
     void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);

@@ -16,13 +16,13 @@ constexpr char kSetter[] = "SetAttributeValue";
 void XmlCreateReport::SetAttributeValue(QString name, QString value)
 {
     if (!FetchCurrentElement(kSetter) || !HasCurrentElement()
-        || !CheckAttributeType(name, QStringLiteral("string"), ITagwright::CURRENT_TYPE_IS_NOT_STRING)) {
+        || !CheckAttributeType(name, QStringLiteral("string"), ITagwright::CURRENT_TYPE_IS_NOT_STRING, value)) {
         return;
     }
     const enumeration::Verdict verdict =
         enumeration::JudgeForAttribute(m_pDomParser->GetAttributes().GetAll(), name, value);
     if (!verdict.m_bPasses) {
-        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, name, value, &enumeration::Explain);
         return;
     }
     WriteAttribute(name, verdict.m_lNames, value);
@@ -36,7 +36,8 @@ void XmlCreateReport::SetAttributeValue(QString name, const char *value)
 void XmlCreateReport::SetAttributeValue(QString name, QDateTime value)
 {
     if (FetchCurrentElement(kSetter) && HasCurrentElement()
-        && CheckAttributeType(name, QStringLiteral("dateTime"), ITagwright::CURRENT_TYPE_IS_NOT_DATETIME)) {
+        && CheckAttributeType(name, QStringLiteral("dateTime"), ITagwright::CURRENT_TYPE_IS_NOT_DATETIME,
+                              value.toString(Qt::ISODate))) {
         WriteAttribute(name, QStringList(), value.toString(Qt::ISODate));
     }
 }
@@ -44,7 +45,8 @@ void XmlCreateReport::SetAttributeValue(QString name, QDateTime value)
 void XmlCreateReport::SetAttributeValue(QString name, int value)
 {
     if (FetchElementToSet(kSetter)
-        && CheckAttributeType(name, QStringLiteral("integer"), ITagwright::CURRENT_TYPE_IS_NOT_INTEGER)) {
+        && CheckAttributeType(name, QStringLiteral("integer"), ITagwright::CURRENT_TYPE_IS_NOT_INTEGER,
+                              QString::number(value))) {
         SetAttributeNumber(name, value, QString::number(value));
     }
 }
@@ -52,7 +54,8 @@ void XmlCreateReport::SetAttributeValue(QString name, int value)
 void XmlCreateReport::SetAttributeValue(QString name, double value)
 {
     if (FetchElementToSet(kSetter)
-        && CheckAttributeType(name, QStringLiteral("double"), ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE)) {
+        && CheckAttributeType(name, QStringLiteral("double"), ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE,
+                              QString::number(value, 'g', 12))) {
         SetAttributeNumber(name, value, QString::number(value, 'g', 12));
     }
 }
@@ -65,11 +68,12 @@ void XmlCreateReport::RemoveAttribute(QString name)
 }
 
 // Until it has a value, an attribute holds its type. Unlike an element's, "short" and "long" take only their own kind.
-bool XmlCreateReport::CheckAttributeType(const QString &name, const QString &typeWord, int typeError)
+bool XmlCreateReport::CheckAttributeType(const QString &name, const QString &typeWord, int typeError,
+                                         const QString &value)
 {
     // An empty value contains no type word, whether the attribute is there or not.
     if (!m_pDomParser->GetAttributes().GetValue(name).contains(typeWord)) {
-        Error(typeError);
+        RefuseType(typeError, name, value, typeWord.toUtf8().constData());
         return false;
     }
     return true;
@@ -78,10 +82,10 @@ bool XmlCreateReport::CheckAttributeType(const QString &name, const QString &typ
 template <typename Number>
 void XmlCreateReport::SetAttributeNumber(const QString &name, Number value, const QString &text)
 {
-    const bounds::Verdict verdict =
-        bounds::Judge(bounds::OfAttribute<Number>(m_pDomParser->GetAttributes().GetAll(), name), value);
+    const auto limits = bounds::OfAttribute<Number>(m_pDomParser->GetAttributes().GetAll(), name);
+    const bounds::Verdict verdict = bounds::Judge(limits, value);
     if (!verdict.m_bPasses) {
-        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, name, text, [&] { return bounds::Explain(limits, value); });
         return;
     }
     WriteAttribute(name, bounds::UsedNames(verdict, name), text);
@@ -95,4 +99,5 @@ void XmlCreateReport::WriteAttribute(const QString &name, const QStringList &tes
         m_pDomParser->GetAttributes().Remove(tested);
     }
     m_pDomParser->GetAttributes().Set(name, text);
+    NoteWritten(name);
 }

@@ -40,12 +40,12 @@ void XmlCreateReport::SetXmlValue(QString value)
         return;
     }
     if (TypeControl(QStringLiteral("string")).isEmpty()) {
-        Error(ITagwright::CURRENT_TYPE_IS_NOT_STRING);
+        RefuseType(ITagwright::CURRENT_TYPE_IS_NOT_STRING, QString(), value, "string");
         return;
     }
     const enumeration::Verdict verdict = enumeration::JudgeForElement(m_pDomParser->GetAttributes().GetAll(), value);
     if (!verdict.m_bPasses) {
-        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, QString(), value, &enumeration::Explain);
         return;
     }
     WriteValue(verdict.m_lNames, value);
@@ -65,11 +65,12 @@ void XmlCreateReport::SetXmlValue(double value)
     const bool isShort = TypeControl(typeWord) == ShortType();
     // Asked again for the check itself, so that an element without a type says so twice: receivers count on it.
     if (TypeControl(typeWord).isEmpty()) {
-        Error(ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE);
+        RefuseType(ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE, QString(), QString::number(value, 'g', 12), "double");
         return;
     }
     if (isShort && !FitsInteger(value)) {
-        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, QString(), QString::number(value, 'g', 12),
+               [] { return QStringLiteral("no integer holds it"); });
         return;
     }
     SetNumber(value, isShort ? QString::number(static_cast<int>(value)) : QString::number(value, 'g', 12));
@@ -81,7 +82,7 @@ void XmlCreateReport::SetXmlValue(int value)
         return;
     }
     if (TypeControl(QStringLiteral("integer")).isEmpty()) {
-        Error(ITagwright::CURRENT_TYPE_IS_NOT_INTEGER);
+        RefuseType(ITagwright::CURRENT_TYPE_IS_NOT_INTEGER, QString(), QString::number(value), "integer");
         return;
     }
     // Even if the bounds refuse the value: the walk then takes the element for a container.
@@ -92,38 +93,39 @@ void XmlCreateReport::SetXmlValue(int value)
 void XmlCreateReport::SetXmlValue(bool value)
 {
     SetUntestedValue(QStringLiteral("bool"), ITagwright::CURRENT_TYPE_IS_NOT_BOOL,
-                     value ? QStringLiteral("true") : QStringLiteral("false"));
+                     value ? QStringLiteral("true") : QStringLiteral("false"), "boolean");
 }
 
 void XmlCreateReport::SetXmlValue(QDateTime value)
 {
-    SetUntestedValue(QStringLiteral("dateTime"), ITagwright::CURRENT_TYPE_IS_NOT_DATETIME, value.toString(Qt::ISODate));
+    SetUntestedValue(QStringLiteral("dateTime"), ITagwright::CURRENT_TYPE_IS_NOT_DATETIME, value.toString(Qt::ISODate),
+                     "date and time");
 }
 
 void XmlCreateReport::SetXmlValue(QTime value)
 {
-    SetUntestedValue(QStringLiteral("time"), ITagwright::CURRENT_TYPE_IS_NOT_TIME, value.toString(Qt::ISODate));
+    SetUntestedValue(QStringLiteral("time"), ITagwright::CURRENT_TYPE_IS_NOT_TIME, value.toString(Qt::ISODate), "time");
 }
 
 template <typename Number>
 void XmlCreateReport::SetNumber(Number value, const QString &text)
 {
-    const bounds::Verdict verdict =
-        bounds::Judge(bounds::OfElement<Number>(m_pDomParser->GetAttributes().GetAll()), value);
+    const auto limits = bounds::OfElement<Number>(m_pDomParser->GetAttributes().GetAll());
+    const bounds::Verdict verdict = bounds::Judge(limits, value);
     if (!verdict.m_bPasses) {
-        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, QString(), text, [&] { return bounds::Explain(limits, value); });
         return;
     }
     WriteValue(bounds::UsedNames(verdict, QString()), text);
 }
 
-void XmlCreateReport::SetUntestedValue(const QString &typeWord, int typeError, const QString &text)
+void XmlCreateReport::SetUntestedValue(const QString &typeWord, int typeError, const QString &text, const char *kind)
 {
     if (!FetchElementToSet(kSetter)) {
         return;
     }
     if (TypeControl(typeWord).isEmpty()) {
-        Error(typeError);
+        RefuseType(typeError, QString(), text, kind);
         return;
     }
     WriteValue(QStringList(), text);
@@ -135,6 +137,7 @@ void XmlCreateReport::WriteValue(const QStringList &testedAttributes, const QStr
     for (const QString &name : testedAttributes) {
         m_pDomParser->GetAttributes().Remove(name);
     }
+    NoteWritten(QString());
     CreateAndAppendTextNode(text);
 }
 

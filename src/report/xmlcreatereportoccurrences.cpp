@@ -56,6 +56,8 @@ void XmlCreateReport::DiscardChoiceItem()
         Error(ITagwright::GENERAL_ERROR);
         return;
     }
+    // The sibling behind it is passed over, whatever the walk may still keep for it.
+    m_pDomParser->CompleteDocument();
     const QDomElement discarded = *m_pCurrentElement;
     m_pDiscardSuccessor = std::make_unique<QDomElement>(discarded.nextSibling().toElement());
     m_pCurrentElement = m_pDiscardSuccessor.get();

@@ -13,6 +13,12 @@ bool IsElementLike(const QDomNode &node)
     return !node.isNull() && !node.isCharacterData() && !node.nodeName().contains(QLatin1Char('#'));
 }
 
+/// A receiver may have taken the node out, or what it is in. Where the parent has gone Qt leaves the siblings dangling.
+QDomNode NextSibling(const QDomNode &node)
+{
+    return node.parentNode().isNull() ? QDomNode() : node.nextSibling();
+}
+
 } // namespace
 
 XmlContentHandler::XmlContentHandler(ITagwright *pCallback, QDomDocument *document)
@@ -101,7 +107,7 @@ void XmlContentHandler::MoveCursor()
     if (!m_bCursorLeftElement && IsElementLike(m_pCurrentElement->firstChild())) {
         *m_pCursorNode = m_pCurrentElement->firstChild();
     } else {
-        *m_pCursorNode = m_pCurrentElement->nextSibling();
+        *m_pCursorNode = NextSibling(*m_pCurrentElement);
         m_bCursorLeftElement = false;
     }
     ReadAhead(*m_pCursorNode);

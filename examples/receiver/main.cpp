@@ -1,0 +1,110 @@
+#include "consolerun.h"
+#include "mainwindow.h"
+#include "measurement.h"
+#include "panelfile.h"
+#include "pictures.h"
+
+#include "host/ostrel.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace {
+
+/// The example schema, as it lies beside a built or an installed program.
+QString FindSchema()
+{
+    const QDir program(QCoreApplication::applicationDirPath());
+    const QString beside = program.filePath(QStringLiteral("schemas/measurement.xsd"));
+    return QFileInfo::exists(beside)
+        ? beside
+        : QDir::cleanPath(program.filePath(QStringLiteral("../share/tagwright/schemas/measurement.xsd")));
+}
+
+QString DefaultReportFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Receiver reports");
+}
+
+QString DefaultPanelPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/panel.xml");
+}
+
+struct Options
+{
+    QString m_sSchema;
+    QString m_sReportFolder;
+    QString m_sPanelPath;
+    QString m_sPictureFolder;
+    bool m_bOnce = false;
+};
+
+Options ReadOptions(const QStringList &arguments)
+{
+    const QCommandLineOption schema(QStringLiteral("schema"), QStringLiteral("The XSD file of the reports."),
+                                    QStringLiteral("file"), FindSchema());
+    const QCommandLineOption out(QStringLiteral("out"), QStringLiteral("The folder of the reports."),
+                                 QStringLiteral("folder"), DefaultReportFolder());
+    const QCommandLineOption panel(QStringLiteral("panel"),
+                                   QStringLiteral("The file that keeps the panel from one start to the next."),
+                                   QStringLiteral("file"), DefaultPanelPath());
+    const QCommandLineOption language(QStringLiteral("language"),
+                                      QStringLiteral("The language of the texts; the system's if it isn't given."),
+                                      QStringLiteral("code"), QLocale::system().name());
+    const QCommandLineOption once(QStringLiteral("once"), QStringLiteral("Make one report without a window."));
+    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                        QStringLiteral("Draw the windows into PNG files in a folder."),
+                                        QStringLiteral("folder"));
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("A small monitoring receiver that makes XML reports."));
+    parser.addHelpOption();
+    parser.addOptions({ schema, out, panel, language, once, screenshot });
+    parser.process(arguments);
+    TranslationCenter::Instance().SetLocale(QLocale(parser.value(language)));
+    return { parser.value(schema), parser.value(out), parser.value(panel), parser.value(screenshot),
+             parser.isSet(once) };
+}
+
+bool IsWithoutWindow(int argc, char **argv)
+{
+    return std::any_of(argv + 1, argv + argc, [](const char *argument) {
+        const QByteArray text(argument);
+        return text == "--once" || text.startsWith("--screenshot");
+    });
+}
+
+int ShowWindow(Measurement &measurement, const Options &options)
+{
+    panelfile::Restore(measurement, options.m_sPanelPath);
+    MainWindow window(measurement, options.m_sSchema, options.m_sReportFolder, options.m_sPanelPath);
+    window.show();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (IsWithoutWindow(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        // Works without a display, too.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("receiver"));
+    const Options options = ReadOptions(QCoreApplication::arguments());
+    Measurement measurement;
+    if (!options.m_sPictureFolder.isEmpty()) {
+        return DrawPictures(measurement, options.m_sSchema, options.m_sPictureFolder);
+    }
+    QDir().mkpath(options.m_sReportFolder);
+    if (options.m_bOnce) {
+        return RunOnce(measurement, options.m_sSchema, options.m_sReportFolder);
+    }
+    return ShowWindow(measurement, options);
+}

@@ -1,0 +1,150 @@
+#include "mainwindow.h"
+
+#include "measurement.h"
+#include "panel.h"
+#include "panelfile.h"
+#include "reportlist.h"
+#include "reportview.h"
+
+#include "control/vcreporting.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QString &reportFolder,
+                       const QString &panelPath)
+    : m_oMeasurement(measurement)
+    , m_sSchema(schema)
+    , m_sReportFolder(reportFolder)
+    , m_sPanelPath(panelPath)
+    , m_pAvailability(new QLabel(this))
+{
+    setWindowTitle(tr("Monitoring receiver"));
+    m_pAvailability->setObjectName(QStringLiteral("availability"));
+    MakeToolBar();
+    MakeCentre();
+    statusBar()->addWidget(m_pAvailability, 1);
+    ConnectControl();
+    resize(900, 600);
+}
+
+VCReporting &MainWindow::GetControl()
+{
+    return *m_pControl;
+}
+
+void MainWindow::SetSchema(const QString &schema)
+{
+    m_sSchema = schema;
+    m_pControl->SetSchema(schema);
+    // The next poll would do it, too, but the operator is looking now.
+    m_pControl->EnableReportButton(true);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!m_sPanelPath.isEmpty()) {
+        panelfile::Save(m_oMeasurement, m_sPanelPath);
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::MakeToolBar()
+{
+    QToolBar *toolBar = addToolBar(tr("Report"));
+    toolBar->setMovable(false);
+    m_pControl = new VCReporting(m_sSchema, m_sReportFolder, toolBar, true, "reporting", false, QPixmap());
+    m_oMeasurement.FillControl(*m_pControl);
+    toolBar->addWidget(m_pControl);
+    QToolButton *button = m_pControl->GetReportButton();
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    setWindowIcon(button->icon());
+    // The control brings the text only: the key is the host's.
+    auto *shortcut = new QShortcut(QKeySequence(Qt::SHIFT + Qt::Key_F10), this);
+    connect(shortcut, &QShortcut::activated, button, &QToolButton::click);
+
+    AddToolWidgets(*toolBar);
+}
+
+// Buttons of their own, since those that a tool bar makes for its actions can't be reached by the tab key.
+void MainWindow::AddToolWidgets(QToolBar &toolBar)
+{
+    auto *comment = new QCheckBox(tr("As&k for a comment"), &toolBar);
+    comment->setObjectName(QStringLiteral("comment"));
+    connect(comment, &QCheckBox::toggled, m_pControl, &VCReporting::SetShowCommentDialog);
+    auto *schema = new QPushButton(tr("S&chema..."), &toolBar);
+    schema->setObjectName(QStringLiteral("schema"));
+    connect(schema, &QPushButton::clicked, this, &MainWindow::ChooseSchema);
+    for (QWidget *widget : std::initializer_list<QWidget *> { comment, schema }) {
+        toolBar.addSeparator();
+        toolBar.addWidget(widget);
+    }
+}
+
+void MainWindow::ChooseSchema()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(this, tr("The schema of the reports"), m_sSchema, tr("XML schemas (*.xsd)"));
+    if (!path.isEmpty()) {
+        SetSchema(path);
+    }
+}
+
+void MainWindow::MakeCentre()
+{
+    auto *centre = new QWidget(this);
+    auto *row = new QHBoxLayout(centre);
+    row->addWidget(new Panel(m_oMeasurement, centre));
+    auto *right = new QSplitter(Qt::Vertical, centre);
+    auto *reports = new QGroupBox(tr("&Reports"), right);
+    auto *layout = new QVBoxLayout(reports);
+    m_pReports = new ReportList(m_sReportFolder, reports);
+    layout->addWidget(m_pReports);
+    auto *view = new ReportView(right);
+    right->addWidget(reports);
+    right->addWidget(view);
+    right->setSizes({ 150, 420 });
+    row->addWidget(right, 1);
+    setCentralWidget(centre);
+    connect(m_pReports, &ReportList::ReportChosen, view, &ReportView::ShowReport);
+}
+
+void MainWindow::ConnectControl()
+{
+    connect(m_pControl, &VCReporting::ReportDirAndSchemaAvailable, this, &MainWindow::ShowAvailability);
+    connect(m_pControl, &VCReporting::ReportSuccessful, this, [this] {
+        m_pReports->Refresh();
+        statusBar()->showMessage(tr("The report has been made."), 4000);
+    });
+    connect(m_pControl, &VCReporting::ReportNotSuccessful, this, [this] {
+        m_pReports->Refresh();
+        statusBar()->showMessage(tr("The schema can't be read: the report is empty."), 8000);
+    });
+    // The control has polled while it was built, when nobody could hear it.
+    m_pControl->EnableReportButton(true);
+}
+
+void MainWindow::ShowAvailability(bool isAvailable)
+{
+    if (isAvailable) {
+        m_pAvailability->setText(tr("Ready. Reports go to %1").arg(QDir::toNativeSeparators(m_sReportFolder)));
+    } else if (!QFileInfo::exists(m_sSchema)) {
+        m_pAvailability->setText(
+            tr("No reports: the schema %1 does not exist.").arg(QDir::toNativeSeparators(m_sSchema)));
+    } else {
+        m_pAvailability->setText(
+            tr("No reports: the folder %1 does not exist.").arg(QDir::toNativeSeparators(m_sReportFolder)));
+    }
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QMainWindow>
+
+class Measurement;
+class QLabel;
+class QToolBar;
+class ReportList;
+class VCReporting;
+
+/// The program's window: the tool bar with the reporting control, the panel, the reports made, and the one chosen.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// `panelPath` is the file that keeps the panel; empty if nothing is kept.
+    MainWindow(Measurement &measurement, const QString &schema, const QString &reportFolder, const QString &panelPath);
+
+    VCReporting &GetControl();
+    /// Takes another schema, and tells at once whether it is there.
+    void SetSchema(const QString &schema);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void MakeToolBar();
+    void AddToolWidgets(QToolBar &toolBar);
+    void ChooseSchema();
+    void MakeCentre();
+    void ConnectControl();
+    void ShowAvailability(bool isAvailable);
+
+    Measurement &m_oMeasurement;
+    QString m_sSchema;
+    QString m_sReportFolder;
+    QString m_sPanelPath;
+    VCReporting *m_pControl = nullptr; // the tool bar's
+    ReportList *m_pReports = nullptr; // the window's
+    QLabel *m_pAvailability = nullptr; // the status bar's
+};

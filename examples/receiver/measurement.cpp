@@ -1,0 +1,199 @@
+#include "measurement.h"
+
+#include "control/vcreporting.h"
+#include "host/veldra.h"
+
+namespace {
+
+enum class Kind { Number, Text, Bandwidth };
+
+/// A place in the tree, with the state in which the program starts.
+struct Field
+{
+    const char *m_sPath;
+    Kind m_eKind;
+    double m_dNumber;
+    /// A number's unit, or the text.
+    const char *m_sText;
+};
+
+constexpr Field kFields[] = {
+    { "Station/Name", Kind::Text, 0.0, "Hilltop North" },
+    { "Station/Operator", Kind::Text, 0.0, "M. Keller" },
+    { "Station/Country", Kind::Text, 0.0, "DE" },
+    { "Station/Latitude", Kind::Number, 48.1374, "°" },
+    { "Station/Longitude", Kind::Number, 11.5755, "°" },
+    { "Receiver/Model", Kind::Text, 0.0, "MR 300" },
+    { "Receiver/Detector", Kind::Text, 0.0, "Average" },
+    { "Receiver/Attenuation", Kind::Number, 10.0, "dB" },
+    { "Receiver/Preamplifier", Kind::Text, 0.0, "off" },
+    { "Receiver/Sweeps", Kind::Number, 16.0, "" },
+    { "Receiver/Antenna", Kind::Text, 0.0, "Log-periodic, mast" },
+    { "Receiver/AntennaHeight", Kind::Number, 12.5, "m" },
+    { "Measurement/Frequency", Kind::Number, 98.1e6, "Hz" },
+    { "Measurement/Bandwidth", Kind::Bandwidth, 0.0, "150 kHz" },
+    { "Measurement/Level", Kind::Number, 42.5, "dBµV" },
+    { "Measurement/Azimuth", Kind::Number, 211.5, "°" },
+    { "Measurement/Status", Kind::Text, 0.0, "licensed" },
+    { "Measurement/Modulation", Kind::Text, 0.0, "FM" },
+    { "Measurement/Depth", Kind::Number, 80.0, "%" },
+    { "Measurement/Deviation", Kind::Number, 75e3, "Hz" },
+    { "Measurement/AudioFrequency", Kind::Number, 1e3, "Hz" },
+};
+
+/// A name of the report, and where its value is. An item without a path has the text as its value.
+struct ReportItem
+{
+    const char *m_sName;
+    const char *m_sPath;
+    const char *m_sText;
+    int m_iExponent;
+    const char *m_sUnit;
+};
+
+constexpr ReportItem kItems[] = {
+    // Stands first: the report's own attributes are filled through it, its time stamp among them.
+    { "MonitoringReport", "", "", 0, "" },
+    { "SchemaVersion", "", "1.0", 0, "" },
+    { "Title", "", "Monitoring report", 0, "" },
+    { "Operator", "Station/Operator", "", 0, "" },
+    { "Station/Name", "Station/Name", "", 0, "" },
+    { "Country", "Station/Country", "", 0, "" },
+    { "Latitude", "Station/Latitude", "", 0, "" },
+    { "Longitude", "Station/Longitude", "", 0, "" },
+    { "Model", "Receiver/Model", "", 0, "" },
+    { "Detector", "Receiver/Detector", "", 0, "" },
+    { "Attenuation", "Receiver/Attenuation", "", 0, "" },
+    { "Sweeps", "Receiver/Sweeps", "", 0, "" },
+    { "Antenna/Name", "Receiver/Antenna", "", 0, "" },
+    { "Antenna/Height", "Receiver/AntennaHeight", "", 0, "m" },
+    { "Status", "Measurement/Status", "", 0, "" },
+    { "Frequency", "Measurement/Frequency", "", 6, "MHz" },
+    { "Bandwidth", "Measurement/Bandwidth", "", 3, "kHz" },
+    { "Level", "Measurement/Level", "", 0, "dBµV" },
+    { "Azimuth", "Measurement/Azimuth", "", 0, "°" },
+};
+
+QString Text(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+const Field *FindField(const QString &path)
+{
+    for (const Field &field : kFields) {
+        if (path == QLatin1String(field.m_sPath)) {
+            return &field;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+Measurement::Measurement()
+{
+    values::Tree::Install(&m_oTree);
+    for (const Field &field : kFields) {
+        if (field.m_eKind == Kind::Number) {
+            SetNumber(Text(field.m_sPath), field.m_dNumber);
+        } else {
+            SetText(Text(field.m_sPath), Text(field.m_sText));
+        }
+    }
+}
+
+Measurement::~Measurement()
+{
+    values::Tree::Install(nullptr);
+}
+
+values::MemoryTree &Measurement::GetTree()
+{
+    return m_oTree;
+}
+
+double Measurement::GetNumber(const QString &path)
+{
+    auto *number = dynamic_cast<values::IValueNumeric *>(m_oTree.FindValue(path));
+    return number == nullptr ? 0.0 : number->GetNumber();
+}
+
+QString Measurement::GetText(const QString &path)
+{
+    values::ValueBase *value = m_oTree.FindValue(path);
+    return value == nullptr ? QString() : value->GetText();
+}
+
+void Measurement::SetNumber(const QString &path, double number)
+{
+    const Field *field = FindField(path);
+    m_oTree.SetNumber(path, number, field == nullptr ? QString() : Text(field->m_sText));
+}
+
+void Measurement::SetText(const QString &path, const QString &text)
+{
+    const Field *field = FindField(path);
+    if (field == nullptr || field->m_eKind == Kind::Text) {
+        m_oTree.SetText(path, text);
+    } else if (GetBandwidths().contains(text)) {
+        m_oTree.SetSelection(path, GetBandwidths().indexOf(text), text);
+    }
+}
+
+void Measurement::Restore(const QString &path, const QString &text)
+{
+    const Field *field = FindField(path);
+    if (field == nullptr) {
+        return;
+    }
+    if (field->m_eKind != Kind::Number) {
+        SetText(path, text);
+        return;
+    }
+    bool isNumber = false;
+    const double number = text.section(QLatin1Char(' '), 0, 0).toDouble(&isNumber);
+    if (isNumber) {
+        SetNumber(path, number);
+    }
+}
+
+QStringList Measurement::GetBandwidths()
+{
+    return { QStringLiteral("1 kHz"),   QStringLiteral("9 kHz"),   QStringLiteral("30 kHz"),
+             QStringLiteral("150 kHz"), QStringLiteral("500 kHz"), QStringLiteral("2 MHz") };
+}
+
+void Measurement::FillControl(VCReporting &control)
+{
+    for (const ReportItem &item : kItems) {
+        control.AddReportData(Text(item.m_sName), Text(item.m_sPath), Text(item.m_sText), 1, QString(),
+                              item.m_iExponent, Text(item.m_sUnit));
+    }
+    QObject::connect(&control, &VCReporting::PrepareToReport, &control, [this, &control] { PrepareReport(control); });
+}
+
+// Only the modulation that was found is reported: the alternatives of which nothing is known are left out.
+void Measurement::PrepareReport(VCReporting &control)
+{
+    for (const char *name :
+         { "Time", "Preamplifier", "AM/Depth", "AM/AudioFrequency", "FM/Deviation", "FM/AudioFrequency" }) {
+        control.DeleteReportData(Text(name));
+    }
+    const Orvo::DateTime now(OrvoOS::Create().GetTime());
+    control.AddExplicitReportData(QStringLiteral("Time"), now.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")), 1,
+                                  QString(), 0, QString());
+    control.AddExplicitReportData(QStringLiteral("Preamplifier"),
+                                  GetText(QStringLiteral("Receiver/Preamplifier")) == QLatin1String("on"), 1, QString(),
+                                  0, QString());
+    const QString modulation = GetText(QStringLiteral("Measurement/Modulation"));
+    const auto add = [&](const char *name, const char *path, int exponent, const char *unit) {
+        control.AddReportData(modulation + Text(name), Text(path), QString(), 1, QString(), exponent, Text(unit));
+    };
+    if (modulation == QLatin1String("AM")) {
+        add("/Depth", "Measurement/Depth", 0, "%");
+    } else {
+        add("/Deviation", "Measurement/Deviation", 3, "kHz");
+    }
+    add("/AudioFrequency", "Measurement/AudioFrequency", 3, "kHz");
+}

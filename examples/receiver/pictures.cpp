@@ -1,0 +1,112 @@
+#include "pictures.h"
+
+#include "mainwindow.h"
+#include "measurement.h"
+
+#include "control/vcreporting.h"
+#include "host/veldra.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QPainter>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QTextEdit>
+#include <QToolBar>
+
+namespace {
+
+constexpr int kButtonWidth = 560;
+
+/// A time that doesn't change from one drawing to the next, a minute later at each look.
+class DrawnClock : public IOrvoOS
+{
+public:
+    DrawnClock() { OrvoOS::SetClock(this); }
+    ~DrawnClock() override { OrvoOS::SetClock(nullptr); }
+    Q_DISABLE_COPY(DrawnClock)
+
+    quint64 GetTime() override
+    {
+        m_tNow = m_tNow.addSecs(60);
+        return static_cast<quint64>(m_tNow.toMSecsSinceEpoch());
+    }
+
+private:
+    QDateTime m_tNow = QDateTime(QDate(2024, 5, 17), QTime(9, 27, 30));
+};
+
+bool Draw(QWidget &widget, const QString &folder, const char *name)
+{
+    QCoreApplication::processEvents();
+    return widget.grab().save(QDir(folder).filePath(QLatin1String(name)));
+}
+
+/// The tool bar, and below it the line that says why the button is as it is.
+bool DrawButton(MainWindow &window, const QString &folder, const char *name)
+{
+    window.statusBar()->clearMessage();
+    QCoreApplication::processEvents();
+    const QPixmap tools = window.findChild<QToolBar *>()->grab();
+    const QPixmap status = window.statusBar()->grab();
+    QPixmap both(kButtonWidth, tools.height() + status.height());
+    QPainter painter(&both);
+    painter.drawPixmap(0, 0, tools);
+    painter.drawPixmap(0, tools.height(), status);
+    painter.end();
+    return both.save(QDir(folder).filePath(QLatin1String(name)));
+}
+
+QWidget *FindCommentDialog()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && widget->objectName() == QLatin1String("ToReportCommentDialog")) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+bool DrawDialog(VCReporting &control, const QString &folder)
+{
+    control.SetShowCommentDialog(true);
+    control.SlotToReport();
+    QWidget *dialog = FindCommentDialog();
+    if (dialog == nullptr) {
+        return false;
+    }
+    dialog->findChild<QTextEdit *>()->setPlainText(
+        QApplication::translate("Pictures", "Carrier drifts by some 200 Hz within a minute."));
+    return Draw(*dialog, folder, "comment-dialog.png");
+}
+
+} // namespace
+
+int DrawPictures(Measurement &measurement, const QString &schema, const QString &pictureFolder)
+{
+    const QString schemaPath = QFileInfo(schema).absoluteFilePath();
+    const QString folder = QFileInfo(pictureFolder).absoluteFilePath();
+    QDir().mkpath(folder);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+    const DrawnClock clock;
+    // What the window shows of paths is the same wherever the pictures are drawn.
+    const QTemporaryDir place;
+    QDir::setCurrent(place.path());
+    QDir().mkdir(QStringLiteral("reports"));
+    MainWindow window(measurement, schemaPath, QStringLiteral("reports"), QString());
+    VCReporting &control = window.GetControl();
+    window.show();
+    for (const double frequency : { 89.3e6, 94.7e6, 98.1e6 }) {
+        measurement.SetNumber(QStringLiteral("Measurement/Frequency"), frequency);
+        control.SlotToReport();
+    }
+    bool isDrawn = Draw(window, folder, "main-window.png");
+    isDrawn = DrawButton(window, folder, "button-enabled.png") && isDrawn;
+    isDrawn = DrawDialog(control, folder) && isDrawn;
+    window.SetSchema(QStringLiteral("schemas/removed.xsd"));
+    isDrawn = DrawButton(window, folder, "button-disabled.png") && isDrawn;
+    return isDrawn ? 0 : 1;
+}

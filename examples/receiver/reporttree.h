@@ -1,0 +1,25 @@
+#pragma once
+
+#include "events/itagwright.h"
+
+#include <QTreeWidget>
+
+class ElemBeginEvent;
+
+/// Shows an XML file as a tree: element, value, attributes. It is built from the reader's events.
+class ReportTree : public QTreeWidget, private ITagwright
+{
+    Q_OBJECT
+
+public:
+    explicit ReportTree(QWidget *parent);
+
+    /// False if the file is not well-formed; what stands ahead of the fault is shown.
+    bool ShowFile(const QString &path);
+
+private:
+    void XmlUpdate(XmlEvent *event) override;
+    void AddElement(ElemBeginEvent &event);
+
+    QTreeWidgetItem *m_pCurrent = nullptr; // where the next element goes; the widget's
+};

@@ -1,0 +1,47 @@
+#include "report/nodepath.h"
+
+namespace {
+
+/// Whether `element` stands at or behind `from`; counts the siblings of its name on the way into `position`.
+bool CountOn(const QDomElement &from, const QDomElement &element, int &position)
+{
+    const QString name = element.tagName();
+    for (QDomElement sibling = from; !sibling.isNull(); sibling = sibling.nextSiblingElement(name)) {
+        if (sibling == element) {
+            return true;
+        }
+        ++position;
+    }
+    return false;
+}
+
+} // namespace
+
+QString NodePath::Of(const QDomElement &element)
+{
+    std::vector<QDomElement> line;
+    for (QDomElement step = element; !step.isNull(); step = step.parentNode().toElement()) {
+        line.insert(line.begin(), step);
+    }
+    m_lSteps.resize(line.size());
+    QString path;
+    for (std::size_t depth = 0; depth < line.size(); ++depth) {
+        path += QLatin1Char('/') + StepText(line[depth], depth);
+    }
+    return path;
+}
+
+QString NodePath::StepText(const QDomElement &element, std::size_t depth)
+{
+    const QString name = element.tagName();
+    Step &last = m_lSteps[depth];
+    int position = last.m_iPosition;
+    const bool goesOn = last.m_oElement.tagName() == name && last.m_oElement.parentNode() == element.parentNode();
+    if (!goesOn || !CountOn(last.m_oElement, element, position)) {
+        position = 1;
+        CountOn(element.parentNode().firstChildElement(name), element, position);
+    }
+    last = { element, position };
+    const bool isOnly = position == 1 && element.nextSiblingElement(name).isNull();
+    return isOnly ? name : QStringLiteral("%1[%2]").arg(name).arg(position);
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "report/nodepath.h"
+
+#include <QDomElement>
+#include <QString>
+
+#include <vector>
+
+/// Collects, while tracing is on, which values of the current element were refused and why, and tells in the end of
+/// those that were not written in another form either. A receiver tries a value in several forms, and stamps the same
+/// attribute again at each item, so that a single refusal says little.
+class Refusals
+{
+public:
+    /// `attribute` is empty for the element's own value. `reason` completes "the value was not written: ".
+    void Note(const QString &attribute, const QString &value, const QString &reason, int error);
+
+    /// A value was written there; what was refused before or is refused after it doesn't count.
+    void Written(const QString &attribute);
+
+    /// Traces what is left for `element`, which the receiver has been told of and is done with.
+    void Tell(const QDomElement &element);
+
+    /// Traces that `element` stays without a value though it needs one.
+    void TellMissing(const QDomElement &element, int error);
+
+    /// True if a value of the element itself was refused, and none written.
+    bool HasRefusedValue() const;
+
+    /// Another element comes.
+    void Clear() { m_lTargets.clear(); }
+
+private:
+    struct Target
+    {
+        QString m_sAttribute;
+        QString m_sValue;
+        QString m_sReason;
+        int m_iError = 0;
+        bool m_bWritten = false;
+        bool m_bTold = false;
+    };
+
+    Target &GetTarget(const QString &attribute);
+
+    std::vector<Target> m_lTargets;
+    NodePath m_oPath;
+};
