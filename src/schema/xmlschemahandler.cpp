@@ -383,10 +383,7 @@ bool XmlSchemaHandler::CheckBudget(bool allowed)
 {
     if (!allowed && !m_pRun->m_bLimitTraced) {
         m_pRun->m_bLimitTraced = true;
-        trace::Write(UnitName(), __LINE__, [this] {
-            return QStringLiteral("%1, and the tag %2 in %3 would break this: nothing more is built.")
-                .arg(m_pRun->m_oBudget.GetReason(), m_sTag, WhereText());
-        });
+        TraceLimit();
     }
     return allowed;
 }
@@ -395,6 +392,14 @@ QString XmlSchemaHandler::WhereText() const
 {
     return m_pLocator == nullptr ? m_sFilePath
                                  : QStringLiteral("%1, line %2,").arg(m_sFilePath).arg(m_pLocator->lineNumber());
+}
+
+void XmlSchemaHandler::TraceLimit() const
+{
+    trace::Write(UnitName(), __LINE__, [this] {
+        return QStringLiteral("%1, and the tag %2 in %3 would break this: nothing more is built.")
+            .arg(m_pRun->m_oBudget.GetReason(), m_sTag, WhereText());
+    });
 }
 
 void XmlSchemaHandler::TracePassedOver() const

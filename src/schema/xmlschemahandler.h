@@ -141,6 +141,7 @@ private:
     bool CheckBudget(bool allowed);
     Extent ExtentOfCopy(const LocalDeclaration &local);
     QString WhereText() const;
+    void TraceLimit() const;
     void TracePassedOver() const;
     void TraceRefusedInclude(const QString &path) const;
 
