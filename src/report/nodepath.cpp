@@ -43,5 +43,5 @@ QString NodePath::StepText(const QDomElement &element, std::size_t depth)
     }
     last = { element, position };
     const bool isOnly = position == 1 && element.nextSiblingElement(name).isNull();
-    return isOnly ? name : QStringLiteral("%1[%2]").arg(name).arg(position);
+    return isOnly ? name : QStringLiteral("%1[%2]").arg(name, QString::number(position));
 }
