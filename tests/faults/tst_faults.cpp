@@ -135,6 +135,11 @@ void ChangeDocument(const QString &order, QDomElement v)
         parent.insertBefore(document.createTextNode(QStringLiteral("t")), node);
     } else if (verb == QLatin1String("inside")) {
         node.appendChild(added);
+    } else if (verb == QLatin1String("bury")) {
+        // Where a parent is destroyed, Qt leaves a child that somebody holds with pointers to its siblings.
+        QDomNode grave = document.createElement(QStringLiteral("grave"));
+        grave.appendChild(node);
+        grave.appendChild(added);
     } else if (verb == QLatin1String("front-of")) {
         node.insertBefore(v, node.firstChild());
     } else {
@@ -356,6 +361,8 @@ void TestFaults::WalksADocumentThatChanges_data()
     row("remove w", "v z ", "<R><p><u>u</u><v>v</v><v>v</v></p><z>z</z></R>");
     row("remove p", "!16 w ", "<R><z type='string'/></R>");
     row("remove R", "!16 w z ", "");
+    row("bury v", "!16 z ", "<R><p><u>u</u><w type='string'/></p><z>z</z></R>");
+    row("bury p", "!16 w ", "<R><z type='string'/></R>");
     row("empty p", "!16 z ", "<R><p/><z>z</z></R>");
     row("empty R", "!16 w ", "<R/>");
     row("empty document", "!16 w z ", "");
