@@ -118,7 +118,6 @@ void ReferenceResolver::CollectKeys()
         }
         const std::size_t place = m_lKeys.size();
         m_lKeys.push_back({ &name, &counts, &entry->second });
-        m_hPlaces.insert(name, place);
         if (entry->second.m_iOpenRefs == 0) {
             m_oTurns.push({ 1, place });
         } else if (entry->second.m_iOpenRefs > 0) {
@@ -127,8 +126,20 @@ void ReferenceResolver::CollectKeys()
     }
 }
 
+void ReferenceResolver::IndexKeys()
+{
+    m_hPlaces.reserve(static_cast<int>(m_lKeys.size()));
+    for (std::size_t place = 0; place < m_lKeys.size(); ++place) {
+        m_hPlaces.insert(*m_lKeys[place].m_pName, place);
+    }
+}
+
 void ReferenceResolver::RunSweeps()
 {
+    // The pass of an include often finds many names and nothing to do.
+    if (!m_oTurns.empty() && m_hPlaces.isEmpty()) {
+        IndexKeys();
+    }
     // The first sweep already ends at a name that is declared nowhere.
     while (!m_oTurns.empty() && (m_pUndeclared == nullptr || m_oTurns.top().first == 1)
            && !m_oRun.m_oBudget.IsExceeded()) {
@@ -256,7 +267,9 @@ bool ReferenceResolver::InsertContent(const MissingElement &record, const Record
 const content::AttributeList &ReferenceResolver::SourceAttributes()
 {
     if (!m_oSourceAttributes) {
-        m_oSourceAttributes = content::ListAttributes(m_pSource->firstChild().toElement());
+        const QDomElement first = m_pSource->firstChild().toElement();
+        m_oSourceAttributes = m_oRun.m_oBudget.TakeListing(first.attributes().count()) ? content::ListAttributes(first)
+                                                                                       : content::AttributeList();
     }
     return *m_oSourceAttributes;
 }

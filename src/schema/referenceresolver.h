@@ -46,6 +46,7 @@ private:
     };
 
     void CollectKeys();
+    void IndexKeys();
     void RunSweeps();
     bool ReopenWaiting();
     bool HasWaiting(const Counts &counts) const;

@@ -291,7 +291,7 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     m_ChoiceMap = std::move(nested.m_ChoiceMap);
     // Only now: a document has no inside before its first node is made.
     m_pRun->m_oArena.Keep(*nested.m_pDocument);
-    m_oCache.Clear();
+    m_hAttributes.clear();
 }
 
 void XmlSchemaHandler::Join(SchemaRun &run, const QString &filePath)

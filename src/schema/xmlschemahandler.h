@@ -1,17 +1,18 @@
 #pragma once
 
-#include "schema/attributecache.h"
 #include "schema/localdeclaration.h"
 #include "schema/namedtype.h"
 #include "schema/opentags.h"
 #include "schema/schemarun.h"
 #include "schema/schematables.h"
+#include "schema/templatecontent.h"
 
 #include <QDomDocument>
 #include <QString>
 #include <QXmlDefaultHandler>
 
 #include <memory>
+#include <unordered_map>
 
 class ITagwright;
 
@@ -174,7 +175,10 @@ private:
     // Tags that are open below one that is passed over with its content, that one included.
     int m_iSkippedTags = 0;
     NamedType m_oNamedType;
-    AttributeCache m_oCache;
+    // The attributes of the first child of declarations that are read to their end, listed once for all elements that
+    // take them over, and those of one that is still open, as listed last.
+    std::unordered_map<const QDomDocumentFragment *, content::AttributeList> m_hAttributes;
+    content::AttributeList m_lOpenAttributes;
     // The entry of m_sGlobalName. Entries keep their place in the table, also when it moves to an include and back.
     TypeEntry *m_pGlobalEntry = nullptr;
     // Where m_pCurrentElement stands: its declaration's fragment, and its level there (1 for the declared element).
