@@ -20,6 +20,8 @@ bool HasOpenDialog(const XmlCreateReport &report)
 
 ReportKeeper::ReportKeeper()
 {
+    m_oEndTimer.setSingleShot(true);
+    connect(&m_oEndTimer, &QTimer::timeout, this, &ReportKeeper::ReleaseEnded);
     qAddPostRoutine(&ReportKeeper::EndWithApplication);
 }
 
@@ -43,7 +45,7 @@ bool ReportKeeper::eventFilter(QObject *watched, QEvent *event)
 {
     // Every end of a dialog hides it: its buttons, its frame, Escape. It is still busy with that, so it goes later.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
-        QMetaObject::invokeMethod(this, &ReportKeeper::ReleaseEnded, Qt::QueuedConnection);
+        m_oEndTimer.start();
     }
     return QObject::eventFilter(watched, event);
 }

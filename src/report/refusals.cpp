@@ -52,8 +52,7 @@ void Refusals::TellMissing(const QDomElement &element, int error)
 {
     trace::Write(Unit(), __LINE__, [&] {
         return QStringLiteral("%1 stays without a value, though it may not be left out (error %2).")
-            .arg(m_oPath.Of(element))
-            .arg(error);
+            .arg(m_oPath.Of(element), QString::number(error));
     });
 }
 
