@@ -28,6 +28,8 @@ ReportKeeper::ReportKeeper()
 ReportKeeper::~ReportKeeper()
 {
     qRemovePostRoutine(&ReportKeeper::EndWithApplication);
+    // Their dialogs hide while they go, which this object still hears of.
+    m_lReports.clear();
 }
 
 void ReportKeeper::Release(std::unique_ptr<XmlCreateReport> report)
