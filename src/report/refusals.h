@@ -43,6 +43,7 @@ private:
     };
 
     Target &GetTarget(const QString &attribute);
+    QString Sentence(const Target &target, const QDomElement &element);
 
     std::vector<Target> m_lTargets;
     NodePath m_oPath;

@@ -1,5 +1,6 @@
 // Repetitions and choices.
 
+#include "dom/nextsibling.h"
 #include "report/domparser.h"
 #include "report/xmlcreatereport.h"
 
@@ -59,7 +60,7 @@ void XmlCreateReport::DiscardChoiceItem()
     // The sibling behind it is passed over, whatever the walk may still keep for it.
     m_pDomParser->CompleteDocument();
     const QDomElement discarded = *m_pCurrentElement;
-    m_pDiscardSuccessor = std::make_unique<QDomElement>(discarded.nextSibling().toElement());
+    m_pDiscardSuccessor = std::make_unique<QDomElement>(dom::NextSibling(discarded).toElement());
     m_pCurrentElement = m_pDiscardSuccessor.get();
     const bool isRemoved = m_pDomParser->Remove(discarded);
     m_pDomParser->SetNodeToContinue(m_pCurrentElement, false);

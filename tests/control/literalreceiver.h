@@ -37,7 +37,9 @@ public:
     {
         XmlCreateReport builder(this);
         m_pReport = &builder;
-        return builder.CreateXmlFromSchema(schema, report, false);
+        const bool isRead = builder.CreateXmlFromSchema(schema, report, false);
+        m_pReport = nullptr;
+        return isRead;
     }
 
     void XmlUpdate(XmlEvent *event) override

@@ -21,11 +21,23 @@ QString Leaf(const char *name, const char *attributes = "")
         .arg(QLatin1String(name), QLatin1String(attributes));
 }
 
+// What is done once the event loop runs again.
+void Later(const std::function<void()> &action)
+{
+    auto *timer = new QTimer(QCoreApplication::instance());
+    timer->setSingleShot(true);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, action] {
+        timer->deleteLater();
+        action();
+    });
+    timer->start();
+}
+
 // Answers the next question box, and notes what it asked.
 QString s_question;
 void AnswerNext(QMessageBox::StandardButton answer)
 {
-    QTimer::singleShot(0, [answer] {
+    Later([answer] {
         auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         QVERIFY(box != nullptr);
         s_question = box->windowTitle() + QLatin1Char('|') + box->text();
@@ -346,7 +358,7 @@ void TestCommentDialog::MayEndWhileItAsks()
         report->CreateXmlFromSchema(m_pRun->SchemaPath(), m_pRun->ReportFolder() + QStringLiteral("/own.xml"), true));
     QDialog *dialog = report->GetCommentDialogs().front();
     dialog->findChild<QTextEdit *>()->setPlainText(QStringLiteral("typed"));
-    QTimer::singleShot(0, [&report] { report.reset(); });
+    Later([&report] { report.reset(); });
     dialog->close();
     QVERIFY(report == nullptr);
     QVERIFY(m_pRun->Reports().isEmpty());

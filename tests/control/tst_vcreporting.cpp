@@ -35,7 +35,7 @@ struct Desk
     void Press() { QTest::mouseClick(m_pControl->GetReportButton(), Qt::LeftButton); }
     QString Heard()
     {
-        const QString heard = m_lHeard.join(QLatin1Char(' '));
+        QString heard = m_lHeard.join(QLatin1Char(' '));
         m_lHeard.clear();
         return heard;
     }
