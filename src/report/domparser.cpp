@@ -326,11 +326,14 @@ void DomParser::CompleteDocument()
     }
 }
 
-// The siblings behind the level's present child.
+// The siblings behind the level's present child, as far as anything of them was kept out: a receiver may cause this at
+// each of them.
 void DomParser::CompleteRest(const Level &level)
 {
     ModelSequence models = level.m_oModels;
-    for (QDomNode node = level.m_oChild.nextSibling(); !node.isNull(); node = node.nextSibling()) {
+    QDomNode node = level.m_oChild;
+    while (models.HasMore() && !node.isNull()) {
+        node = node.nextSibling();
         models.Advance();
         if (const AttributeModel::Pointer model = models.GetCurrent()) {
             model->WriteTo(node);
