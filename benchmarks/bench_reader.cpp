@@ -66,7 +66,7 @@ void SetRate(benchmark::State &state)
 void SaxWithEmptyHandler(benchmark::State &state)
 {
     QFile file(ReportFile(state.range(0)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         QXmlDefaultHandler handler;
         QXmlSimpleReader parser;
         parser.setContentHandler(&handler);
@@ -80,7 +80,7 @@ void SaxWithEmptyHandler(benchmark::State &state)
 void DocumentSetContent(benchmark::State &state)
 {
     QFile file(ReportFile(state.range(0)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         QDomDocument document;
         file.open(QIODevice::ReadOnly);
         benchmark::DoNotOptimize(document.setContent(&file));
@@ -93,7 +93,7 @@ void SetXmlContentOfFile(benchmark::State &state)
 {
     Receiver receiver;
     const QString path = ReportFile(state.range(0));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         XMLReader reader(&receiver, nullptr);
         reader.SetXmlContent(path);
     }
@@ -105,7 +105,7 @@ void ParseXmlOfFile(benchmark::State &state)
     Receiver receiver;
     XMLReader reader(&receiver, nullptr);
     reader.SetXmlContent(ReportFile(state.range(0)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(reader.ParseXml());
     }
     SetRate(state);
@@ -119,7 +119,7 @@ void ParseXmlOfDocument(benchmark::State &state)
     Receiver receiver;
     XMLReader reader(&receiver, nullptr);
     reader.SetXmlContent(document);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(reader.ParseXml());
     }
     SetRate(state);
@@ -131,7 +131,7 @@ void GetElementOfFile(benchmark::State &state, const QString &name)
     Receiver receiver;
     XMLReader reader(&receiver, nullptr);
     reader.SetXmlContent(ReportFile(state.range(0)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(reader.GetElement(name, QString())->size());
     }
     SetRate(state);

@@ -10,9 +10,12 @@
 
 #include <QCheckBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
@@ -34,12 +37,20 @@ MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QS
     MakeCentre();
     statusBar()->addWidget(m_pAvailability, 1);
     ConnectControl();
-    resize(980, 660);
+    resize(900, 600);
 }
 
 VCReporting &MainWindow::GetControl()
 {
     return *m_pControl;
+}
+
+void MainWindow::SetSchema(const QString &schema)
+{
+    m_sSchema = schema;
+    m_pControl->SetSchema(schema);
+    // The next poll would do it, too, but the operator is looking now.
+    m_pControl->EnableReportButton(true);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
@@ -64,28 +75,49 @@ void MainWindow::MakeToolBar()
     auto *shortcut = new QShortcut(QKeySequence(Qt::SHIFT + Qt::Key_F10), this);
     connect(shortcut, &QShortcut::activated, button, &QToolButton::click);
 
-    auto *comment = new QCheckBox(tr("As&k for a comment"), toolBar);
+    AddToolWidgets(*toolBar);
+}
+
+// Buttons of their own, since those that a tool bar makes for its actions can't be reached by the tab key.
+void MainWindow::AddToolWidgets(QToolBar &toolBar)
+{
+    auto *comment = new QCheckBox(tr("As&k for a comment"), &toolBar);
     comment->setObjectName(QStringLiteral("comment"));
     connect(comment, &QCheckBox::toggled, m_pControl, &VCReporting::SetShowCommentDialog);
-    toolBar->addSeparator();
-    toolBar->addWidget(comment);
+    auto *schema = new QPushButton(tr("S&chema..."), &toolBar);
+    schema->setObjectName(QStringLiteral("schema"));
+    connect(schema, &QPushButton::clicked, this, &MainWindow::ChooseSchema);
+    for (QWidget *widget : std::initializer_list<QWidget *> { comment, schema }) {
+        toolBar.addSeparator();
+        toolBar.addWidget(widget);
+    }
+}
+
+void MainWindow::ChooseSchema()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(this, tr("The schema of the reports"), m_sSchema, tr("XML schemas (*.xsd)"));
+    if (!path.isEmpty()) {
+        SetSchema(path);
+    }
 }
 
 void MainWindow::MakeCentre()
 {
-    auto *splitter = new QSplitter(Qt::Horizontal, this);
-    splitter->addWidget(new Panel(m_oMeasurement, splitter));
-    auto *right = new QSplitter(Qt::Vertical, splitter);
-    auto *reports = new QGroupBox(tr("Reports"), right);
+    auto *centre = new QWidget(this);
+    auto *row = new QHBoxLayout(centre);
+    row->addWidget(new Panel(m_oMeasurement, centre));
+    auto *right = new QSplitter(Qt::Vertical, centre);
+    auto *reports = new QGroupBox(tr("&Reports"), right);
     auto *layout = new QVBoxLayout(reports);
     m_pReports = new ReportList(m_sReportFolder, reports);
     layout->addWidget(m_pReports);
     auto *view = new ReportView(right);
     right->addWidget(reports);
     right->addWidget(view);
-    right->setSizes({ 160, 420 });
-    splitter->setStretchFactor(1, 1);
-    setCentralWidget(splitter);
+    right->setSizes({ 150, 420 });
+    row->addWidget(right, 1);
+    setCentralWidget(centre);
     connect(m_pReports, &ReportList::ReportChosen, view, &ReportView::ShowReport);
 }
 

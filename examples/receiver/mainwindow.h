@@ -4,6 +4,7 @@
 
 class Measurement;
 class QLabel;
+class QToolBar;
 class ReportList;
 class VCReporting;
 
@@ -17,12 +18,16 @@ public:
     MainWindow(Measurement &measurement, const QString &schema, const QString &reportFolder, const QString &panelPath);
 
     VCReporting &GetControl();
+    /// Takes another schema, and tells at once whether it is there.
+    void SetSchema(const QString &schema);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
     void MakeToolBar();
+    void AddToolWidgets(QToolBar &toolBar);
+    void ChooseSchema();
     void MakeCentre();
     void ConnectControl();
     void ShowAvailability(bool isAvailable);

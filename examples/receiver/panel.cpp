@@ -15,6 +15,7 @@ Panel::Panel(Measurement &measurement, QWidget *parent)
     , m_oMeasurement(measurement)
 {
     auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(MakeMeasurementGroup());
     layout->addWidget(MakeReceiverGroup());
     layout->addWidget(MakeStationGroup());

@@ -9,12 +9,16 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
+#include <QPainter>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTextEdit>
 #include <QToolBar>
-#include <QToolButton>
 
 namespace {
+
+constexpr int kButtonWidth = 560;
 
 /// A time that doesn't change from one drawing to the next, a minute later at each look.
 class DrawnClock : public IOrvoOS
@@ -34,13 +38,25 @@ private:
     QDateTime m_tNow = QDateTime(QDate(2024, 5, 17), QTime(9, 27, 30));
 };
 
-bool Draw(QWidget *widget, const QString &folder, const char *name)
+bool Draw(QWidget &widget, const QString &folder, const char *name)
 {
-    if (widget == nullptr) {
-        return false;
-    }
     QCoreApplication::processEvents();
-    return widget->grab().save(QDir(folder).filePath(QLatin1String(name)));
+    return widget.grab().save(QDir(folder).filePath(QLatin1String(name)));
+}
+
+/// The tool bar, and below it the line that says why the button is as it is.
+bool DrawButton(MainWindow &window, const QString &folder, const char *name)
+{
+    window.statusBar()->clearMessage();
+    QCoreApplication::processEvents();
+    const QPixmap tools = window.findChild<QToolBar *>()->grab();
+    const QPixmap status = window.statusBar()->grab();
+    QPixmap both(kButtonWidth, tools.height() + status.height());
+    QPainter painter(&both);
+    painter.drawPixmap(0, 0, tools);
+    painter.drawPixmap(0, tools.height(), status);
+    painter.end();
+    return both.save(QDir(folder).filePath(QLatin1String(name)));
 }
 
 QWidget *FindCommentDialog()
@@ -63,29 +79,34 @@ bool DrawDialog(VCReporting &control, const QString &folder)
     }
     dialog->findChild<QTextEdit *>()->setPlainText(
         QApplication::translate("Pictures", "Carrier drifts by some 200 Hz within a minute."));
-    return Draw(dialog, folder, "comment-dialog.png");
+    return Draw(*dialog, folder, "comment-dialog.png");
 }
 
 } // namespace
 
 int DrawPictures(Measurement &measurement, const QString &schema, const QString &pictureFolder)
 {
-    QDir().mkpath(pictureFolder);
+    const QString schemaPath = QFileInfo(schema).absoluteFilePath();
+    const QString folder = QFileInfo(pictureFolder).absoluteFilePath();
+    QDir().mkpath(folder);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
     const DrawnClock clock;
-    const QTemporaryDir reports;
-    MainWindow window(measurement, schema, reports.path(), QString());
+    // What the window shows of paths is the same wherever the pictures are drawn.
+    const QTemporaryDir place;
+    QDir::setCurrent(place.path());
+    QDir().mkdir(QStringLiteral("reports"));
+    MainWindow window(measurement, schemaPath, QStringLiteral("reports"), QString());
     VCReporting &control = window.GetControl();
     window.show();
     for (const double frequency : { 89.3e6, 94.7e6, 98.1e6 }) {
         measurement.SetNumber(QStringLiteral("Measurement/Frequency"), frequency);
         control.SlotToReport();
     }
-    auto *toolBar = window.findChild<QToolBar *>();
-    bool isDrawn = Draw(&window, pictureFolder, "main-window.png");
-    isDrawn = Draw(toolBar, pictureFolder, "button-enabled.png") && isDrawn;
-    isDrawn = DrawDialog(control, pictureFolder) && isDrawn;
-    control.SetSchema(QStringLiteral("schemas/removed.xsd"));
-    control.EnableReportButton(true);
-    isDrawn = Draw(toolBar, pictureFolder, "button-disabled.png") && isDrawn;
+    bool isDrawn = Draw(window, folder, "main-window.png");
+    isDrawn = DrawButton(window, folder, "button-enabled.png") && isDrawn;
+    isDrawn = DrawDialog(control, folder) && isDrawn;
+    window.SetSchema(QStringLiteral("schemas/removed.xsd"));
+    isDrawn = DrawButton(window, folder, "button-disabled.png") && isDrawn;
     return isDrawn ? 0 : 1;
 }

@@ -15,11 +15,18 @@ QString OwnText(const QDomNode &node)
     return node.firstChildElement().isNull() ? node.toElement().text() : QString();
 }
 
+QString UnitName()
+{
+    return QStringLiteral("Unit");
+}
+
 QString ToText(const QXmlAttributes &attributes)
 {
     QStringList texts;
     for (int i = 0; i < attributes.count(); ++i) {
-        texts << QStringLiteral("%1 = %2").arg(attributes.qName(i), attributes.value(i));
+        if (attributes.qName(i) != UnitName()) {
+            texts << QStringLiteral("%1 = %2").arg(attributes.qName(i), attributes.value(i));
+        }
     }
     texts.sort();
     return texts.join(QStringLiteral(", "));
@@ -44,9 +51,8 @@ bool ReportTree::ShowFile(const QString &path)
     reader.SetXmlContent(path);
     const bool isRead = reader.ParseXml();
     expandAll();
-    for (int column = 0; column < kColumns; ++column) {
-        resizeColumnToContents(column);
-    }
+    resizeColumnToContents(kElement);
+    resizeColumnToContents(kValue);
     return isRead;
 }
 
@@ -63,6 +69,8 @@ void ReportTree::AddElement(ElemBeginEvent &event)
 {
     m_pCurrent = new QTreeWidgetItem(m_pCurrent);
     m_pCurrent->setText(kElement, event.GetElementName());
-    m_pCurrent->setText(kValue, OwnText(event.GetElementNode()));
-    m_pCurrent->setText(kAttributes, ToText(event.GetElementAttributes()));
+    const QXmlAttributes attributes = event.GetElementAttributes();
+    m_pCurrent->setText(kValue, OwnText(event.GetElementNode()) + QLatin1Char(' ') + attributes.value(UnitName()));
+    m_pCurrent->setText(kAttributes, ToText(attributes));
+    m_pCurrent->setToolTip(kAttributes, m_pCurrent->text(kAttributes));
 }

@@ -26,7 +26,7 @@ bool IsTimeName(const QString &name)
 
 ElementItems::ElementItems(const ItemIndex &index, const QString &name, const QString &parentName,
                            const QXmlAttributes &attributes)
-    : m_sPathName(MakePathName(parentName, name))
+    : m_sPathName(index.HasPathNames() ? MakePathName(parentName, name) : QString())
 {
     Add(index, name, kElement);
     if (!m_sPathName.isEmpty()) {

@@ -2,17 +2,28 @@
 
 #include <algorithm>
 
+namespace {
+
+bool IsPathName(const QString &name)
+{
+    return name.contains(QLatin1Char('/'));
+}
+
+} // namespace
+
 void ItemIndex::Append(const QString &name)
 {
     m_hSerials[name].push_back(m_iNextSerial);
     m_lSerials.push_back(m_iNextSerial);
     ++m_iNextSerial;
+    m_iPathNames += IsPathName(name) ? 1 : 0;
 }
 
 std::vector<int> ItemIndex::Remove(const QString &name)
 {
     std::vector<int> positions;
     ForEach(name, [&positions](int position) { positions.push_back(position); });
+    m_iPathNames -= IsPathName(name) ? static_cast<int>(positions.size()) : 0;
     m_hSerials.remove(name);
     EraseAt(m_lSerials, positions);
     return positions;
@@ -22,6 +33,7 @@ void ItemIndex::Clear()
 {
     m_hSerials.clear();
     m_lSerials.clear();
+    m_iPathNames = 0;
 }
 
 int ItemIndex::GetCount() const

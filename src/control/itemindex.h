@@ -21,6 +21,8 @@ public:
     void Clear();
 
     int GetCount() const;
+    /// Whether any item's name may be one of a parent and its child.
+    bool HasPathNames() const { return m_iPathNames > 0; }
     /// Calls `visit` with the position of each item of that name, in list order.
     template <typename Visit>
     void ForEach(const QString &name, Visit visit) const
@@ -41,6 +43,7 @@ private:
     QHash<QString, std::vector<quint64>> m_hSerials;
     std::vector<quint64> m_lSerials; // by position
     quint64 m_iNextSerial = 0;
+    int m_iPathNames = 0;
 };
 
 /// Takes what stands at the given ascending positions out of a list and closes the gaps.

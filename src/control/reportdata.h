@@ -24,23 +24,33 @@ enum ExplicitKind {
 class TAGWRIGHT_EXPORT ExplicitReportData
 {
 public:
+    /// No value.
     ExplicitReportData();
     // NOLINTBEGIN(google-explicit-constructor): implicit, as the interface has it.
+    /// A text.
     ExplicitReportData(QString text);
     /// The same for a text literal in UTF-8: without it C++ would take a literal for a bool.
     ExplicitReportData(const char *text);
+    /// A number. It is divided by 10 to the item's exponent when it is written.
     ExplicitReportData(double number);
+    /// A truth value.
     ExplicitReportData(bool flag);
+    /// A whole number. It is never scaled.
     ExplicitReportData(long value);
     // NOLINTEND(google-explicit-constructor)
     ExplicitReportData(const ExplicitReportData &other);
     ExplicitReportData &operator=(const ExplicitReportData &other);
     virtual ~ExplicitReportData();
 
+    /// Which of the fields below counts.
     ExplicitKind m_Kind = EXPLICIT_NONE;
+    /// The text of EXPLICIT_STRING.
     QString m_sText;
+    /// The number of EXPLICIT_DOUBLE.
     double m_dNumber = 0.0;
+    /// The truth value of EXPLICIT_BOOL.
     bool m_bFlag = false;
+    /// The whole number of EXPLICIT_LONG. Beyond 32 bits it is not written.
     long m_lValue = 0;
 };
 
@@ -78,11 +88,16 @@ public:
 
     /// Replaces the explicit value and opens the item, also with a `data` that holds none.
     void SetExplicitData(ExplicitReportData data);
+    /// The explicit value; of kind EXPLICIT_NONE if there is none.
     ExplicitReportData GetExplicitData();
 
+    /// How often the element is to stand.
     int GetMaxOccurs();
+    /// The name of the element or attribute, or "parent/child".
     QString GetName();
+    /// The text for the attribute "Unit".
     QString GetUnit();
+    /// The power of ten by which numbers are divided.
     int GetExponent();
     /// The value that the tree gave at construction, or null. The tree's.
     values::ValueBase *GetVTObject();

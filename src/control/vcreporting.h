@@ -4,6 +4,7 @@
 
 #include "events/itagwright.h"
 
+#include <QDateTime>
 #include <QPixmap>
 #include <QPointer>
 #include <QString>
@@ -170,6 +171,9 @@ private:
     std::unique_ptr<ItemIndex> m_pItemIndex; // of m_Items
     // What has left the list during a report: the host may do so while one of these is being read.
     std::vector<std::unique_ptr<ReportData>> m_lRetiredItems;
+    // The text that was read as a date last, and what came of it.
+    QString m_sLastDateText;
+    QDateTime m_tLastDate;
     bool m_bShowCommentDialog = false;
     bool m_bReporting = false;
 };

@@ -283,7 +283,13 @@ void VCReporting::RetryAsText()
 void VCReporting::RetryAsDateTime()
 {
     if (HasIndex("VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_STRING: m_iIndex is not valid.")) {
-        Retry(QDateTime::fromString(ReadText(*GetItem(m_iIndex)), Qt::ISODate));
+        // The same item serves one element after the other, and reading a date takes longer than all else here.
+        const QString text = ReadText(*GetItem(m_iIndex));
+        if (!text.isEmpty() && text != m_sLastDateText) {
+            m_sLastDateText = text;
+            m_tLastDate = QDateTime::fromString(text, Qt::ISODate);
+        }
+        Retry(text.isEmpty() ? QDateTime() : m_tLastDate);
     }
 }
 

@@ -6,8 +6,8 @@
 /// trace: Qt's parsers recurse on the stack of the host's GUI thread and expand entities without bound.
 namespace limits {
 
-/// Deepest nesting of elements in a file that is given to a parser. The place of an include may lie as deep, counted over
-/// all files that are open.
+/// Deepest nesting of elements in a file that is given to a parser. The place of an include may lie as deep, counted
+/// over all files that are open.
 constexpr int kMaxFileDepth = 500;
 /// Deepest nesting of parentheses in a file's content models; no parser that the library calls needs one.
 constexpr int kMaxContentModelDepth = 500;
@@ -17,8 +17,10 @@ constexpr qint64 kMaxEntityGrowth = 16 * 1024 * 1024;
 constexpr int kMaxTemplateDepth = 500;
 /// Most elements of a template while its schema is read, copies and clones counted before they are made.
 constexpr int kMaxTemplateElements = 250000;
-/// Most attributes of one element, since Qt finds an element's attributes by index only by counting.
-constexpr int kMaxElementAttributes = 20000;
+/// Most attributes of one element, and most steps in which a run may list the attributes of its types: Qt finds an
+/// attribute by its index only by counting up to it.
+constexpr int kMaxElementAttributes = 10000;
+constexpr qint64 kMaxListingSteps = 2'000'000'000;
 /// Most elements and most attributes of all declarations of a run together. What a template holds is a part of it.
 constexpr int kMaxRunElements = 500000;
 constexpr int kMaxRunAttributes = 2000000;

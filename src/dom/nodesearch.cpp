@@ -50,19 +50,19 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
     }
     QDomNode node = start.firstChild();
     while (!node.isNull()) {
-        if (node.nodeName() == name) {
-            if (node.isElement()) {
-                return node;
-            }
+        const bool isMatch = node.nodeName() == name;
+        const bool isStart = !isMatch && IsStartCalled(node, name);
+        if (isMatch && node.isElement()) {
+            return node;
+        }
+        if (isStart && roots.m_oTop.isElement()) {
+            return roots.m_oTop;
+        }
+        if (isMatch) {
             // No element: the search of its parent ends here without a result, and goes on behind the parent.
             node = NextOutside(node.parentNode(), start);
-        } else if (IsStartCalled(node, name)) {
-            if (roots.m_oTop.isElement()) {
-                return roots.m_oTop;
-            }
-            node = NextOutside(node, start);
         } else {
-            node = NextNode(node, start);
+            node = isStart ? NextOutside(node, start) : NextNode(node, start);
         }
     }
     return QDomNode();
@@ -79,12 +79,12 @@ void FindAll(const QString &name, const SearchRoots &roots, std::list<QDomNode> 
         if (node.nodeName() == name) {
             result.push_back(node);
             node = NextOutside(node, start);
-        } else {
-            if (IsStartCalled(node, name)) {
-                AppendTop(roots, result);
-            }
-            node = NextNode(node, start);
+            continue;
         }
+        if (IsStartCalled(node, name)) {
+            AppendTop(roots, result);
+        }
+        node = NextNode(node, start);
     }
 }
 

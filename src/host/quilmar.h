@@ -133,8 +133,8 @@ public:
     TreeItem *FindItem(QString path) override;
 
 private:
-    class MemoryNode;
-    class MemoryItem;
+    class TAGWRIGHT_HOST_NO_EXPORT MemoryNode;
+    class TAGWRIGHT_HOST_NO_EXPORT MemoryItem;
 
     MemoryNode *MakeNode(const QString &path);
     MemoryItem *FindMemoryItem(const QString &path);

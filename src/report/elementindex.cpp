@@ -40,6 +40,23 @@ bool IsNamedLikeElement(const QDomNode &node)
     return !node.isElement() && !node.nodeName().startsWith(QLatin1Char('#'));
 }
 
+// The first node from `node` on that a name may stand for, null at the end. A text may go at any time.
+QDomNode NextElement(QDomNode node, const QDomNode &end)
+{
+    while (!node.isNull() && node != end && !node.isElement() && !IsNamedLikeElement(node)) {
+        node = NextNode(node);
+    }
+    return node == end ? QDomNode() : node;
+}
+
+bool IsWithin(QDomNode node, const QDomNode &top)
+{
+    while (!node.isNull() && node != top) {
+        node = node.parentNode();
+    }
+    return !node.isNull();
+}
+
 } // namespace
 
 void ElementIndex::SetDocument(const QDomDocument &document)
@@ -47,6 +64,7 @@ void ElementIndex::SetDocument(const QDomDocument &document)
     Forget();
     m_iPatience = kSearchesAtFirst;
     m_hRemoved.clear();
+    m_oTop = Top();
     m_oDocument = document;
 }
 
@@ -59,15 +77,25 @@ void ElementIndex::SetUnwatched(bool unwatched)
 QDomNode ElementIndex::FindFirst(const QString &name)
 {
     ForgetIfChanged();
-    const dom::SearchRoots roots = dom::DocumentRoots(m_oDocument);
-    const bool isRoot = roots.m_oStart.tagName() == name;
+    const Top &top = GetTop();
+    const bool isRoot = top.m_sRootName == name;
     if (!m_bKnown && !isRoot && ++m_iSearches > m_iPatience) {
-        Build();
+        BeginScan();
     }
     if (!m_bKnown || isRoot || name.startsWith(QLatin1Char('#'))) {
-        return dom::FindFirst(name, roots);
+        return dom::FindFirst(name, { top.m_oRoot, top.m_oLast });
     }
     return FindKnown(name);
+}
+
+const ElementIndex::Top &ElementIndex::GetTop()
+{
+    if (!m_bUnwatched || m_oTop.m_oRoot.isNull()) {
+        m_oTop.m_oRoot = m_oDocument.documentElement();
+        m_oTop.m_sRootName = m_oTop.m_oRoot.tagName();
+        m_oTop.m_oLast = m_oDocument.lastChild();
+    }
+    return m_oTop;
 }
 
 bool ElementIndex::Remove(QDomNode node)
@@ -81,6 +109,9 @@ bool ElementIndex::Remove(QDomNode node)
         Forget();
     }
     const QDomNode successor = m_bKnown ? NextOutside(node) : QDomNode();
+    if (m_bKnown && IsWithin(m_oScan, node)) {
+        m_oScan = NextElement(successor, m_oScanEnd);
+    }
     m_hRemoved[NodeIdentity(node).Get()] = { node, successor };
     return !parent.removeChild(node).isNull();
 }
@@ -104,6 +135,8 @@ void ElementIndex::Forget()
     m_bKnown = false;
     m_iSearches = 0;
     m_hFirst.clear();
+    m_oScan.clear();
+    m_oScanEnd.clear();
     m_oProbe.Disarm();
 }
 
@@ -114,27 +147,39 @@ void ElementIndex::Arm()
     }
 }
 
-void ElementIndex::Build()
+void ElementIndex::BeginScan()
 {
-    const QDomElement root = m_oDocument.documentElement();
-    const QDomNode end = NextOutside(root);
-    for (QDomNode node = root.firstChild(); !node.isNull() && node != end; node = NextNode(node)) {
-        if (IsNamedLikeElement(node)) {
-            GiveUp();
-            return;
-        }
-        const QString name = node.nodeName();
-        if (node.isElement() && !m_hFirst.contains(name)) {
-            m_hFirst.insert(name, node);
-        }
-    }
+    const QDomElement root = GetTop().m_oRoot;
+    m_oScanEnd = NextOutside(root);
+    m_oScan = NextElement(root.firstChild(), m_oScanEnd);
     m_bKnown = true;
     Arm();
 }
 
+// Goes on with the scan until it has come upon the name or to the end. What is put into the document in front of the
+// scan are copies, of which each name has been seen.
+void ElementIndex::ScanTo(const QString &name)
+{
+    while (!m_oScan.isNull() && !m_hFirst.contains(name)) {
+        if (IsNamedLikeElement(m_oScan)) {
+            GiveUp();
+            return;
+        }
+        const QString scanned = m_oScan.nodeName();
+        if (!m_hFirst.contains(scanned)) {
+            m_hFirst.insert(scanned, m_oScan);
+        }
+        m_oScan = NextElement(NextNode(m_oScan), m_oScanEnd);
+    }
+}
+
 QDomNode ElementIndex::FindKnown(const QString &name)
 {
+    ScanTo(name);
     const auto entry = m_hFirst.find(name);
+    if (!m_bKnown) {
+        return dom::FindFirst(name, dom::DocumentRoots(m_oDocument));
+    }
     if (entry == m_hFirst.end()) {
         return QDomNode();
     }

@@ -3,6 +3,7 @@
 #include "report/changeprobe.h"
 
 #include <QDomDocument>
+#include <QDomElement>
 #include <QDomNode>
 #include <QHash>
 #include <QString>
@@ -35,11 +36,21 @@ public:
         ElementIndex *m_pIndex; // not owned
     };
 
+    /// What a search over the whole document begins on, and what it gives for the name of that.
+    struct Top
+    {
+        QDomElement m_oRoot;
+        QString m_sRootName;
+        QDomNode m_oLast;
+    };
+
     /// The document to know; a null one lets go of all nodes.
     void SetDocument(const QDomDocument &document);
 
     /// True: nobody but OwnChange and Remove changes the document, so that nothing needs to be noticed.
     void SetUnwatched(bool unwatched);
+
+    const Top &GetTop();
 
     /// The first element called so. A null node, or one that is no element, if there is none. If the document element
     /// is called so, the document's last child, whatever it is.
@@ -61,7 +72,8 @@ private:
     void GiveUp();
     void Forget();
     void Arm();
-    void Build();
+    void BeginScan();
+    void ScanTo(const QString &name);
     QDomNode FindKnown(const QString &name);
     bool FindAgain(const QString &name, QDomNode &first);
 
@@ -71,6 +83,10 @@ private:
     bool m_bUnwatched = false;
     int m_iSearches = 0;
     int m_iPatience = 0; // searches before the document is gone through as a whole
+    Top m_oTop;
+    // The names up to the node where the scan has stopped, which is the first that has not been looked at.
     QHash<QString, QDomNode> m_hFirst;
+    QDomNode m_oScan;
+    QDomNode m_oScanEnd;
     std::unordered_map<const void *, Removed> m_hRemoved;
 };

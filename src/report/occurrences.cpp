@@ -51,10 +51,10 @@ bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, cons
         return false;
     }
     const ParentKeys &parents = GetParents(name);
-    const QDomDocument document = element.ownerDocument();
-    if (element == document.documentElement()) {
+    const ElementIndex::Top &top = m_pIndex->GetTop();
+    if (element == top.m_oRoot) {
         // It is found as what a search gives that begins on the name sought: the document's last child.
-        return element == document.lastChild() && IsListed(parents, tagName, keyApplies);
+        return element == top.m_oLast && IsListed(parents, tagName, keyApplies);
     }
     for (QDomNode node = element.parentNode(); node.isElement(); node = node.parentNode()) {
         if (IsStart(node, parents, keyApplies)) {
@@ -81,14 +81,12 @@ const OccurrenceLookup::ParentKeys &OccurrenceLookup::GetParents(const QString &
 // bear a listed name; for the root's name the document's last child stands in, whatever its own name is.
 bool OccurrenceLookup::IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies)
 {
-    const QDomDocument document = node.ownerDocument();
-    const QString rootName = document.documentElement().tagName();
-    const QDomNode last = document.lastChild();
+    const ElementIndex::Top top = m_pIndex->GetTop();
     const QString name = node.nodeName();
-    const bool isRootListed = IsListed(parents, rootName, keyApplies);
-    if (node == last) {
-        return isRootListed && last.nodeName() == rootName;
+    if (node == top.m_oLast) {
+        return name == top.m_sRootName && IsListed(parents, name, keyApplies);
     }
-    const bool isListed = IsListed(parents, name, keyApplies) || (isRootListed && name == last.nodeName());
-    return isListed && name != rootName && m_pIndex->FindFirst(name) == node;
+    const bool isListed = IsListed(parents, name, keyApplies)
+        || (name == top.m_oLast.nodeName() && IsListed(parents, top.m_sRootName, keyApplies));
+    return isListed && name != top.m_sRootName && m_pIndex->FindFirst(name) == node;
 }

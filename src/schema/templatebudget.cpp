@@ -89,6 +89,17 @@ bool TemplateBudget::TakeAttributes(const QDomDocumentFragment *fragment, const 
     return Take(fragment, { 0, count, 0 }, 1);
 }
 
+bool TemplateBudget::TakeListing(qint64 attributes)
+{
+    if (IsExceeded()) {
+        return false;
+    }
+    m_iListingSteps += attributes * attributes / 2;
+    return m_iListingSteps <= limits::kMaxListingSteps
+        || Refuse(
+               QStringLiteral("the attributes of types are listed in at most %1 steps").arg(limits::kMaxListingSteps));
+}
+
 const Extent &TemplateBudget::Of(const QDomDocumentFragment *fragment)
 {
     const auto [entry, isNew] = m_hExtents.try_emplace(fragment);

@@ -29,6 +29,9 @@ public:
     /// Whether the element, which stands in the fragment, may get so many attributes more. They are counted.
     bool TakeAttributes(const QDomDocumentFragment *fragment, const QDomElement &element, qint64 count);
 
+    /// Whether the attributes of an element that has so many of them may be listed. The steps are counted.
+    bool TakeListing(qint64 attributes);
+
     /// What the fragment holds. One that the run has not built itself is measured.
     const Extent &Of(const QDomDocumentFragment *fragment);
 
@@ -41,5 +44,6 @@ private:
 
     std::unordered_map<const QDomDocumentFragment *, Extent> m_hExtents;
     Extent m_oTotal;
+    qint64 m_iListingSteps = 0;
     QString m_sReason;
 };

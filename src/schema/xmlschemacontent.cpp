@@ -352,7 +352,15 @@ TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
 const content::AttributeList &XmlSchemaHandler::AttributesOf(const QDomDocumentFragment &fragment)
 {
     const bool isOpen = &fragment == m_pFragment || &fragment == m_pGlobalFragment;
-    return isOpen ? m_oCache.OfOpen(fragment) : m_oCache.Of(fragment);
+    const auto known = isOpen ? m_hAttributes.end() : m_hAttributes.find(&fragment);
+    if (known != m_hAttributes.end()) {
+        return known->second;
+    }
+    const QDomElement first = fragment.firstChild().toElement();
+    const bool allowed = CheckBudget(m_pRun->m_oBudget.TakeListing(first.attributes().count()));
+    content::AttributeList &list = isOpen ? m_lOpenAttributes : m_hAttributes[&fragment];
+    list = allowed ? content::ListAttributes(first) : content::AttributeList();
+    return list;
 }
 
 QDomDocumentFragment *XmlSchemaHandler::TargetFragment() const

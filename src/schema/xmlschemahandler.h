@@ -1,17 +1,18 @@
 #pragma once
 
-#include "schema/attributecache.h"
 #include "schema/localdeclaration.h"
 #include "schema/namedtype.h"
 #include "schema/opentags.h"
 #include "schema/schemarun.h"
 #include "schema/schematables.h"
+#include "schema/templatecontent.h"
 
 #include <QDomDocument>
 #include <QString>
 #include <QXmlDefaultHandler>
 
 #include <memory>
+#include <unordered_map>
 
 class ITagwright;
 
@@ -38,6 +39,10 @@ public:
     /// Ends the template document, and what the tables of the run point to.
     ~XmlSchemaHandler() override;
     Q_DISABLE_COPY(XmlSchemaHandler)
+
+    /// For an owner that reads nothing but the template: the root's content is handed over to it instead of copied, and
+    /// its entry in the tables is left with an empty fragment. To be called before the run.
+    void SetRootMoves();
 
     /// The template: empty until a run has succeeded, then the instruction and the root element. Never null; the
     /// handler keeps it.
@@ -136,6 +141,7 @@ private:
     bool CheckBudget(bool allowed);
     Extent ExtentOfCopy(const LocalDeclaration &local);
     QString WhereText() const;
+    void TraceLimit() const;
     void TracePassedOver() const;
     void TraceRefusedInclude(const QString &path) const;
 
@@ -153,6 +159,7 @@ private:
     bool m_bInGlobal = false;
     bool m_bInGlobalAttribute = false;
     bool m_bHasInclude = false;
+    bool m_bRootMoves = false;
     QDomElement *m_pCurrentElement = nullptr;
     std::unique_ptr<QDomDocument> m_pDocument;
     QDomDocumentFragment *m_pFragment = nullptr;
@@ -174,7 +181,10 @@ private:
     // Tags that are open below one that is passed over with its content, that one included.
     int m_iSkippedTags = 0;
     NamedType m_oNamedType;
-    AttributeCache m_oCache;
+    // The attributes of the first child of declarations that are read to their end, listed once for all elements that
+    // take them over, and those of one that is still open, as listed last.
+    std::unordered_map<const QDomDocumentFragment *, content::AttributeList> m_hAttributes;
+    content::AttributeList m_lOpenAttributes;
     // The entry of m_sGlobalName. Entries keep their place in the table, also when it moves to an include and back.
     TypeEntry *m_pGlobalEntry = nullptr;
     // Where m_pCurrentElement stands: its declaration's fragment, and its level there (1 for the declared element).

@@ -27,9 +27,9 @@ class Node;
 ///     writer.GoToXmlParent();
 ///     writer.SaveXmlFile();
 ///
-/// Texts and values may hold anything that XML can: markup characters, line ends and blanks come back as they were (a
-/// text of blanks alone is lost when Qt reads it). Control characters and unpaired surrogates are for the caller to
-/// keep out. Names are not checked: a name with a blank, say, gives a file that nobody can read.
+/// Texts and values may hold anything: markup characters, line ends and blanks come back as they were, but for a text
+/// of blanks alone, which is lost when Qt reads it. What XML can't hold, such as a control character, is written as
+/// U+FFFD. Names are not checked: a name with a blank, say, gives a file that nobody can read.
 class TAGWRIGHT_EXPORT XMLWriter
 {
 public:
