@@ -235,8 +235,8 @@ bool DomParser::HandleUnsetElement()
     }
     const QString name = m_pCurrentElement->tagName();
     if (!CheckOccursMap(name) && !IsChoiceItem(name)) {
-        TellMissing();
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+        TellMissing();
         return false;
     }
     // Asked only now: what the receiver does on an error may take the type away.
@@ -251,10 +251,15 @@ bool DomParser::HandleUnsetElement()
     return true;
 }
 
-// A container lacks nothing itself, and an element with a default has that for its value.
+// A container lacks nothing itself, and an element with a default has that for its value. Told behind the error, which
+// the receiver may have answered with a value.
 void DomParser::TellMissing()
 {
-    if (trace::IsOn() && (HasType() || m_oRefusals.HasRefusedValue()) && !m_pCurrentElement->firstChild().isText()) {
+    if (!trace::IsOn() || m_bResumeRequested) {
+        return;
+    }
+    m_oRefusals.Tell(*m_pCurrentElement);
+    if ((HasType() || m_oRefusals.HasRefusedValue()) && !m_pCurrentElement->firstChild().isText()) {
         m_oRefusals.TellMissing(*m_pCurrentElement, ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
     }
 }
