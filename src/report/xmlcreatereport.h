@@ -108,6 +108,7 @@ private:
     bool ParseSchema(const QString &schemaPath);
     void WalkTemplate();
     void SetSchemaAttributes(const QString &normalisedPath);
+    void SaveReport(const QString &reportPath);
     void ShowCommentDialog(const QString &reportPath);
 
     // What the setters share. `attribute` is empty for the element's own value.
