@@ -6,8 +6,6 @@
 
 namespace {
 
-using Fill = std::function<void(VCReporting &)>;
-
 /// Gives an announced element the attributes that the case wants, so that any template can be had.
 using Decorate = std::function<void(QDomElement &)>;
 
