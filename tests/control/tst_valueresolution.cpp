@@ -1,14 +1,10 @@
 #include "literalreceiver.h"
 #include "support/controlrun.h"
 
-#include "control/itemindex.h"
-
 #include <QRandomGenerator>
 #include <QtTest>
 
 namespace {
-
-using Fill = std::function<void(VCReporting &)>;
 
 /// Gives an announced element the attributes that the case wants, so that any template can be had.
 using Decorate = std::function<void(QDomElement &)>;
@@ -139,7 +135,6 @@ private Q_SLOTS:
     void TracesAUnitThatIsNoText();
     void DoesWhatTheLiteralLoopDoes_data();
     void DoesWhatTheLiteralLoopDoes();
-    void IndexFollowsTheList();
 };
 
 void TestValueResolution::FillsOneElement_data()
@@ -391,34 +386,6 @@ void TestValueResolution::DoesWhatTheLiteralLoopDoes()
         QCOMPARE(control.m_lElements, literal.m_lElements);
         QCOMPARE(fast, run.LatestReport());
         QVERIFY(QFile::remove(run.ReportFolder() + QStringLiteral("/literal.xml")));
-    }
-}
-
-void TestValueResolution::IndexFollowsTheList()
-{
-    ItemIndex index;
-    std::vector<QString> list;
-    QRandomGenerator random(7);
-    for (int step = 0; step < 2000; ++step) {
-        const QString name = QString::number(random.bounded(12));
-        if (random.bounded(7) == 0) {
-            EraseAt(list, index.Remove(name));
-            QVERIFY(std::find(list.begin(), list.end(), name) == list.end());
-        } else {
-            index.Append(name);
-            list.push_back(name);
-        }
-        std::vector<int> expected;
-        for (int i = 0; i < static_cast<int>(list.size()); ++i) {
-            if (list[i] == QLatin1String("3")) {
-                expected.push_back(i);
-            }
-        }
-        std::vector<int> found;
-        index.ForEach(QStringLiteral("3"), [&found](int position) { found.push_back(position); });
-        QCOMPARE(found, expected);
-        QCOMPARE(index.FindFirst(QStringLiteral("3")), expected.empty() ? -1 : expected.front());
-        QCOMPARE(index.GetCount(), static_cast<int>(list.size()));
     }
 }
 
