@@ -2,15 +2,13 @@
 
 #include "host/trace.h"
 #include "schema/schemarun.h"
+#include "schema/schematags.h"
 
 #include <algorithm>
 
-namespace {
+using schematags::UnitName;
 
-QString UnitName()
-{
-    return QStringLiteral("xmlschemahandler");
-}
+namespace {
 
 int LevelOf(const QDomNode &node)
 {
@@ -45,15 +43,13 @@ void ReferenceResolver::DropReplaced()
 void ReferenceResolver::DropReplaced(Counts &counts)
 {
     for (auto count = counts.begin(); count != counts.end();) {
-        std::list<MissingElement> &records = count->second;
-        for (auto record = records.begin(); record != records.end();) {
-            const bool replaced = IsReplaced(*record);
-            if (replaced) {
-                m_oRun.m_hNotes.erase(&*record);
-            }
-            record = replaced ? records.erase(record) : std::next(record);
-        }
-        count = records.empty() ? counts.erase(count) : std::next(count);
+        count->second.remove_if([this](const MissingElement &record) {
+            const bool replaced = IsReplaced(record);
+            // Another record may come to stand at its address.
+            m_oRun.m_hNotes.erase(replaced ? &record : nullptr);
+            return replaced;
+        });
+        count = count->second.empty() ? counts.erase(count) : std::next(count);
     }
 }
 
@@ -179,17 +175,22 @@ void ReferenceResolver::Process(const Key &key)
     key.m_pEntry->m_iOpenRefs = -1;
     m_pSource = key.m_pEntry->m_pFragment;
     m_oSourceAttributes.reset();
-    for (auto &[count, records] : *key.m_pCounts) {
+    for (const auto &[count, records] : *key.m_pCounts) {
         for (const MissingElement &record : records) {
-            RecordNote &note = m_oRun.m_hNotes[&record];
-            // A count below 0 asks for no application at all.
-            if (!note.m_bApplied && count >= 0) {
-                key.m_pEntry->m_bUsed = true;
-                Apply(record, count, note);
-            }
-            note.m_bApplied = true;
+            ProcessRecord(*key.m_pEntry, record, count);
         }
     }
+}
+
+void ReferenceResolver::ProcessRecord(TypeEntry &entry, const MissingElement &record, int count)
+{
+    RecordNote &note = m_oRun.m_hNotes[&record];
+    // A count below 0 asks for no application at all.
+    if (!note.m_bApplied && count >= 0) {
+        entry.m_bUsed = true;
+        Apply(record, count, note);
+    }
+    note.m_bApplied = true;
 }
 
 void ReferenceResolver::Apply(const MissingElement &record, int count, RecordNote &note)
@@ -319,22 +320,33 @@ void ReferenceResolver::TraceLimit() const
     });
 }
 
-QStringList ReferenceResolver::CircleNames() const
+QHash<QString, QString> ReferenceResolver::OpenWaits() const
 {
-    // For each open name one that it waits for.
     QHash<QString, QString> waits;
-    QStringList names;
-    for (const Key &key : m_lKeys) {
-        if (key.m_pEntry->m_iOpenRefs <= 0) {
-            continue;
-        }
-        names << *key.m_pName;
+    const auto addOwners = [&waits](const Key &key) {
         for (const auto &[count, records] : *key.m_pCounts) {
             for (const MissingElement &record : records) {
                 waits.insert(record.m_sOwner, *key.m_pName);
             }
         }
+    };
+    for (const Key &key : m_lKeys) {
+        if (key.m_pEntry->m_iOpenRefs > 0) {
+            addOwners(key);
+        }
     }
+    return waits;
+}
+
+QStringList ReferenceResolver::CircleNames() const
+{
+    QStringList names;
+    for (const Key &key : m_lKeys) {
+        if (key.m_pEntry->m_iOpenRefs > 0) {
+            names << *key.m_pName;
+        }
+    }
+    const QHash<QString, QString> waits = OpenWaits();
     QStringList path;
     QHash<QString, int> steps;
     QString name = names.value(0);

@@ -51,6 +51,7 @@ private:
     bool ReopenWaiting();
     bool HasWaiting(const Counts &counts) const;
     void Process(const Key &key);
+    void ProcessRecord(TypeEntry &entry, const MissingElement &record, int count);
     void Apply(const MissingElement &record, int count, RecordNote &note);
     void ApplyAttributes(const MissingElement &record, const RecordNote &note);
     void ApplyContent(const MissingElement &record, const RecordNote &note, int times);
@@ -64,6 +65,8 @@ private:
     void TraceUndeclared() const;
     void TraceCircle() const;
     void TraceLimit() const;
+    // For each name that waits one open name that it waits for.
+    QHash<QString, QString> OpenWaits() const;
     QStringList CircleNames() const;
 
     MissingMap &m_MissingMap;

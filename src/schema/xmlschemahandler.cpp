@@ -38,6 +38,11 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
 
 XmlSchemaHandler::~XmlSchemaHandler() = default;
 
+void XmlSchemaHandler::SetRootMoves()
+{
+    m_bRootMoves = true;
+}
+
 QDomDocument *XmlSchemaHandler::GetDocument()
 {
     return m_pDocument.get();
@@ -344,7 +349,9 @@ void XmlSchemaHandler::BuildTemplate(bool whole)
     // There is no other way to a processing instruction of this name. The text has no element, so that the load reports
     // an error after it has made the instruction.
     m_pDocument->setContent(QStringLiteral("<?xml version='1.0' encoding=\"UTF-8\"?>"));
-    if (m_pFragment != nullptr) {
+    if (m_pFragment != nullptr && whole && m_bRootMoves) {
+        m_pDocument->appendChild(*m_pFragment);
+    } else if (m_pFragment != nullptr) {
         m_pDocument->appendChild(whole ? m_pFragment->cloneNode(true) : content::CloneContent(*m_pFragment));
     }
 }
@@ -376,10 +383,7 @@ bool XmlSchemaHandler::CheckBudget(bool allowed)
 {
     if (!allowed && !m_pRun->m_bLimitTraced) {
         m_pRun->m_bLimitTraced = true;
-        trace::Write(UnitName(), __LINE__, [this] {
-            return QStringLiteral("%1, and the tag %2 in %3 would break this: nothing more is built.")
-                .arg(m_pRun->m_oBudget.GetReason(), m_sTag, WhereText());
-        });
+        TraceLimit();
     }
     return allowed;
 }
@@ -389,6 +393,14 @@ QString XmlSchemaHandler::WhereText() const
     return m_pLocator == nullptr
         ? m_sFilePath
         : QStringLiteral("%1, line %2,").arg(m_sFilePath, QString::number(m_pLocator->lineNumber()));
+}
+
+void XmlSchemaHandler::TraceLimit() const
+{
+    trace::Write(UnitName(), __LINE__, [this] {
+        return QStringLiteral("%1, and the tag %2 in %3 would break this: nothing more is built.")
+            .arg(m_pRun->m_oBudget.GetReason(), m_sTag, WhereText());
+    });
 }
 
 void XmlSchemaHandler::TracePassedOver() const
