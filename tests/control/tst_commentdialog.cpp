@@ -355,22 +355,27 @@ void TestCommentDialog::MayEndWhileItAsks()
 void TestCommentDialog::EndsWithTheApplication()
 {
     QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), { QStringLiteral("--leave-open") }), 0);
+    QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), { QStringLiteral("--outlive") }), 0);
 }
 
 namespace {
 
-// An application that ends while a dialog is open: the dialog must go before it, unsaved.
+// An application that ends while a dialog is open: the dialog must go before it, unsaved, also if its control lives on.
 bool LeaveOpen(int &argc, char **argv)
 {
     const ControlRun run;
     bool isGone = false;
+    std::unique_ptr<VCReporting> control;
     {
         const QApplication application(argc, argv);
-        const auto control = run.MakeControl();
+        control = run.MakeControl();
         control->SetShowCommentDialog(true);
         control->SlotToReport();
         QObject::connect(OpenDialogs().value(0), &QObject::destroyed,
                          [&isGone] { isGone = QApplication::instance() != nullptr; });
+        if (qstrcmp(argv[1], "--outlive") != 0) {
+            control.reset();
+        }
     }
     return isGone && run.Reports().isEmpty();
 }
@@ -379,7 +384,7 @@ bool LeaveOpen(int &argc, char **argv)
 
 int main(int argc, char *argv[])
 {
-    if (argc == 2 && qstrcmp(argv[1], "--leave-open") == 0) {
+    if (argc == 2 && (qstrcmp(argv[1], "--leave-open") == 0 || qstrcmp(argv[1], "--outlive") == 0)) {
         return LeaveOpen(argc, argv) ? 0 : 1;
     }
     const QApplication application(argc, argv);

@@ -183,6 +183,7 @@ private Q_SLOTS:
                                  "(error 9).";
         QTest::newRow("enumeration") << "/R/kind: the value \"z\" was not written: not among the enumeration values "
                                         "(error 15).";
+        QTest::newRow("count") << "/R/kind may not stand 2 times here (error 16).";
         QTest::newRow("attribute") << "/R/s[1]/@u: the value \"4\" was not written: the type \"xs:string\" takes no "
                                       "integer (error 11).";
     }
@@ -207,6 +208,9 @@ private Q_SLOTS:
                 report.SetXmlValue(signal > 2 ? 9.5 : 5.5);
                 report.SetXmlValue(signal > 2 ? 10.5 : 6.5);
             } else {
+                if (name == QLatin1String("kind")) {
+                    report.SetElementMaxOccurs(name, 2);
+                }
                 report.SetXmlValue(name == QLatin1String("count") ? "abc" : "z");
             }
         };
