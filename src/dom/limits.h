@@ -20,7 +20,7 @@ constexpr int kMaxTemplateElements = 250000;
 /// Most attributes of one element, and most steps in which a run may list the attributes of its types: Qt finds an
 /// attribute by its index only by counting up to it.
 constexpr int kMaxElementAttributes = 10000;
-constexpr qint64 kMaxListingSteps = 2'000'000'000;
+constexpr qint64 kMaxListingSteps = 250'000'000;
 /// Most elements and most attributes of all declarations of a run together. What a template holds is a part of it.
 constexpr int kMaxRunElements = 500000;
 constexpr int kMaxRunAttributes = 2000000;

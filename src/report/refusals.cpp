@@ -59,6 +59,14 @@ void Refusals::TellMissing(const QDomElement &element, int error)
     });
 }
 
+void Refusals::TellCount(const QDomElement &element, int count, int error)
+{
+    trace::Write(Unit(), __LINE__, [&] {
+        return QStringLiteral("%1 may not stand %2 times here (error %3).")
+            .arg(m_oPath.Of(element), QString::number(count), QString::number(error));
+    });
+}
+
 bool Refusals::HasRefusedValue() const
 {
     return std::any_of(m_lTargets.begin(), m_lTargets.end(), [](const Target &target) {

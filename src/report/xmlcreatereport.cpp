@@ -1,11 +1,11 @@
 #include "report/xmlcreatereport.h"
 
 #include "control/commentdialogimpl.h"
+#include "dom/documentsaver.h"
 #include "dom/fileguard.h"
 #include "events/eventsender.h"
 #include "host/trace.h"
 #include "report/domparser.h"
-#include "report/reportsaver.h"
 #include "schema/xmlschemahandler.h"
 
 #include <QDir>
@@ -72,7 +72,7 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
         ShowCommentDialog(reportPath);
     } else {
         // Whether there is a file is no part of the result.
-        SaveReport(*m_pDocument, ToNativePath(reportPath));
+        SaveReport(reportPath);
     }
     return isParsed;
 }
@@ -92,13 +92,22 @@ bool XmlCreateReport::ParseSchema(const QString &schemaPath)
     const QXmlInputSource source(&file);
     const bool isParsed = m_pReader->parse(source);
     m_pReader.reset();
-    if (!isParsed) {
-        trace::Write(Unit(), __LINE__, [&path] {
-            return QLatin1String("The schema \"") + path
-                + QLatin1String("\" is not well-formed or could not be resolved; its report stays empty.");
-        });
-    }
+    TraceEmptyTemplate(path, isParsed);
     return isParsed;
+}
+
+void XmlCreateReport::TraceEmptyTemplate(const QString &path, bool isParsed)
+{
+    if (isParsed && !m_pSchemaHandler->GetDocument()->documentElement().isNull()) {
+        return;
+    }
+    trace::Write(Unit(), __LINE__, [&path, isParsed] {
+        return QLatin1String("The schema \"") + path
+            + (isParsed
+                   ? QLatin1String("\" declares no element that could be a root (only tags with the prefix \"xs:\" "
+                                   "count); its report stays empty.")
+                   : QLatin1String("\" is not well-formed or could not be resolved; its report stays empty."));
+    });
 }
 
 void XmlCreateReport::WalkTemplate()
@@ -117,6 +126,23 @@ void XmlCreateReport::SetSchemaAttributes(const QString &normalisedPath)
     QDomElement root = m_pDocument->documentElement();
     root.setAttribute(QStringLiteral("xsi:noNamespaceSchemaLocation"), normalisedPath);
     root.setAttribute(QStringLiteral("xmlns:xsi"), QStringLiteral("http://www.w3.org/2001/XMLSchema-instance"));
+}
+
+void XmlCreateReport::SaveReport(const QString &reportPath)
+{
+    const QString path = ToNativePath(reportPath);
+    const dom::SaveResult result = dom::SaveDocument(*m_pDocument, path);
+    if (!result.m_sFailure.isEmpty()) {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QLatin1String("The report \"") + path + QLatin1String("\" could not be saved: ") + result.m_sFailure;
+        });
+    }
+    if (result.m_bReplaced) {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QLatin1String("The report \"") + path
+                + QLatin1String("\" holds a character that XML can't hold; U+FFFD stands in its place.");
+        });
+    }
 }
 
 void XmlCreateReport::ShowCommentDialog(const QString &reportPath)
@@ -157,12 +183,22 @@ void XmlCreateReport::Refuse(int error, const QString &attribute, const QString 
 
 void XmlCreateReport::RefuseType(int error, const QString &attribute, const QString &value, const char *kind)
 {
+    if (trace::IsOn() && attribute.isEmpty() && HasValue()) {
+        Error(error); // announced once more: there is nothing to tell of an element that has got its value
+        return;
+    }
     Refuse(error, attribute, value, [this, &attribute, kind] {
         const QString holder = attribute.isEmpty() ? QStringLiteral("type") : attribute;
         const QString type = m_pDomParser->GetAttributes().GetValue(holder);
         return type.isEmpty() ? QStringLiteral("there is no type here")
                               : QStringLiteral("the type \"%1\" takes no %2").arg(type, QLatin1String(kind));
     });
+}
+
+bool XmlCreateReport::HasValue()
+{
+    return m_pCurrentElement->firstChild().isText()
+        && m_pDomParser->GetAttributes().GetValue(QStringLiteral("type")).isEmpty();
 }
 
 void XmlCreateReport::NoteWritten(const QString &attribute)

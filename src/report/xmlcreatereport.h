@@ -106,14 +106,17 @@ public:
 private:
     // The run.
     bool ParseSchema(const QString &schemaPath);
+    void TraceEmptyTemplate(const QString &path, bool isParsed);
     void WalkTemplate();
     void SetSchemaAttributes(const QString &normalisedPath);
+    void SaveReport(const QString &reportPath);
     void ShowCommentDialog(const QString &reportPath);
 
     // What the setters share. `attribute` is empty for the element's own value.
     void Error(int id);
     void Refuse(int error, const QString &attribute, const QString &value, const std::function<QString()> &reason);
     void RefuseType(int error, const QString &attribute, const QString &value, const char *kind);
+    bool HasValue();
     void NoteWritten(const QString &attribute);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;

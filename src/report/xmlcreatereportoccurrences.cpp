@@ -31,6 +31,8 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
         return;
     }
     if (!CheckOccursMap(name, m_pCurrentElement->tagName(), maxOccurs, m_pCurrentElement)) {
+        m_pDomParser->GetRefusals().TellCount(*m_pCurrentElement, maxOccurs,
+                                              ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         return;
     }
