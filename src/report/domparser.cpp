@@ -397,7 +397,7 @@ bool DomParser::IsChoiceItem(const QString &name) const
 void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
 {
     SendEvent<ElemBeginEvent>(m_pCallback, node, node.nodeName(), m_oAttributes.GetEventAttributes(), text,
-                              static_cast<INodeWatcher *>(this));
+                              static_cast<INodeWatcher *>(&m_oNodeWatch));
     // An element that is announced again may still get its values then.
     if (trace::IsOn() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
         m_oRefusals.Tell(node.toElement());
