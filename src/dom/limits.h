@@ -12,7 +12,7 @@ constexpr int kMaxFileDepth = 500;
 /// Deepest nesting of parentheses in a file's content models; no parser that the library calls needs one.
 constexpr int kMaxContentModelDepth = 500;
 /// How much more than the file's own size its text and attributes may come to through entities, in bytes.
-constexpr qint64 kMaxEntityGrowth = 16 * 1024 * 1024;
+constexpr qint64 kMaxEntityGrowth = qint64(16) * 1024 * 1024;
 /// Deepest nesting of a template while its schema is read.
 constexpr int kMaxTemplateDepth = 500;
 /// Most elements of a template while its schema is read, copies and clones counted before they are made.
