@@ -49,7 +49,7 @@ struct Item
     explicit Item(QString text)
     {
         const auto cut = [&text](QLatin1Char mark) {
-            const QString tail = text.section(mark, 1);
+            QString tail = text.section(mark, 1);
             text = text.section(mark, 0, 0);
             return tail;
         };
