@@ -68,16 +68,6 @@ std::string SignalElement(const Options &options)
         + "</xs:element>\n";
 }
 
-double Seconds(const std::function<bool()> &work)
-{
-    const Clock::time_point begin = Clock::now();
-    if (!work()) {
-        std::fprintf(stderr, "the work that is measured has failed\n");
-        std::exit(1);
-    }
-    return std::chrono::duration<double>(Clock::now() - begin).count();
-}
-
 std::string TypeName(int index)
 {
     char name[32];
@@ -179,6 +169,16 @@ std::string WaitingSchema(int types)
             + Element("Part", isLast ? "xs:string" : TypeName(i + 1)) + "</xs:sequence></xs:complexType>\n";
     }
     return text + "</xs:schema>\n";
+}
+
+double Seconds(const std::function<bool()> &work)
+{
+    const Clock::time_point begin = Clock::now();
+    if (!work()) {
+        std::fprintf(stderr, "the work that is measured has failed\n");
+        std::exit(1);
+    }
+    return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
 double Measure(const std::function<bool()> &work)

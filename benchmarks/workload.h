@@ -48,8 +48,10 @@ int FillersFor(int declarations);
 /// needs and named so that a sweep in the order of the names completes one type of a chain.
 std::string WaitingSchema(int types);
 
-/// The seconds that `work` takes. A short job is done several times, and the median counts. False from `work` ends the
-/// process: a failure must not look fast.
+/// The seconds that `work` takes, done once. False from `work` ends the process: a failure must not look fast.
+double Seconds(const std::function<bool()> &work);
+
+/// The seconds that `work` takes. A short job is done several times, and the median counts. False as in Seconds.
 double Measure(const std::function<bool()> &work);
 
 /// Measures, and prints the seconds in one line.

@@ -20,12 +20,6 @@ set(public_headers
   ${source_dir}/schema/schematables.h
   ${source_dir}/xml/xmlreader.h
   ${source_dir}/xml/xmlwriter.h)
-# TODO-LANDING
-foreach(h ${public_headers})
-  if(NOT EXISTS ${h})
-    list(REMOVE_ITEM public_headers ${h})
-  endif()
-endforeach()
 target_sources(tagwright PUBLIC FILE_SET HEADERS BASE_DIRS ${source_dir} ${generated_dir} FILES ${public_headers})
 if(NOT TAGWRIGHT_HOST_TARGET)
   target_sources(tagwright_host PUBLIC FILE_SET HEADERS BASE_DIRS ${source_dir} ${generated_dir} FILES
@@ -81,8 +75,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${TAGWRIGHT_DOC_DIR} C
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 
 if(TARGET receiver)
-  set_target_properties(receiver PROPERTIES OUTPUT_NAME tagwright-receiver
-                                            INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(receiver PROPERTIES INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
   install(TARGETS receiver RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT example)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/tagwright
     COMPONENT example)

@@ -7,6 +7,8 @@ cd "$TOP"
 export LC_ALL="${LC_ALL:-C.UTF-8}"
 # No screen is needed for anything here.
 export QT_QPA_PLATFORM=offscreen
+# Builds of the same sources (release, package, a fresh clone) share their objects in the compiler cache.
+export CCACHE_BASEDIR="$TOP"
 
 JOBS="${JOBS:-$(nproc)}"
 

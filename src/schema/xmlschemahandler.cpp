@@ -38,6 +38,11 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
 
 XmlSchemaHandler::~XmlSchemaHandler() = default;
 
+void XmlSchemaHandler::SetRootMoves()
+{
+    m_bRootMoves = true;
+}
+
 QDomDocument *XmlSchemaHandler::GetDocument()
 {
     return m_pDocument.get();
@@ -346,7 +351,9 @@ void XmlSchemaHandler::BuildTemplate(bool whole)
     // There is no other way to a processing instruction of this name. The text has no element, so that the load reports
     // an error after it has made the instruction.
     m_pDocument->setContent(QStringLiteral("<?xml version='1.0' encoding=\"UTF-8\"?>"));
-    if (m_pFragment != nullptr) {
+    if (m_pFragment != nullptr && whole && m_bRootMoves) {
+        m_pDocument->appendChild(*m_pFragment);
+    } else if (m_pFragment != nullptr) {
         m_pDocument->appendChild(whole ? m_pFragment->cloneNode(true) : content::CloneContent(*m_pFragment));
     }
 }

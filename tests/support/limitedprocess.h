@@ -74,7 +74,8 @@ inline void EnterLimits(const Limits &limits)
 #endif
 }
 
-template <typename Case> [[noreturn]] void RunChild(Case &run, const Limits &limits, int pipeEnd)
+template <typename Case>
+[[noreturn]] void RunChild(Case &run, const Limits &limits, int pipeEnd)
 {
     EnterLimits(limits);
     const QByteArray output = run();
@@ -117,7 +118,8 @@ inline QString EndOf(pid_t child)
 /// Runs a callable that returns a QByteArray in a copy of this process. It sees all that the caller sees, and nothing
 /// of what it changes comes back but its result. A leak in it isn't seen: leave that to rows that run in the test
 /// itself.
-template <typename Case> Result Run(Case run, const Limits &limits = Limits())
+template <typename Case>
+Result Run(Case run, const Limits &limits = Limits())
 {
     int ends[2] = { -1, -1 };
     if (pipe(ends) != 0) {
