@@ -51,7 +51,7 @@ private:
     bool ReadCharacterReference(QString &value);
     bool ReadParameterReference(bool isLiteral);
     bool SkipDeclaration();
-    bool RefuseContentModel();
+    bool CheckModelDepth(int depth);
     bool SkipLiteral(ushort quote);
     bool SkipPast(ushort mark, int count);
     bool Refuse(const QString &reason);

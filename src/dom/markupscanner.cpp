@@ -147,13 +147,12 @@ bool MarkupScanner::ScanStartTag()
         if (finder.Feed(character)) {
             m_oNamespaces.Declare(finder.GetName());
         }
-        if (!IsQuote(character)) {
-            continue;
-        }
-        if (!ScanValue(character)) {
+        if (IsQuote(character) && !ScanValue(character)) {
             return false;
         }
-        finder.BeginName();
+        if (IsQuote(character)) {
+            finder.BeginName();
+        }
     }
     return true;
 }
