@@ -46,6 +46,7 @@ private:
     };
 
     Target &GetTarget(const QString &attribute);
+    void TellRefused(const QDomElement &element, const Target &target);
 
     std::vector<Target> m_lTargets;
     NodePath m_oPath;
