@@ -1,7 +1,7 @@
 #include "control/commentdialogimpl.h"
 
+#include "dom/documentsaver.h"
 #include "host/veldra.h"
-#include "report/reportsaver.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -178,5 +178,5 @@ void CommentDialogImpl::AddComment(const QString &comment)
 // What can't be saved is not told to the operator; the dialog ends all the same.
 void CommentDialogImpl::SaveDocument()
 {
-    m_bSaved = SaveReport(*m_pDocument, m_sFileName);
+    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty();
 }

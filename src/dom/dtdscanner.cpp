@@ -235,11 +235,15 @@ bool DtdScanner::SkipDeclaration()
         }
         depth += (character == '(' ? 1 : 0) - (character == ')' ? 1 : 0);
         if (depth > limits::kMaxContentModelDepth) {
-            return Refuse(
-                QStringLiteral("more than %1 parentheses lie within each other").arg(limits::kMaxContentModelDepth));
+            return RefuseContentModel();
         }
     }
     return false;
+}
+
+bool DtdScanner::RefuseContentModel()
+{
+    return Refuse(QStringLiteral("more than %1 parentheses lie within each other").arg(limits::kMaxContentModelDepth));
 }
 
 bool DtdScanner::SkipLiteral(ushort quote)

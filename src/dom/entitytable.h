@@ -79,6 +79,7 @@ private:
 
     void FindReferences(int index);
     void ResolveChains();
+    void PassOn(const Entity &entity, std::vector<int> &resolved);
     void ResolveCircles();
     bool IsAnyCompletedInAnother() const;
     void ExpectTheWorst();

@@ -147,12 +147,13 @@ bool MarkupScanner::ScanStartTag()
         if (finder.Feed(character)) {
             m_oNamespaces.Declare(finder.GetName());
         }
-        if (IsQuote(character)) {
-            if (!ScanValue(character)) {
-                return false;
-            }
-            finder.BeginName();
+        if (!IsQuote(character)) {
+            continue;
         }
+        if (!ScanValue(character)) {
+            return false;
+        }
+        finder.BeginName();
     }
     return true;
 }

@@ -108,6 +108,7 @@ bool ElementIndex::Remove(QDomNode node)
     const OwnChange change(*this);
     if (parent.isDocument()) {
         Forget();
+        m_oTop = Top();
     }
     const QDomNode successor = m_bKnown ? NextOutside(node) : QDomNode();
     if (m_bKnown && IsWithin(m_oScan, node)) {

@@ -36,20 +36,19 @@ void Refusals::Written(const QString &attribute)
 void Refusals::Tell(const QDomElement &element)
 {
     for (Target &target : m_lTargets) {
-        if (!target.m_bWritten && !target.m_bTold) {
-            target.m_bTold = true;
-            TellRefused(element, target);
+        if (target.m_bWritten || target.m_bTold) {
+            continue;
         }
+        target.m_bTold = true;
+        trace::Write(Unit(), __LINE__, [&] { return Sentence(target, element); });
     }
 }
 
-void Refusals::TellRefused(const QDomElement &element, const Target &target)
+QString Refusals::Sentence(const Target &target, const QDomElement &element)
 {
-    trace::Write(Unit(), __LINE__, [&] {
-        const QString place = target.m_sAttribute.isEmpty() ? QString() : QLatin1String("/@") + target.m_sAttribute;
-        return QStringLiteral("%1%2: the value \"%3\" was not written: %4 (error %5).")
-            .arg(m_oPath.Of(element), place, target.m_sValue, target.m_sReason, QString::number(target.m_iError));
-    });
+    const QString place = target.m_sAttribute.isEmpty() ? QString() : QLatin1String("/@") + target.m_sAttribute;
+    return QStringLiteral("%1%2: the value \"%3\" was not written: %4 (error %5).")
+        .arg(m_oPath.Of(element), place, target.m_sValue, target.m_sReason, QString::number(target.m_iError));
 }
 
 void Refusals::TellMissing(const QDomElement &element, int error)

@@ -46,7 +46,7 @@ private:
     };
 
     Target &GetTarget(const QString &attribute);
-    void TellRefused(const QDomElement &element, const Target &target);
+    QString Sentence(const Target &target, const QDomElement &element);
 
     std::vector<Target> m_lTargets;
     NodePath m_oPath;

@@ -1,11 +1,11 @@
 #include "report/xmlcreatereport.h"
 
 #include "control/commentdialogimpl.h"
+#include "dom/documentsaver.h"
 #include "dom/fileguard.h"
 #include "events/eventsender.h"
 #include "host/trace.h"
 #include "report/domparser.h"
-#include "report/reportsaver.h"
 #include "schema/xmlschemahandler.h"
 
 #include <QDir>
@@ -72,7 +72,7 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
         ShowCommentDialog(reportPath);
     } else {
         // Whether there is a file is no part of the result.
-        SaveReport(*m_pDocument, ToNativePath(reportPath));
+        SaveReport(reportPath);
     }
     return isParsed;
 }
@@ -126,6 +126,23 @@ void XmlCreateReport::SetSchemaAttributes(const QString &normalisedPath)
     QDomElement root = m_pDocument->documentElement();
     root.setAttribute(QStringLiteral("xsi:noNamespaceSchemaLocation"), normalisedPath);
     root.setAttribute(QStringLiteral("xmlns:xsi"), QStringLiteral("http://www.w3.org/2001/XMLSchema-instance"));
+}
+
+void XmlCreateReport::SaveReport(const QString &reportPath)
+{
+    const QString path = ToNativePath(reportPath);
+    const dom::SaveResult result = dom::SaveDocument(*m_pDocument, path);
+    if (!result.m_sFailure.isEmpty()) {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QLatin1String("The report \"") + path + QLatin1String("\" could not be saved: ") + result.m_sFailure;
+        });
+    }
+    if (result.m_bReplaced) {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QLatin1String("The report \"") + path
+                + QLatin1String("\" holds a character that XML can't hold; U+FFFD stands in its place.");
+        });
+    }
 }
 
 void XmlCreateReport::ShowCommentDialog(const QString &reportPath)

@@ -109,6 +109,7 @@ private:
     void TraceEmptyTemplate(const QString &path, bool isParsed);
     void WalkTemplate();
     void SetSchemaAttributes(const QString &normalisedPath);
+    void SaveReport(const QString &reportPath);
     void ShowCommentDialog(const QString &reportPath);
 
     // What the setters share. `attribute` is empty for the element's own value.
