@@ -57,7 +57,7 @@ bool DomParser::Parse()
     }
     m_bWalking = true;
     if (!m_bUnwatched) {
-        NodeTaken();
+        m_oAttributes.SetShared();
     }
     m_oElementIndex.SetDocument(*m_pDocument);
     SendEvent<DocBeginEvent>(m_pCallback);
@@ -314,9 +314,13 @@ void DomParser::ResumeBehind(const QDomNode &node, const ModelSequence &models)
     m_oRefusals.Clear();
 }
 
-// Whoever takes a node may look at any place of the document, now and later, and change it.
+// Whoever takes a node may look at any place of the document, now and later, and change it. Told once: what is noticed
+// of changes from then on must not begin anew at each node.
 void DomParser::NodeTaken()
 {
+    if (!m_bUnwatched) {
+        return;
+    }
     CompleteDocument();
     m_bUnwatched = false;
     m_oElementIndex.SetUnwatched(false);

@@ -33,7 +33,7 @@ QString NodePath::Of(const QDomElement &element)
 
 QString NodePath::StepText(const QDomElement &element, std::size_t depth)
 {
-    const QString name = element.tagName();
+    QString name = element.tagName();
     if (element.parentNode().isNull()) {
         return name; // taken out: Qt may leave its siblings dangling
     }

@@ -1,26 +1,28 @@
 #include "schema/namedtype.h"
 
+#include "schema/templatebudget.h"
 #include "schema/templatecontent.h"
 
-void NamedType::Open(QDomDocument &document, QDomDocumentFragment &fragment)
+void NamedType::Open(QDomDocument &document, QDomDocumentFragment &fragment, TemplateBudget &budget)
 {
     Close();
     m_oDocument = document;
-    m_oFragment = fragment;
+    m_pFragment = &fragment;
+    m_pBudget = &budget;
 }
 
 void NamedType::Close()
 {
-    m_oFragment.clear();
+    m_pFragment = nullptr;
     m_oCarrier.clear();
     m_oRestriction.clear();
 }
 
 QDomElement NamedType::Carrier()
 {
-    if (m_oCarrier.isNull() && !m_oFragment.isNull()) {
+    if (m_oCarrier.isNull() && m_pFragment != nullptr) {
         m_oCarrier = NewPlaceholder();
-        m_oFragment.insertBefore(m_oCarrier, QDomNode());
+        m_pFragment->insertBefore(m_oCarrier, QDomNode());
     }
     return m_oCarrier;
 }
@@ -32,11 +34,9 @@ void NamedType::StartRestriction()
 
 QDomElement NamedType::Restriction()
 {
-    if (m_oRestriction.isNull()) {
-        m_oRestriction = AppendPlace();
-        if (!m_oRestriction.isNull() && m_oFragment.firstChild() == m_oRestriction) {
-            m_oCarrier = m_oRestriction;
-        }
+    if (m_oRestriction.isNull() && m_pFragment != nullptr) {
+        const bool isFirst = !m_pFragment->hasChildNodes();
+        m_oRestriction = isFirst ? Carrier() : AppendPlace();
     }
     return m_oRestriction;
 }
@@ -44,9 +44,10 @@ QDomElement NamedType::Restriction()
 QDomElement NamedType::AppendPlace()
 {
     QDomElement place;
-    if (!m_oFragment.isNull()) {
+    // Placeholders cost as much as elements when their fragment is cloned.
+    if (m_pFragment != nullptr && m_pBudget->Take(m_pFragment, { 1, 0, 1 }, 1)) {
         place = NewPlaceholder();
-        m_oFragment.appendChild(place);
+        m_pFragment->appendChild(place);
     }
     return place;
 }

@@ -184,7 +184,6 @@ void ReferenceResolver::Process(const Key &key)
 {
     key.m_pEntry->m_iOpenRefs = -1;
     m_pSource = key.m_pEntry->m_pFragment;
-    m_oSourceAttributes.reset();
     for (const auto &[count, records] : *key.m_pCounts) {
         for (const MissingElement &record : records) {
             ProcessRecord(*key.m_pEntry, record, count);
@@ -215,6 +214,7 @@ void ReferenceResolver::Apply(const MissingElement &record, int count, RecordNot
         } else {
             ApplyContent(record, note, times);
         }
+        m_oRun.m_oAttributes.Drop(note.m_pFragment);
     }
     // In a named type a record lowers what it has raised. In a global declaration each application lowers.
     Lower(record.m_sOwner, note.m_eKind == RecordKind::Place ? 1 : times);
@@ -223,7 +223,7 @@ void ReferenceResolver::Apply(const MissingElement &record, int count, RecordNot
 void ReferenceResolver::ApplyAttributes(const MissingElement &record, const RecordNote &note)
 {
     const QDomElement carrier = m_pSource->firstChild().toElement();
-    const content::AttributeList &attributes = SourceAttributes();
+    const content::AttributeList &attributes = m_oRun.m_oAttributes.Of(*m_pSource);
     if (carrier.isNull()
         || !m_oRun.m_oBudget.TakeAttributes(note.m_pFragment, *record.m_pParent,
                                             static_cast<qint64>(attributes.size()))) {
@@ -240,26 +240,27 @@ void ReferenceResolver::ApplyContent(const MissingElement &record, const RecordN
 {
     const bool hasCarrier = content::HasCarrier(*m_pSource);
     if (hasCarrier && note.m_eKind == RecordKind::Plain) {
-        const content::AttributeList &attributes = SourceAttributes();
+        const content::AttributeList &attributes = m_oRun.m_oAttributes.Of(*m_pSource);
         if (!m_oRun.m_oBudget.TakeAttributes(note.m_pFragment, *record.m_pParent,
                                              static_cast<qint64>(attributes.size()))) {
             return;
         }
         content::SetAttributes(attributes, *record.m_pParent);
     }
-    if (InsertContent(record, note, times) && note.m_eKind == RecordKind::Place) {
+    if (note.m_eKind == RecordKind::Place) {
+        m_oRun.m_oBudget.GiveBackElement(note.m_pFragment);
+    }
+    InsertContent(record, note, times);
+    if (note.m_eKind == RecordKind::Place) {
         record.m_pParent->parentNode().removeChild(*record.m_pParent);
     }
 }
 
-bool ReferenceResolver::InsertContent(const MissingElement &record, const RecordNote &note, int times)
+void ReferenceResolver::InsertContent(const MissingElement &record, const RecordNote &note, int times)
 {
     const Extent piece = m_oRun.m_oBudget.Of(m_pSource);
-    if (piece.m_iElements == 0) {
-        return true;
-    }
-    if (!m_oRun.m_oBudget.Allows(note.m_pFragment, piece, times, note.m_iLevel)) {
-        return false;
+    if (piece.m_iElements == 0 || !m_oRun.m_oBudget.Allows(note.m_pFragment, piece, times, note.m_iLevel)) {
+        return;
     }
     QDomElement &parent = *record.m_pParent;
     for (int copy = 0; copy < times && m_oRun.m_oBudget.Take(note.m_pFragment, piece, note.m_iLevel); ++copy) {
@@ -272,17 +273,6 @@ bool ReferenceResolver::InsertContent(const MissingElement &record, const Record
             parent.appendChild(clone);
         }
     }
-    return !m_oRun.m_oBudget.IsExceeded();
-}
-
-const content::AttributeList &ReferenceResolver::SourceAttributes()
-{
-    if (!m_oSourceAttributes) {
-        const QDomElement first = m_pSource->firstChild().toElement();
-        m_oSourceAttributes = m_oRun.m_oBudget.TakeListing(first.attributes().count()) ? content::ListAttributes(first)
-                                                                                       : content::AttributeList();
-    }
-    return *m_oSourceAttributes;
 }
 
 void ReferenceResolver::Lower(const QString &owner, int times)

@@ -7,7 +7,6 @@
 #include <QStringList>
 #include <queue>
 
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -55,8 +54,7 @@ private:
     void Apply(const MissingElement &record, int count, RecordNote &note);
     void ApplyAttributes(const MissingElement &record, const RecordNote &note);
     void ApplyContent(const MissingElement &record, const RecordNote &note, int times);
-    bool InsertContent(const MissingElement &record, const RecordNote &note, int times);
-    const content::AttributeList &SourceAttributes();
+    void InsertContent(const MissingElement &record, const RecordNote &note, int times);
     void Lower(const QString &owner, int times);
 
     bool IsReplaced(const MissingElement &record) const;
@@ -80,5 +78,4 @@ private:
     std::size_t m_iOpenKeys = 0;
     // The declaration that is being applied.
     QDomDocumentFragment *m_pSource = nullptr;
-    std::optional<content::AttributeList> m_oSourceAttributes;
 };

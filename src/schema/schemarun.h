@@ -1,5 +1,6 @@
 #pragma once
 
+#include "schema/attributecache.h"
 #include "schema/openfiles.h"
 #include "schema/schemaarena.h"
 #include "schema/schematables.h"
@@ -41,6 +42,7 @@ struct SchemaRun
     TemplateBudget m_oBudget;
     bool m_bLimitTraced = false;
     OpenFiles m_oFiles;
+    AttributeCache m_oAttributes { m_oBudget };
     /// By the record's place in the table, which it keeps when the tables move from handler to handler.
     std::unordered_map<const MissingElement *, RecordNote> m_hNotes;
     /// Declarations that another file has replaced since the latest pass.

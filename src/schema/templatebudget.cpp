@@ -29,7 +29,8 @@ Extent Measure(const QDomDocumentFragment &fragment)
     Extent extent;
     int level = 0;
     for (QDomNode node = NextNode(fragment, level); !node.isNull(); node = NextNode(node, level)) {
-        extent.m_iElements += content::IsPlaceholder(node) ? 0 : 1;
+        const bool isCarrier = level == 1 && node.previousSibling().isNull() && content::IsPlaceholder(node);
+        extent.m_iElements += isCarrier ? 0 : 1;
         extent.m_iAttributes += node.attributes().count();
         extent.m_iHeight = std::max(extent.m_iHeight, level);
     }
@@ -87,6 +88,15 @@ bool TemplateBudget::TakeAttributes(const QDomDocumentFragment *fragment, const 
         return Refuse(QStringLiteral("an element holds at most %1 attributes").arg(limits::kMaxElementAttributes));
     }
     return Take(fragment, { 0, count, 0 }, 1);
+}
+
+void TemplateBudget::GiveBackElement(const QDomDocumentFragment *fragment)
+{
+    const auto entry = m_hExtents.find(fragment);
+    if (entry != m_hExtents.end() && entry->second.m_iElements > 0) {
+        --entry->second.m_iElements;
+        --m_oTotal.m_iElements;
+    }
 }
 
 bool TemplateBudget::TakeListing(qint64 attributes)

@@ -5,7 +5,7 @@
 
 #include <unordered_map>
 
-/// What a piece of a template holds. Placeholders don't count as elements; what they carry does.
+/// What a piece of a template holds. The carrier of a named type doesn't count as an element; what it carries does.
 struct Extent
 {
     qint64 m_iElements = 0;
@@ -28,6 +28,9 @@ public:
 
     /// Whether the element, which stands in the fragment, may get so many attributes more. They are counted.
     bool TakeAttributes(const QDomDocumentFragment *fragment, const QDomElement &element, qint64 count);
+
+    /// A placeholder that was counted in the fragment is about to go.
+    void GiveBackElement(const QDomDocumentFragment *fragment);
 
     /// Whether the attributes of an element that has so many of them may be listed. The steps are counted.
     bool TakeListing(qint64 attributes);

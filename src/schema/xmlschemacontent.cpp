@@ -100,7 +100,9 @@ void XmlSchemaHandler::MakeReferences(const LocalDeclaration &local)
     TemplateBudget &budget = m_pRun->m_oBudget;
     const QDomDocumentFragment *source = entry->m_pFragment;
     const int copies = local.Copies();
-    if (!CheckBudget(budget.Allows(TargetFragment(), budget.Of(source), copies, TargetLevel()))) {
+    // Where there is nothing to repeat, a limit can't end the repeating.
+    if (budget.Of(source).m_iElements == 0
+        || !CheckBudget(budget.Allows(TargetFragment(), budget.Of(source), copies, TargetLevel()))) {
         return;
     }
     // A declaration that refers to itself grows with each copy.
@@ -265,7 +267,7 @@ void XmlSchemaHandler::WaitForCopies(const LocalDeclaration &local)
         FileRecord(local.m_sName, count, { m_pCurrentElement, m_pLocalElement, m_sGlobalName, false },
                    { RecordKind::Plain, m_pGlobalFragment, TargetLevel(), false });
     } else {
-        QDomElement *place = m_pRun->m_oArena.Keep(m_oNamedType.AppendPlace());
+        QDomElement *place = AppendPlace();
         RaiseOpenRefs();
         FileRecord(local.m_sName, count, { place, nullptr, m_sGlobalName, false },
                    { RecordKind::Place, m_pFragment, TargetLevel(), false });
@@ -304,11 +306,18 @@ void XmlSchemaHandler::WaitForReference(const LocalDeclaration &local)
         FileRecord(local.m_sRef, local.m_iMinOccurs, { m_pCurrentElement, after, m_sGlobalName, false },
                    { RecordKind::Plain, m_pGlobalFragment, TargetLevel(), false });
     } else {
-        QDomElement *place = m_pRun->m_oArena.Keep(m_oNamedType.AppendPlace());
+        QDomElement *place = AppendPlace();
         RaiseOpenRefs();
         FileRecord(local.m_sRef, local.m_iMinOccurs, { place, nullptr, m_sGlobalName, false },
                    { RecordKind::Place, m_pFragment, TargetLevel(), false });
     }
+}
+
+QDomElement *XmlSchemaHandler::AppendPlace()
+{
+    const QDomElement place = m_oNamedType.AppendPlace();
+    CheckBudget(!m_pRun->m_oBudget.IsExceeded());
+    return m_pRun->m_oArena.Keep(place);
 }
 
 void XmlSchemaHandler::WaitForAttributes(const QString &name, const Target &target, RecordKind kind)
@@ -352,15 +361,7 @@ TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
 const content::AttributeList &XmlSchemaHandler::AttributesOf(const QDomDocumentFragment &fragment)
 {
     const bool isOpen = &fragment == m_pFragment || &fragment == m_pGlobalFragment;
-    const auto known = isOpen ? m_hAttributes.end() : m_hAttributes.find(&fragment);
-    if (known != m_hAttributes.end()) {
-        return known->second;
-    }
-    const QDomElement first = fragment.firstChild().toElement();
-    const bool allowed = CheckBudget(m_pRun->m_oBudget.TakeListing(first.attributes().count()));
-    content::AttributeList &list = isOpen ? m_lOpenAttributes : m_hAttributes[&fragment];
-    list = allowed ? content::ListAttributes(first) : content::AttributeList();
-    return list;
+    return isOpen ? m_pRun->m_oAttributes.OfOpen(fragment) : m_pRun->m_oAttributes.Of(fragment);
 }
 
 QDomDocumentFragment *XmlSchemaHandler::TargetFragment() const

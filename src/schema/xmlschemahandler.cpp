@@ -188,7 +188,7 @@ void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
     if (atts.count() > 0) {
         m_oOpenTags.Mark(OpenTags::Kind::NamedType);
         m_pFragment = m_pRun->m_oArena.NewFragment(*m_pDocument);
-        m_oNamedType.Open(*m_pDocument, *m_pFragment);
+        m_oNamedType.Open(*m_pDocument, *m_pFragment, m_pRun->m_oBudget);
         m_sGlobalName = atts.value(0);
         FileEntry(m_sGlobalName, { true, 0, m_pFragment });
         m_pGlobalEntry = m_pTypeEntry;
@@ -296,7 +296,9 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     m_ChoiceMap = std::move(nested.m_ChoiceMap);
     // Only now: a document has no inside before its first node is made.
     m_pRun->m_oArena.Keep(*nested.m_pDocument);
-    m_hAttributes.clear();
+    // What is open here looked read to its end from there.
+    m_pRun->m_oAttributes.Drop(m_pFragment);
+    m_pRun->m_oAttributes.Drop(m_pGlobalFragment);
 }
 
 void XmlSchemaHandler::Join(SchemaRun &run, const QString &filePath)

@@ -12,7 +12,6 @@
 #include <QXmlDefaultHandler>
 
 #include <memory>
-#include <unordered_map>
 
 class ITagwright;
 
@@ -109,6 +108,7 @@ private:
     void WaitForType(const LocalDeclaration &local);
     void WaitForCopies(const LocalDeclaration &local);
     void MakeModel(const LocalDeclaration &local);
+    QDomElement *AppendPlace();
     void WaitForReference(const LocalDeclaration &local);
     void WaitForAttributes(const QString &name, const Target &target, RecordKind kind);
     void RaiseOpenRefs();
@@ -181,10 +181,6 @@ private:
     // Tags that are open below one that is passed over with its content, that one included.
     int m_iSkippedTags = 0;
     NamedType m_oNamedType;
-    // The attributes of the first child of declarations that are read to their end, listed once for all elements that
-    // take them over, and those of one that is still open, as listed last.
-    std::unordered_map<const QDomDocumentFragment *, content::AttributeList> m_hAttributes;
-    content::AttributeList m_lOpenAttributes;
     // The entry of m_sGlobalName. Entries keep their place in the table, also when it moves to an include and back.
     TypeEntry *m_pGlobalEntry = nullptr;
     // Where m_pCurrentElement stands: its declaration's fragment, and its level there (1 for the declared element).

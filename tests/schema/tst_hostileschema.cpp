@@ -83,6 +83,16 @@ const Case kCases[] = {
       "<xs:schema><xs:element name='r'><xs:complexType><xs:element ref='e' minOccurs='5000000'/></xs:complexType>"
       "</xs:element><xs:element name='e'/></xs:schema>",
       "0 0 a template holds" },
+    { "very many references to nothing",
+      "<xs:schema><xs:complexType name='T'/><xs:element name='r'><xs:complexType>"
+      "<xs:element ref='T' minOccurs='2000000000'/><xs:element ref='L' minOccurs='2000000000'/></xs:complexType>"
+      "</xs:element><xs:complexType name='L'/></xs:schema>",
+      "1 1 " },
+    { "many copies of many restrictions",
+      "<xs:schema><xs:complexType name='T'>{50000|<xs:restriction base='xs:int'/>}<xs:element name='x'/>"
+      "</xs:complexType><xs:element name='r'><xs:complexType><xs:element name='a' type='T' minOccurs='200000'/>"
+      "</xs:complexType></xs:element></xs:schema>",
+      "0 0 a template holds" },
     { "far too many copies in a named type",
       "<xs:schema><xs:complexType name='T'><xs:element name='a' minOccurs='5000000'/></xs:complexType></xs:schema>",
       "0 0 a template holds" },
@@ -202,21 +212,27 @@ void TestHostileSchema::nothingThatBlocksIsIncluded()
 
 void TestHostileSchema::limitsAreExact_data()
 {
-    QTest::addColumn<int>("copies");
+    QTest::addColumn<QString>("content");
     QTest::addColumn<int>("elements");
-    QTest::newRow("as many elements as a template may hold")
-        << limits::kMaxTemplateElements - 1 << limits::kMaxTemplateElements;
-    QTest::newRow("one more") << limits::kMaxTemplateElements << 0;
+    const QString copies = QStringLiteral("<xs:element name='a' minOccurs='%1' type='%2'/>");
+    const int most = limits::kMaxTemplateElements;
+    QTest::newRow("as many elements as may be") << copies.arg(most - 1).arg(QStringLiteral("xs:int")) << most;
+    QTest::newRow("one more") << copies.arg(most).arg(QStringLiteral("xs:int")) << 0;
+    QTest::newRow("of an earlier type") << copies.arg(most / 5 - 1).arg(QStringLiteral("T")) << most - 4;
+    QTest::newRow("of a later type") << copies.arg(most / 5 - 1).arg(QStringLiteral("L")) << most - 4;
 }
 
 void TestHostileSchema::limitsAreExact()
 {
-    QFETCH(int, copies);
-    SchemaReading reading;
-    const bool result = reading.Read(QStringLiteral("<xs:element name='r'><xs:complexType><xs:element name='a' "
-                                                    "minOccurs='%1'/></xs:complexType></xs:element>")
-                                         .arg(copies));
+    QFETCH(QString, content);
     QFETCH(int, elements);
+    const QString type = QStringLiteral("<xs:complexType name='%1'><xs:attribute name='u'/><xs:element ref='g'/>"
+                                        "<xs:element name='b' minOccurs='3'/></xs:complexType>");
+    SchemaReading reading;
+    const QString text = QStringLiteral("<xs:element name='g'/>") + type.arg(QStringLiteral("T"))
+        + QStringLiteral("<xs:element name='r'><xs:complexType>%1</xs:complexType></xs:element>").arg(content)
+        + type.arg(QStringLiteral("L"));
+    const bool result = reading.Read(text);
     QCOMPARE(result, elements > 0);
     QCOMPARE(CountElements(*reading.m_oHandler.GetDocument()), elements);
 }
