@@ -23,7 +23,7 @@
 ///
 /// While Parse() runs, the setters of XmlCreateReport reach the walk's position through GetCurrentElement() and
 /// SetNodeToContinue(). One object serves one walk, on one thread.
-class DomParser final : private INodeWatcher
+class DomParser : private INodeWatcher
 {
 public:
     /// `pCallback` receives all events; it is not owned. A null one is traced, and the object can't walk then.
