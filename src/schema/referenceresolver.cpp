@@ -19,6 +19,16 @@ int LevelOf(const QDomNode &node)
     return level;
 }
 
+void AddOwners(const std::map<int, std::list<MissingElement>> &counts, const QString &name,
+               QHash<QString, QString> &waits)
+{
+    for (const auto &[count, records] : counts) {
+        for (const MissingElement &record : records) {
+            waits.insert(record.m_sOwner, name);
+        }
+    }
+}
+
 } // namespace
 
 ReferenceResolver::ReferenceResolver(MissingMap &missing, TypeMap &types, SchemaRun &run)
@@ -320,33 +330,17 @@ void ReferenceResolver::TraceLimit() const
     });
 }
 
-QHash<QString, QString> ReferenceResolver::OpenWaits() const
-{
-    QHash<QString, QString> waits;
-    const auto addOwners = [&waits](const Key &key) {
-        for (const auto &[count, records] : *key.m_pCounts) {
-            for (const MissingElement &record : records) {
-                waits.insert(record.m_sOwner, *key.m_pName);
-            }
-        }
-    };
-    for (const Key &key : m_lKeys) {
-        if (key.m_pEntry->m_iOpenRefs > 0) {
-            addOwners(key);
-        }
-    }
-    return waits;
-}
-
 QStringList ReferenceResolver::CircleNames() const
 {
+    // For each name that waits one open name that it waits for.
+    QHash<QString, QString> waits;
     QStringList names;
     for (const Key &key : m_lKeys) {
         if (key.m_pEntry->m_iOpenRefs > 0) {
             names << *key.m_pName;
+            AddOwners(*key.m_pCounts, *key.m_pName, waits);
         }
     }
-    const QHash<QString, QString> waits = OpenWaits();
     QStringList path;
     QHash<QString, int> steps;
     QString name = names.value(0);

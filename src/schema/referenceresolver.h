@@ -65,8 +65,6 @@ private:
     void TraceUndeclared() const;
     void TraceCircle() const;
     void TraceLimit() const;
-    // For each name that waits one open name that it waits for.
-    QHash<QString, QString> OpenWaits() const;
     QStringList CircleNames() const;
 
     MissingMap &m_MissingMap;

@@ -186,7 +186,6 @@ private Q_SLOTS:
     void Walks_data();
     void Walks();
     void IsTheLiteralWalk();
-    void ProbeSeesChanges();
     void RowOfEmptyContainersNeedsNoStack();
     void RefusesWhatCannotBeWalked();
 };
@@ -258,19 +257,6 @@ void TestDomParser::IsTheLiteralWalk()
         const RandomReceiver<NewWalk> actual(seed, document, occurs, choices);
         QVERIFY2(actual.m_lHeard == expected.m_lHeard,
                  qPrintable(QStringLiteral("seed %1\n%2\n%3").arg(seed).arg(expected.Heard(), actual.Heard())));
-    }
-}
-
-void TestDomParser::ProbeSeesChanges()
-{
-    QDomDocument document = ReadTemplate(QStringLiteral("<R><A/></R>"));
-    QDomElement root = document.documentElement();
-    ChangeProbe probe;
-    for (int change = 0; change < 2; ++change) {
-        probe.Arm(document);
-        QVERIFY(!probe.HasChanged());
-        change == 0 ? root.appendChild(document.createElement(NameAt(0))) : root.removeChild(root.firstChild());
-        QVERIFY(probe.HasChanged());
     }
 }
 

@@ -1,11 +1,11 @@
 #include "support/limitedprocess.h"
+#include "support/schemafiles.h"
 #include "support/schemareading.h"
 #include "support/tracecapture.h"
 
 #include "dom/fileguard.h"
 #include "dom/limits.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -49,34 +49,110 @@ QByteArray ReadSchema(const QString &path)
     return QByteArray::number(result) + ' ' + QByteArray::number(elements) + ' ' + capture.Text().toUtf8();
 }
 
-QString Local(const QString &name, const QString &attributes)
+struct Case
 {
-    return QStringLiteral("<xs:element name='%1' %2/>").arg(name, attributes);
-}
+    const char *m_sName;
+    // "{n|text}" stands for n times the text, in which # is a number that counts from 10000, and ^ the one behind it.
+    // "{-n|text}" counts down to 10000.
+    const char *m_sText;
+    const char *m_sExpected;
+};
 
-QString Element(const QString &name, const QString &content)
-{
-    return QStringLiteral("<xs:element name='%1'><xs:complexType>%2</xs:complexType></xs:element>").arg(name, content);
-}
+const Case kCases[] = {
+    { "empty", "", "0 0 " },
+    { "truncated", "<xs:schema><xs:element name='a'><xs:complexType><xs:elem", "0 0 " },
+    { "another XML", "<html><body>text</body></html>", "1 0 " },
+    { "another prefix", "<xsd:schema><xsd:element name='a'/></xsd:schema>", "1 0 " },
+    { "nonsense in minOccurs",
+      "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' minOccurs='1e9'/>"
+      "<xs:element name='b' minOccurs='99999999999' maxOccurs='-'/></xs:complexType></xs:element></xs:schema>",
+      "1 3 " },
+    { "far too many copies",
+      "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' minOccurs='5000000'/></xs:complexType>"
+      "</xs:element></xs:schema>",
+      "0 0 a template holds" },
+    { "far too many copies of a later type",
+      "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' type='T' minOccurs='5000000'/>"
+      "</xs:complexType></xs:element><xs:complexType name='T'/></xs:schema>",
+      "0 0 a template holds" },
+    { "far too many references to an earlier element",
+      "<xs:schema><xs:element name='e'/><xs:element name='r'><xs:complexType><xs:element ref='e' minOccurs='5000000'/>"
+      "</xs:complexType></xs:element></xs:schema>",
+      "0 0 a template holds" },
+    { "far too many references to a later element",
+      "<xs:schema><xs:element name='r'><xs:complexType><xs:element ref='e' minOccurs='5000000'/></xs:complexType>"
+      "</xs:element><xs:element name='e'/></xs:schema>",
+      "0 0 a template holds" },
+    { "far too many copies in a named type",
+      "<xs:schema><xs:complexType name='T'><xs:element name='a' minOccurs='5000000'/></xs:complexType></xs:schema>",
+      "0 0 a template holds" },
+    { "types that double",
+      "<xs:schema><xs:complexType name='T10000'><xs:element name='x'/></xs:complexType>{40|<xs:complexType name='T^'>"
+      "<xs:element name='e' type='T#'/><xs:element name='f' type='T#'/></xs:complexType>}</xs:schema>",
+      "0 0 all declarations hold at most 500000 elements" },
+    { "types that double, declared the other way round",
+      "<xs:schema>{-40|<xs:complexType name='T^'><xs:element name='e' type='T#'/><xs:element name='f' type='T#'/>"
+      "</xs:complexType>}<xs:complexType name='T10000'><xs:element name='x'/></xs:complexType></xs:schema>",
+      "0 0 all declarations hold at most 500000 elements" },
+    { "a type that holds itself many times",
+      "<xs:schema><xs:complexType name='T'><xs:element name='a' type='T' minOccurs='40'/></xs:complexType></xs:schema>",
+      "0 0 a template holds" },
+    { "many copies of many enumerations",
+      "<xs:schema><xs:simpleType name='S'><xs:restriction base='xs:string'>{1000|<xs:enumeration value='v'/>}"
+      "</xs:restriction></xs:simpleType><xs:element name='r'><xs:complexType>"
+      "<xs:element name='a' type='S' minOccurs='200000'/></xs:complexType></xs:element></xs:schema>",
+      "0 0 all declarations hold at most 2000000 attributes" },
+    { "very many enumerations",
+      "<xs:schema><xs:simpleType name='S'><xs:restriction base='xs:string'>{50000|<xs:enumeration value='v'/>}"
+      "</xs:restriction></xs:simpleType></xs:schema>",
+      "0 0 an element holds at most 10000 attributes" },
+    { "many attributes that are listed many times",
+      "<xs:schema><xs:element name='r'><xs:complexType>{4900|<xs:attribute name='a#'/>}{300|<xs:extension base='r'/>}"
+      "</xs:complexType></xs:element></xs:schema>",
+      "0 0 the attributes of types are listed in at most 250000000 steps" },
+    { "a deep chain of types",
+      "<xs:schema><xs:complexType name='T10000'/>{3000|<xs:complexType name='T^'><xs:element name='e' type='T#'/>"
+      "</xs:complexType>}</xs:schema>",
+      "0 0 a template nests at most 500" },
+    { "a deep chain of later types",
+      "<xs:schema>{-3000|<xs:complexType name='T^'><xs:element name='e' type='T#'/></xs:complexType>}"
+      "<xs:complexType name='T10000'/></xs:schema>",
+      "0 0 a template nests at most 500" },
+    { "a deep chain of elements whose own counts stay at none",
+      "<xs:schema>{-3000|<xs:element name='a^'><xs:complexType mixed='true'><xs:element ref='a#'/></xs:complexType>"
+      "</xs:element>}<xs:element name='a10000'/></xs:schema>",
+      "0 0 a template nests at most 500" },
+    { "a file that includes itself",
+      "<xs:schema>{2|<xs:include schemaLocation='case.xsd'/>}<xs:element name='r'/></xs:schema>",
+      "1 1 The include of" },
+    { "entities that multiply",
+      "<!DOCTYPE a [<!ENTITY a10000 'aaaaaaaaaaaaaaaaaaaa'>{9|<!ENTITY a^ "
+      "'&a#;&a#;&a#;&a#;&a#;&a#;&a#;&a#;&a#;&a#;'>}]>"
+      "<xs:schema>&a10009;</xs:schema>",
+      "refused" },
+    { "a deep file", "{3500|<a>}{3500|</a>}", "refused" },
+    { "a file as deep as may be",
+      "<xs:schema>{166|<xs:element name='d'><xs:complexType><xs:sequence>}{166|</xs:sequence></xs:complexType>"
+      "</xs:element>}</xs:schema>",
+      "1 166 " },
+};
 
-// Types T1 to Tn, each of which holds the one before it `times` times; the root is of the last.
-QString TypeChain(int count, int times, bool backwards)
+QByteArray Expand(const char *text)
 {
-    QStringList types { QStringLiteral("<xs:complexType name='T0'><xs:element name='x'/></xs:complexType>") };
-    for (int i = 1; i <= count; ++i) {
-        types << QStringLiteral("<xs:complexType name='T%1'>%2</xs:complexType>")
-                     .arg(i)
-                     .arg(Local(QStringLiteral("e"), QStringLiteral("type='T%1'").arg(i - 1)).repeated(times));
+    constexpr int kFirst = 10000;
+    const QStringList parts = QString(QLatin1String(text)).split(QRegularExpression(QStringLiteral("[{}]")));
+    QString expanded;
+    for (int i = 0; i < parts.size(); ++i) {
+        const int times = i % 2 == 0 ? 1 : parts.at(i).section(QLatin1Char('|'), 0, 0).toInt();
+        const QString part = i % 2 == 0 ? parts.at(i) : parts.at(i).section(QLatin1Char('|'), 1);
+        for (int n = 0; n < qAbs(times); ++n) {
+            const int number = times < 0 ? kFirst - times - 1 - n : kFirst + n;
+            expanded += QString(part)
+                            .replace(QLatin1Char('#'), QString::number(number))
+                            .replace(QLatin1Char('^'), QString::number(number + 1));
+        }
     }
-    if (backwards) {
-        std::reverse(types.begin(), types.end());
-    }
-    return types.join(QString()) + Local(QStringLiteral("r"), QStringLiteral("type='T%1'").arg(count));
-}
-
-QString InSchema(const QString &declarations)
-{
-    return QStringLiteral("<xs:schema>%1</xs:schema>").arg(declarations);
+    return expanded.toUtf8();
 }
 
 } // namespace
@@ -85,86 +161,10 @@ void TestHostileSchema::comesToAnEnd_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QByteArray>("expected");
-
-    const auto row = [](const char *name, const QString &text, const char *expected) {
-        QTest::newRow(name) << text.toUtf8() << QByteArray(expected);
-    };
-    const QString tooMany = QStringLiteral("minOccurs='5000000'");
-    const QString good = Local(QStringLiteral("r"), QString());
-    row("empty", QString(), "0 0 ");
-    row("truncated", QStringLiteral("<xs:schema><xs:element name='a'><xs:complexType><xs:elem"), "0 0 ");
+    for (const Case &row : kCases) {
+        QTest::newRow(row.m_sName) << Expand(row.m_sText) << QByteArray(row.m_sExpected);
+    }
     QTest::newRow("binary") << QByteArray("\x7f\x45LF\0\1\2\xff\xfe\x80<<<&&&", 17) << QByteArray("0 0 ");
-    row("another XML", QStringLiteral("<html><body>text</body></html>"), "1 0 ");
-    row("another prefix", QStringLiteral("<xsd:schema><xsd:element name='a'/></xsd:schema>"), "1 0 ");
-    row("nonsense in minOccurs",
-        InSchema(Element(QStringLiteral("r"),
-                         Local(QStringLiteral("a"), QStringLiteral("minOccurs='1e9'"))
-                             + Local(QStringLiteral("b"), QStringLiteral("minOccurs='99999999999' maxOccurs='-'")))),
-        "1 3 ");
-    row("far too many copies", InSchema(Element(QStringLiteral("r"), Local(QStringLiteral("a"), tooMany))),
-        "0 0 a template");
-    row("far too many copies of a later type",
-        InSchema(Element(QStringLiteral("r"), Local(QStringLiteral("a"), QStringLiteral("type='T0' ") + tooMany))
-                 + TypeChain(0, 1, false)),
-        "0 0 a template");
-    row("far too many references, to an earlier and to a later element",
-        InSchema(Element(QStringLiteral("r"), QStringLiteral("<xs:element ref='z' %1/>").arg(tooMany))
-                 + Local(QStringLiteral("z"), QString())),
-        "0 0 a template");
-    row("copies in a named type",
-        InSchema(QStringLiteral("<xs:complexType name='T'>%1</xs:complexType>").arg(Local(QStringLiteral("a"), tooMany))
-                 + good),
-        "0 0 a template");
-    row("types that double", InSchema(TypeChain(40, 2, false)), "0 0 all declarations");
-    row("types that double, declared the other way round", InSchema(TypeChain(40, 2, true)), "0 0 all declarations");
-    row("types that hold themselves twice",
-        InSchema(QStringLiteral("<xs:complexType name='T'>%1</xs:complexType>")
-                     .arg(Local(QStringLiteral("a"), QStringLiteral("type='T' minOccurs='40'")))
-                 + good),
-        "0 0 a template");
-    row("many copies of many enumerations",
-        InSchema(
-            QStringLiteral("<xs:simpleType name='S'><xs:restriction base='xs:string'>%1</xs:restriction>"
-                           "</xs:simpleType>")
-                .arg(QString(QStringLiteral("<xs:enumeration value='v'/>")).repeated(1000))
-            + Element(QStringLiteral("r"), Local(QStringLiteral("a"), QStringLiteral("type='S' minOccurs='200000'")))),
-        "0 0 all declarations hold at most 2000000 attributes");
-    row("very many enumerations",
-        InSchema(QStringLiteral("<xs:simpleType name='S'><xs:restriction base='xs:string'>%1</xs:restriction>"
-                                "</xs:simpleType>")
-                     .arg(QString(QStringLiteral("<xs:enumeration value='v'/>")).repeated(50000))
-                 + good),
-        "0 0 an element holds at most 10000 attributes");
-    row("a deep chain of types", InSchema(TypeChain(3000, 1, false)), "0 0 a template nests at most 500");
-    row("a deep chain of later types", InSchema(TypeChain(3000, 1, true)), "0 0 a template nests at most 500");
-    QString mixed;
-    for (int i = 13000; i > 10000; --i) {
-        mixed += QStringLiteral("<xs:element name='a%1'><xs:complexType mixed='true'><xs:element ref='a%2'/>"
-                                "</xs:complexType></xs:element>")
-                     .arg(i)
-                     .arg(i - 1);
-    }
-    row("a deep chain of elements", InSchema(mixed + Local(QStringLiteral("a10000"), QString())),
-        "0 0 a template nests at most 500");
-    row("a file that includes itself",
-        InSchema(QStringLiteral("<xs:include schemaLocation='case.xsd'/>").repeated(2) + good), "1 1 The include of");
-    row("entities that multiply",
-        QStringLiteral("<!DOCTYPE a [<!ENTITY a 'aaaaaaaaaaaaaaaaaaaa'>%1]><xs:schema>&a9;</xs:schema>").arg([] {
-            QString entities;
-            for (int i = 1; i < 10; ++i) {
-                const QString before = i == 1 ? QStringLiteral("&a;") : QStringLiteral("&a%1;").arg(i - 1);
-                entities += QStringLiteral("<!ENTITY a%1 '%2'>").arg(i).arg(before.repeated(10));
-            }
-            return entities;
-        }()),
-        "refused");
-    row("a deep file", QString(QStringLiteral("<a>")).repeated(3500) + QString(QStringLiteral("</a>")).repeated(3500),
-        "refused");
-    QString deep = good;
-    for (int i = 0; i < 160; ++i) {
-        deep = Element(QStringLiteral("d"), deep);
-    }
-    row("a file as deep as may be", InSchema(deep), "1 161 ");
 }
 
 void TestHostileSchema::comesToAnEnd()
@@ -186,21 +186,14 @@ void TestHostileSchema::nothingThatBlocksIsIncluded()
 {
     const QTemporaryDir dir;
     QVERIFY(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo.xsd"))).constData(), 0600) == 0);
-    const QString include = QStringLiteral("<xs:include schemaLocation='%1'/>");
-    QFile file(dir.filePath(QStringLiteral("top.xsd")));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(InSchema(include.arg(QStringLiteral("fifo.xsd")) + include.arg(QStringLiteral("."))
-                        + Local(QStringLiteral("r"), QString()))
-                   .toUtf8());
     // Each of sixteen levels includes the next one twice: 65,536 readings if nothing counted them.
+    QString levels;
     for (int level = 0; level < 16; ++level) {
-        QFile next(dir.filePath(QStringLiteral("%1.xsd").arg(level)));
-        QVERIFY(next.open(QIODevice::WriteOnly));
-        next.write(InSchema(include.arg(QStringLiteral("%1.xsd").arg(level + 1)).repeated(2)).toUtf8());
+        levels += QStringLiteral("%1.xsd: include %2.xsd;include %2.xsd;\n").arg(level).arg(level + 1);
     }
-    file.close();
-    for (const char *name : { "top.xsd", "0.xsd" }) {
-        const QString path = dir.filePath(QLatin1String(name));
+    const QString blocking = QStringLiteral("top.xsd: include fifo.xsd;include .;<xs:element name='r'/>");
+    for (const QString &files : { levels, blocking }) {
+        const QString path = schemafiles::Write(dir, files);
         const auto result = limitedprocess::Run([&path] { return ReadSchema(path); });
         QCOMPARE(result.m_sReason, QString());
         QVERIFY(result.m_sOutput.startsWith('1'));
@@ -220,8 +213,9 @@ void TestHostileSchema::limitsAreExact()
 {
     QFETCH(int, copies);
     SchemaReading reading;
-    const bool result = reading.Read(
-        Element(QStringLiteral("r"), Local(QStringLiteral("a"), QStringLiteral("minOccurs='%1'").arg(copies))));
+    const bool result = reading.Read(QStringLiteral("<xs:element name='r'><xs:complexType><xs:element name='a' "
+                                                    "minOccurs='%1'/></xs:complexType></xs:element>")
+                                         .arg(copies));
     QFETCH(int, elements);
     QCOMPARE(result, elements > 0);
     QCOMPARE(CountElements(*reading.m_oHandler.GetDocument()), elements);
