@@ -12,7 +12,7 @@ constexpr int kMaxFileDepth = 500;
 /// Deepest nesting of parentheses in a file's content models; no parser that the library calls needs one.
 constexpr int kMaxContentModelDepth = 500;
 /// How much more than the file's own size its text and attributes may come to through entities, in bytes.
-constexpr qint64 kMaxEntityGrowth = qint64(16) * 1024 * 1024;
+constexpr qint64 kMaxEntityGrowth = qint64 { 16 } * 1024 * 1024;
 /// Deepest nesting of a template while its schema is read.
 constexpr int kMaxTemplateDepth = 500;
 /// Most elements of a template while its schema is read, copies and clones counted before they are made.
@@ -20,7 +20,7 @@ constexpr int kMaxTemplateElements = 250000;
 /// Most attributes of one element, and most steps in which a run may list the attributes of its types: Qt finds an
 /// attribute by its index only by counting up to it.
 constexpr int kMaxElementAttributes = 10000;
-constexpr qint64 kMaxListingSteps = 2'000'000'000;
+constexpr qint64 kMaxListingSteps = 250'000'000;
 /// Most elements and most attributes of all declarations of a run together. What a template holds is a part of it.
 constexpr int kMaxRunElements = 500000;
 constexpr int kMaxRunAttributes = 2000000;
