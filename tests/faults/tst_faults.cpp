@@ -79,10 +79,15 @@ Undo TakeRightsAway(const ControlRun &run)
     if (isAdministrator && seteuid(65534) != 0) {
         return Undo();
     }
-    return [folder, isAdministrator] {
+    const Undo undo = [folder, isAdministrator] {
         QVERIFY(!isAdministrator || seteuid(0) == 0);
         chmod(folder.constData(), 0755);
     };
+    if (!QFile(run.SchemaPath()).open(QIODevice::ReadOnly)) {
+        undo(); // the place for temporary files is the administrator's own
+        return Undo();
+    }
+    return undo;
 }
 
 Undo TakeTheName(const ControlRun &run)

@@ -255,6 +255,9 @@ private Q_SLOTS:
                 report.SetXmlValue(signal > 2 ? 9.5 : 5.5);
                 report.SetXmlValue(signal > 2 ? 10.5 : 6.5);
             } else if (name != QLatin1String("late")) {
+                if (name == QLatin1String("kind")) {
+                    report.SetElementMaxOccurs(name, 2);
+                }
                 report.SetXmlValue(name == QLatin1String("count") ? "abc" : "z");
             }
         };
@@ -282,6 +285,7 @@ private Q_SLOTS:
             QStringLiteral(
                 "/R/s[2]/count: the value \"abc\" was not written: the type \"int\" takes no string (error 9)."),
             QStringLiteral("/R/s[2]/count stays without a value, though it may not be left out (error 16)."),
+            QStringLiteral("/R/kind may not stand 2 times here (error 16)."),
             QStringLiteral("/R/kind: the value \"z\" was not written: not among the enumeration values (error 15)."),
             QStringLiteral("/R/kind stays without a value, though it may not be left out (error 16)."),
         };
