@@ -178,5 +178,5 @@ void CommentDialogImpl::AddComment(const QString &comment)
 // What can't be saved is not told to the operator; the dialog ends all the same.
 void CommentDialogImpl::SaveDocument()
 {
-    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty();
+    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty() || m_bSaved;
 }
