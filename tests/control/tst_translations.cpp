@@ -2,10 +2,14 @@
 #include "control/vcreporting.h"
 #include "host/ostrel.h"
 
+#include <QApplication>
 #include <QDomDocument>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <QTextEdit>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -41,6 +45,26 @@ private Q_SLOTS:
         QToolBar toolBar;
         VCReporting control(QStringLiteral("s.xsd"), QStringLiteral("r"), &toolBar, true, nullptr, false, QPixmap());
         QTEST(control.GetReportButton()->toolTip(), "button");
+    }
+
+    void asksInTheLanguage()
+    {
+        TranslationCenter::Instance().SetLocale(QLocale(QLocale::German));
+        CommentDialogImpl dialog;
+        QDomDocument document;
+        dialog.SetDocument(&document);
+        dialog.ShowData();
+        dialog.findChild<QTextEdit *>(QStringLiteral("m_pTextEdit"))->setPlainText(QStringLiteral("x"));
+        QString asked;
+        QTimer::singleShot(0, &dialog, [&asked] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            asked = box == nullptr ? QString() : box->windowTitle() + QLatin1Char('|') + box->text();
+            if (box != nullptr) {
+                box->button(QMessageBox::Cancel)->click();
+            }
+        });
+        dialog.close();
+        QCOMPARE(asked, QString::fromUtf8("Warnung|Sie haben einen Kommentar eingegeben. Möchten Sie ihn speichern?"));
     }
 
     void cutsNoTextAtItsLength_data()
