@@ -4,6 +4,7 @@
 #include "xml/xmlreader.h"
 
 #include <QHeaderView>
+#include <QRegularExpression>
 
 namespace {
 
@@ -20,14 +21,14 @@ QString UnitName()
     return QStringLiteral("Unit");
 }
 
+/// All but the unit, which is shown with the value.
 QString ToText(const QXmlAttributes &attributes)
 {
     QStringList texts;
     for (int i = 0; i < attributes.count(); ++i) {
-        if (attributes.qName(i) != UnitName()) {
-            texts << QStringLiteral("%1 = %2").arg(attributes.qName(i), attributes.value(i));
-        }
+        texts << QStringLiteral("%1 = %2").arg(attributes.qName(i), attributes.value(i));
     }
+    texts = texts.filter(QRegularExpression(QStringLiteral("^(?!Unit = )")));
     texts.sort();
     return texts.join(QStringLiteral(", "));
 }

@@ -3,13 +3,16 @@
 #include "dom/documentsaver.h"
 #include "host/veldra.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDomDocument>
 #include <QLayout>
 #include <QMessageBox>
 #include <QPointer>
 
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -30,6 +33,17 @@ QString TextOrDashes(const QDomElement &element, const QString &suffix = QString
     return element.isNull() ? QStringLiteral("---") : element.text() + suffix;
 }
 
+/// No widget may outlive the application, whoever owns it; its owner hears of that through a guarded pointer.
+void EndWithApplication()
+{
+    std::vector<std::unique_ptr<CommentDialogImpl>> ended;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *dialog = qobject_cast<CommentDialogImpl *>(widget)) {
+            ended.emplace_back(dialog);
+        }
+    }
+}
+
 QString UnitSuffix(const QDomElement &element)
 {
     const QString unit = element.attribute(QStringLiteral("Unit"));
@@ -41,6 +55,9 @@ QString UnitSuffix(const QDomElement &element)
 CommentDialogImpl::CommentDialogImpl()
     : QDialog(nullptr, Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
 {
+    // Once in the list, however many dialogs there are.
+    qRemovePostRoutine(&EndWithApplication);
+    qAddPostRoutine(&EndWithApplication);
     setObjectName(QStringLiteral("ToReportCommentDialog"));
     setupUi(this);
     for (QLabel *label : { m_pFrequencyLabel, m_pLevelLabel, m_pBandwidthLabel, m_pTimeLabel, m_pAzimuthLabel }) {
@@ -161,5 +178,5 @@ void CommentDialogImpl::AddComment(const QString &comment)
 // What can't be saved is not told to the operator; the dialog ends all the same.
 void CommentDialogImpl::SaveDocument()
 {
-    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty();
+    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty() || m_bSaved;
 }

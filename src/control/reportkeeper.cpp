@@ -20,12 +20,16 @@ bool HasOpenDialog(const XmlCreateReport &report)
 
 ReportKeeper::ReportKeeper()
 {
+    m_oEndTimer.setSingleShot(true);
+    connect(&m_oEndTimer, &QTimer::timeout, this, &ReportKeeper::ReleaseEnded);
     qAddPostRoutine(&ReportKeeper::EndWithApplication);
 }
 
 ReportKeeper::~ReportKeeper()
 {
     qRemovePostRoutine(&ReportKeeper::EndWithApplication);
+    // Their dialogs hide while they go, which this object still hears of.
+    m_lReports.clear();
 }
 
 void ReportKeeper::Release(std::unique_ptr<XmlCreateReport> report)
@@ -43,7 +47,7 @@ bool ReportKeeper::eventFilter(QObject *watched, QEvent *event)
 {
     // Every end of a dialog hides it: its buttons, its frame, Escape. It is still busy with that, so it goes later.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
-        QMetaObject::invokeMethod(this, &ReportKeeper::ReleaseEnded, Qt::QueuedConnection);
+        m_oEndTimer.start();
     }
     return QObject::eventFilter(watched, event);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include <list>
 #include <memory>
@@ -31,4 +32,5 @@ private:
     void ReleaseEnded();
 
     std::list<std::unique_ptr<XmlCreateReport>> m_lReports;
+    QTimer m_oEndTimer; // fires once the dialog that has ended is through with it
 };

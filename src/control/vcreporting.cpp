@@ -52,7 +52,7 @@ void End(const QPointer<Object> &object)
 VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *toolBar, bool showButton,
                          const char *objectName, bool deleteAfterUse, QPixmap icon)
     : QWidget(toolBar)
-    , m_Pixmap(std::move(icon))
+    , m_Pixmap(icon)
     , m_bDeleteAfterUse(deleteAfterUse)
     , m_sReportDirectory(reportDirectory.replace(kSlash, kBackslash))
     , m_pItemIndex(std::make_unique<ItemIndex>())

@@ -230,16 +230,18 @@ bool DtdScanner::SkipDeclaration()
         if (character == '>') {
             return true;
         }
-        if (IsQuote(character) && !SkipLiteral(character)) {
-            return false;
-        }
         depth += (character == '(' ? 1 : 0) - (character == ')' ? 1 : 0);
-        if (depth > limits::kMaxContentModelDepth) {
-            return Refuse(
-                QStringLiteral("more than %1 parentheses lie within each other").arg(limits::kMaxContentModelDepth));
+        if ((IsQuote(character) && !SkipLiteral(character)) || !CheckModelDepth(depth)) {
+            return false;
         }
     }
     return false;
+}
+
+bool DtdScanner::CheckModelDepth(int depth)
+{
+    constexpr int kMost = limits::kMaxContentModelDepth;
+    return depth <= kMost || Refuse(QStringLiteral("more than %1 parentheses lie within each other").arg(kMost));
 }
 
 bool DtdScanner::SkipLiteral(ushort quote)

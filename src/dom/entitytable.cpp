@@ -134,12 +134,19 @@ void EntityTable::ResolveChains()
         const Entity &entity = m_lEntities[resolved[next]];
         const qint64 growth = std::max(qint64(0), entity.m_iCost - ReferenceLength(entity.m_sName));
         for (const auto &[index, count] : entity.m_lUsers) {
-            Entity &user = m_lEntities[index];
-            user.m_iCost = Capped(user.m_iCost + Capped(count) * growth);
-            if (--user.m_iUnresolved == 0) {
-                resolved.push_back(index);
-            }
+            AddGrowth(index, Capped(count) * growth, resolved);
         }
+    }
+}
+
+/// What one of an entity's references comes to; with the last one the entity is resolved itself.
+void EntityTable::AddGrowth(int index, qint64 growth, std::vector<int> &resolved)
+{
+    Entity &entity = m_lEntities[index];
+    entity.m_iCost = Capped(entity.m_iCost + growth);
+    --entity.m_iUnresolved;
+    if (entity.m_iUnresolved == 0) {
+        resolved.push_back(index);
     }
 }
 

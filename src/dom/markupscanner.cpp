@@ -147,10 +147,10 @@ bool MarkupScanner::ScanStartTag()
         if (finder.Feed(character)) {
             m_oNamespaces.Declare(finder.GetName());
         }
+        if (IsQuote(character) && !ScanValue(character)) {
+            return false;
+        }
         if (IsQuote(character)) {
-            if (!ScanValue(character)) {
-                return false;
-            }
             finder.BeginName();
         }
     }

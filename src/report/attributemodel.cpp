@@ -61,6 +61,11 @@ AttributeModel::Pointer ModelSequence::GetCurrent() const
     return hasModel ? m_pParent->GetChildren()[m_iIndex] : nullptr;
 }
 
+bool ModelSequence::HasMore() const
+{
+    return m_iCopies > 0 || (m_pParent != nullptr && m_iIndex + 1 < m_pParent->GetChildren().size());
+}
+
 void ModelSequence::Advance()
 {
     if (m_iCopies > 0) {

@@ -52,6 +52,8 @@ public:
 
     /// The model of the present child; null if the document has its attributes.
     AttributeModel::Pointer GetCurrent() const;
+    /// True if a sibling behind the present child may have a model.
+    bool HasMore() const;
     /// Goes on to the next sibling.
     void Advance();
     /// `count` siblings of this model have been put behind the present child.

@@ -1,5 +1,6 @@
 #include "report/domparser.h"
 
+#include "dom/nextsibling.h"
 #include "dom/nodesearch.h"
 #include "events/eventsender.h"
 #include "host/trace.h"
@@ -56,7 +57,7 @@ bool DomParser::Parse()
     }
     m_bWalking = true;
     if (!m_bUnwatched) {
-        NodeTaken();
+        m_oAttributes.SetShared();
     }
     m_oElementIndex.SetDocument(*m_pDocument);
     SendEvent<DocBeginEvent>(m_pCallback);
@@ -139,7 +140,7 @@ void DomParser::LeaveLevel()
     m_lLevels.pop_back();
     if (!m_lLevels.empty()) {
         Level &outer = m_lLevels.back();
-        outer.m_oChild = outer.m_oChild.nextSibling();
+        outer.m_oChild = dom::NextSibling(outer.m_oChild);
         outer.m_oModels.Advance();
     }
 }
@@ -202,7 +203,7 @@ void DomParser::TakeUpResumeNode(Level &level)
     if (!m_bResumeOnSameNode) {
         m_oAttributes.WriteAll();
         m_oAttributes.Release();
-        level.m_oChild = level.m_oChild.nextSibling();
+        level.m_oChild = dom::NextSibling(level.m_oChild);
         level.m_oModels.Advance();
     }
 }
@@ -235,8 +236,8 @@ bool DomParser::HandleUnsetElement()
     }
     const QString name = m_pCurrentElement->tagName();
     if (!CheckOccursMap(name) && !IsChoiceItem(name)) {
-        TellMissing();
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+        TellMissing();
         return false;
     }
     // Asked only now: what the receiver does on an error may take the type away.
@@ -251,10 +252,15 @@ bool DomParser::HandleUnsetElement()
     return true;
 }
 
-// A container lacks nothing itself, and an element with a default has that for its value.
+// A container lacks nothing itself, and an element with a default has that for its value. Told behind the error, which
+// the receiver may have answered with a value.
 void DomParser::TellMissing()
 {
-    if (trace::IsOn() && (HasType() || m_oRefusals.HasRefusedValue()) && !m_pCurrentElement->firstChild().isText()) {
+    if (!trace::IsOn() || m_bResumeRequested) {
+        return;
+    }
+    m_oRefusals.Tell(*m_pCurrentElement);
+    if ((HasType() || m_oRefusals.HasRefusedValue()) && !m_pCurrentElement->firstChild().isText()) {
         m_oRefusals.TellMissing(*m_pCurrentElement, ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
     }
 }
@@ -298,7 +304,7 @@ void DomParser::DropCurrentElement()
 // What is bound now is on its way out of the document, and nothing is written to it.
 void DomParser::ResumeBehind(const QDomNode &node, const ModelSequence &models)
 {
-    m_oResumeNode = node.nextSibling();
+    m_oResumeNode = dom::NextSibling(node);
     m_pResumeNode = &m_oResumeNode;
     *m_pCurrentElement = m_oResumeNode.toElement();
     Level &level = m_lLevels.back();
@@ -308,9 +314,13 @@ void DomParser::ResumeBehind(const QDomNode &node, const ModelSequence &models)
     m_oRefusals.Clear();
 }
 
-// Whoever takes a node may look at any place of the document, now and later, and change it.
+// Whoever takes a node may look at any place of the document, now and later, and change it. Told once: what is noticed
+// of changes from then on must not begin anew at each node.
 void DomParser::NodeTaken()
 {
+    if (!m_bUnwatched) {
+        return;
+    }
     CompleteDocument();
     m_bUnwatched = false;
     m_oElementIndex.SetUnwatched(false);
@@ -326,11 +336,14 @@ void DomParser::CompleteDocument()
     }
 }
 
-// The siblings behind the level's present child.
+// The siblings behind the level's present child, as far as anything of them was kept out: a receiver may cause this at
+// each of them.
 void DomParser::CompleteRest(const Level &level)
 {
     ModelSequence models = level.m_oModels;
-    for (QDomNode node = level.m_oChild.nextSibling(); !node.isNull(); node = node.nextSibling()) {
+    QDomNode node = level.m_oChild;
+    while (models.HasMore() && !node.isNull()) {
+        node = dom::NextSibling(node);
         models.Advance();
         if (const AttributeModel::Pointer model = models.GetCurrent()) {
             model->WriteTo(node);
@@ -388,7 +401,7 @@ bool DomParser::IsChoiceItem(const QString &name) const
 void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
 {
     SendEvent<ElemBeginEvent>(m_pCallback, node, node.nodeName(), m_oAttributes.GetEventAttributes(), text,
-                              static_cast<INodeWatcher *>(this));
+                              static_cast<INodeWatcher *>(&m_oNodeWatch));
     // An element that is announced again may still get its values then.
     if (trace::IsOn() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
         m_oRefusals.Tell(node.toElement());

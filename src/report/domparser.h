@@ -23,7 +23,7 @@
 ///
 /// While Parse() runs, the setters of XmlCreateReport reach the walk's position through GetCurrentElement() and
 /// SetNodeToContinue(). One object serves one walk, on one thread.
-class DomParser : private INodeWatcher
+class DomParser
 {
 public:
     /// `pCallback` receives all events; it is not owned. A null one is traced, and the object can't walk then.
@@ -87,6 +87,20 @@ public:
     const ChoiceKeys &GetChoiceKeys() const { return m_hChoiceKeys; }
 
 private:
+    // Passes on what the events tell.
+    class NodeWatch final : public INodeWatcher
+    {
+    public:
+        explicit NodeWatch(DomParser *walk)
+            : m_pWalk(walk)
+        {
+        }
+        void NodeTaken() override { m_pWalk->NodeTaken(); }
+
+    private:
+        DomParser *m_pWalk; // not owned
+    };
+
     // The children of one element. Its parent is held, so that the level keeps its nodes whatever a receiver does.
     struct Level
     {
@@ -108,7 +122,7 @@ private:
     void TakeDefaultAsText();
     void TakeUpResumeNode(Level &level);
     void EndWalk();
-    void NodeTaken() override;
+    void NodeTaken();
     void InsertBareCopies(QDomElement parent, int count);
     static void CompleteRest(const Level &level);
 
@@ -138,6 +152,7 @@ private:
 
     bool m_bWalking = false;
     bool m_bUnwatched = false;
+    NodeWatch m_oNodeWatch { this };
     std::vector<Level> m_lLevels;
     std::size_t m_iPendingLevel = 0;
     CurrentAttributes m_oAttributes;

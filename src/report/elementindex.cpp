@@ -1,5 +1,6 @@
 #include "report/elementindex.h"
 
+#include "dom/nextsibling.h"
 #include "dom/nodesearch.h"
 #include "report/nodeset.h"
 
@@ -11,10 +12,10 @@ constexpr int kMostSearches = 1 << 20;
 
 QDomNode NextOutside(QDomNode node)
 {
-    QDomNode sibling = node.nextSibling();
+    QDomNode sibling = dom::NextSibling(node);
     while (sibling.isNull() && !node.isNull()) {
         node = node.parentNode();
-        sibling = node.nextSibling();
+        sibling = dom::NextSibling(node);
     }
     return sibling;
 }
@@ -107,6 +108,7 @@ bool ElementIndex::Remove(QDomNode node)
     const OwnChange change(*this);
     if (parent.isDocument()) {
         Forget();
+        m_oTop = Top();
     }
     const QDomNode successor = m_bKnown ? NextOutside(node) : QDomNode();
     if (m_bKnown && IsWithin(m_oScan, node)) {

@@ -33,7 +33,10 @@ QString NodePath::Of(const QDomElement &element)
 
 QString NodePath::StepText(const QDomElement &element, std::size_t depth)
 {
-    const QString name = element.tagName();
+    QString name = element.tagName();
+    if (element.parentNode().isNull()) {
+        return name; // taken out: Qt may leave its siblings dangling
+    }
     Step &last = m_lSteps[depth];
     int position = last.m_iPosition;
     const bool goesOn = last.m_oElement.tagName() == name && last.m_oElement.parentNode() == element.parentNode();
@@ -43,5 +46,5 @@ QString NodePath::StepText(const QDomElement &element, std::size_t depth)
     }
     last = { element, position };
     const bool isOnly = position == 1 && element.nextSiblingElement(name).isNull();
-    return isOnly ? name : QStringLiteral("%1[%2]").arg(name).arg(position);
+    return isOnly ? name : QStringLiteral("%1[%2]").arg(name, QString::number(position));
 }

@@ -13,7 +13,6 @@ class NodePath
 {
 public:
     QString Of(const QDomElement &element);
-    void Clear() { m_lSteps.clear(); }
 
 private:
     struct Step

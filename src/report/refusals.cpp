@@ -40,20 +40,30 @@ void Refusals::Tell(const QDomElement &element)
             continue;
         }
         target.m_bTold = true;
-        trace::Write(Unit(), __LINE__, [&] {
-            const QString place = target.m_sAttribute.isEmpty() ? QString() : QLatin1String("/@") + target.m_sAttribute;
-            return QStringLiteral("%1%2: the value \"%3\" was not written: %4 (error %5).")
-                .arg(m_oPath.Of(element), place, target.m_sValue, target.m_sReason, QString::number(target.m_iError));
-        });
+        trace::Write(Unit(), __LINE__, [&] { return Sentence(target, element); });
     }
+}
+
+QString Refusals::Sentence(const Target &target, const QDomElement &element)
+{
+    const QString place = target.m_sAttribute.isEmpty() ? QString() : QLatin1String("/@") + target.m_sAttribute;
+    return QStringLiteral("%1%2: the value \"%3\" was not written: %4 (error %5).")
+        .arg(m_oPath.Of(element), place, target.m_sValue, target.m_sReason, QString::number(target.m_iError));
 }
 
 void Refusals::TellMissing(const QDomElement &element, int error)
 {
     trace::Write(Unit(), __LINE__, [&] {
         return QStringLiteral("%1 stays without a value, though it may not be left out (error %2).")
-            .arg(m_oPath.Of(element))
-            .arg(error);
+            .arg(m_oPath.Of(element), QString::number(error));
+    });
+}
+
+void Refusals::TellCount(const QDomElement &element, int count, int error)
+{
+    trace::Write(Unit(), __LINE__, [&] {
+        return QStringLiteral("%1 may not stand %2 times here (error %3).")
+            .arg(m_oPath.Of(element), QString::number(count), QString::number(error));
     });
 }
 

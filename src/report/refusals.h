@@ -25,6 +25,9 @@ public:
     /// Traces that `element` stays without a value though it needs one.
     void TellMissing(const QDomElement &element, int error);
 
+    /// Traces that the schema doesn't let `element` stand `count` times.
+    void TellCount(const QDomElement &element, int count, int error);
+
     /// True if a value of the element itself was refused, and none written.
     bool HasRefusedValue() const;
 
@@ -43,6 +46,7 @@ private:
     };
 
     Target &GetTarget(const QString &attribute);
+    QString Sentence(const Target &target, const QDomElement &element);
 
     std::vector<Target> m_lTargets;
     NodePath m_oPath;

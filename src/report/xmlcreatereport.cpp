@@ -71,6 +71,7 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
     if (showCommentDialog) {
         ShowCommentDialog(reportPath);
     } else {
+        // Whether there is a file is no part of the result.
         SaveReport(reportPath);
     }
     return isParsed;
@@ -91,13 +92,22 @@ bool XmlCreateReport::ParseSchema(const QString &schemaPath)
     const QXmlInputSource source(&file);
     const bool isParsed = m_pReader->parse(source);
     m_pReader.reset();
-    if (!isParsed) {
-        trace::Write(Unit(), __LINE__, [&path] {
-            return QLatin1String("The schema \"") + path
-                + QLatin1String("\" is not well-formed or could not be resolved; its report stays empty.");
-        });
-    }
+    TraceEmptyTemplate(path, isParsed);
     return isParsed;
+}
+
+void XmlCreateReport::TraceEmptyTemplate(const QString &path, bool isParsed)
+{
+    if (isParsed && !m_pSchemaHandler->GetDocument()->documentElement().isNull()) {
+        return;
+    }
+    trace::Write(Unit(), __LINE__, [&path, isParsed] {
+        return QLatin1String("The schema \"") + path
+            + (isParsed
+                   ? QLatin1String("\" declares no element that could be a root (only tags with the prefix \"xs:\" "
+                                   "count); its report stays empty.")
+                   : QLatin1String("\" is not well-formed or could not be resolved; its report stays empty."));
+    });
 }
 
 void XmlCreateReport::WalkTemplate()
@@ -173,12 +183,22 @@ void XmlCreateReport::Refuse(int error, const QString &attribute, const QString 
 
 void XmlCreateReport::RefuseType(int error, const QString &attribute, const QString &value, const char *kind)
 {
+    if (trace::IsOn() && attribute.isEmpty() && HasValue()) {
+        Error(error); // announced once more: there is nothing to tell of an element that has got its value
+        return;
+    }
     Refuse(error, attribute, value, [this, &attribute, kind] {
         const QString holder = attribute.isEmpty() ? QStringLiteral("type") : attribute;
         const QString type = m_pDomParser->GetAttributes().GetValue(holder);
         return type.isEmpty() ? QStringLiteral("there is no type here")
                               : QStringLiteral("the type \"%1\" takes no %2").arg(type, QLatin1String(kind));
     });
+}
+
+bool XmlCreateReport::HasValue()
+{
+    return m_pCurrentElement->firstChild().isText()
+        && m_pDomParser->GetAttributes().GetValue(QStringLiteral("type")).isEmpty();
 }
 
 void XmlCreateReport::NoteWritten(const QString &attribute)

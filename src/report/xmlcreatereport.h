@@ -106,6 +106,7 @@ public:
 private:
     // The run.
     bool ParseSchema(const QString &schemaPath);
+    void TraceEmptyTemplate(const QString &path, bool isParsed);
     void WalkTemplate();
     void SetSchemaAttributes(const QString &normalisedPath);
     void SaveReport(const QString &reportPath);
@@ -115,6 +116,7 @@ private:
     void Error(int id);
     void Refuse(int error, const QString &attribute, const QString &value, const std::function<QString()> &reason);
     void RefuseType(int error, const QString &attribute, const QString &value, const char *kind);
+    bool HasValue();
     void NoteWritten(const QString &attribute);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;

@@ -1,5 +1,6 @@
 // Repetitions and choices.
 
+#include "dom/nextsibling.h"
 #include "report/domparser.h"
 #include "report/xmlcreatereport.h"
 
@@ -30,6 +31,8 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
         return;
     }
     if (!CheckOccursMap(name, m_pCurrentElement->tagName(), maxOccurs, m_pCurrentElement)) {
+        m_pDomParser->GetRefusals().TellCount(*m_pCurrentElement, maxOccurs,
+                                              ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         return;
     }
@@ -59,7 +62,7 @@ void XmlCreateReport::DiscardChoiceItem()
     // The sibling behind it is passed over, whatever the walk may still keep for it.
     m_pDomParser->CompleteDocument();
     const QDomElement discarded = *m_pCurrentElement;
-    m_pDiscardSuccessor = std::make_unique<QDomElement>(discarded.nextSibling().toElement());
+    m_pDiscardSuccessor = std::make_unique<QDomElement>(dom::NextSibling(discarded).toElement());
     m_pCurrentElement = m_pDiscardSuccessor.get();
     const bool isRemoved = m_pDomParser->Remove(discarded);
     m_pDomParser->SetNodeToContinue(m_pCurrentElement, false);

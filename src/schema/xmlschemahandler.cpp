@@ -392,8 +392,9 @@ bool XmlSchemaHandler::CheckBudget(bool allowed)
 
 QString XmlSchemaHandler::WhereText() const
 {
-    return m_pLocator == nullptr ? m_sFilePath
-                                 : QStringLiteral("%1, line %2,").arg(m_sFilePath).arg(m_pLocator->lineNumber());
+    return m_pLocator == nullptr
+        ? m_sFilePath
+        : QStringLiteral("%1, line %2,").arg(m_sFilePath, QString::number(m_pLocator->lineNumber()));
 }
 
 void XmlSchemaHandler::TraceLimit() const

@@ -13,12 +13,12 @@ inline void ReadAhead(const QDomNode &node)
         static const void *Address(const QDomNode &from) { return from.*(&Access::impl); }
     };
     // From behind the node itself, in cache lines, to where the next two or three elements end.
-    constexpr quintptr kFirst = 128;
-    constexpr quintptr kLast = 1536;
-    constexpr quintptr kStep = 64;
-    const auto address = reinterpret_cast<quintptr>(Access::Address(node));
-    for (quintptr offset = kFirst; offset < kLast; offset += kStep) {
-        __builtin_prefetch(reinterpret_cast<const void *>(address + offset));
+    constexpr int kFirst = 128;
+    constexpr int kLast = 1536;
+    constexpr int kStep = 64;
+    const auto *address = static_cast<const char *>(Access::Address(node));
+    for (int offset = kFirst; address != nullptr && offset < kLast; offset += kStep) {
+        __builtin_prefetch(address + offset);
     }
 #else
     Q_UNUSED(node)

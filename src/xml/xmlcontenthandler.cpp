@@ -1,5 +1,6 @@
 #include "xml/xmlcontenthandler.h"
 
+#include "dom/nextsibling.h"
 #include "events/eventsender.h"
 #include "host/trace.h"
 #include "xml/readahead.h"
@@ -11,12 +12,6 @@ namespace {
 bool IsElementLike(const QDomNode &node)
 {
     return !node.isNull() && !node.isCharacterData() && !node.nodeName().contains(QLatin1Char('#'));
-}
-
-/// A receiver may have taken the node out, or what it is in. Where the parent has gone Qt leaves the siblings dangling.
-QDomNode NextSibling(const QDomNode &node)
-{
-    return node.parentNode().isNull() ? QDomNode() : node.nextSibling();
 }
 
 } // namespace
@@ -107,7 +102,7 @@ void XmlContentHandler::MoveCursor()
     if (!m_bCursorLeftElement && IsElementLike(m_pCurrentElement->firstChild())) {
         *m_pCursorNode = m_pCurrentElement->firstChild();
     } else {
-        *m_pCursorNode = NextSibling(*m_pCurrentElement);
+        *m_pCursorNode = dom::NextSibling(*m_pCurrentElement);
         m_bCursorLeftElement = false;
     }
     ReadAhead(*m_pCursorNode);

@@ -18,18 +18,16 @@ namespace {
 
 constexpr int kDocumentIndent = 1;
 
-template <typename BuildMessage>
-void Trace(int line, BuildMessage buildMessage)
+void Trace(int line, const char *sentence, const QString &detail = QString())
 {
-    trace::Write(QStringLiteral("xmlreader"), line, buildMessage);
+    trace::Write(QStringLiteral("xmlreader"), line,
+                 [&] { return QLatin1String("XMLReader: ") + QLatin1String(sentence) + detail; });
 }
 
 void TraceDepth(int line)
 {
-    Trace(line, [] {
-        return QStringLiteral("XMLReader: the content nests deeper than %1 elements and is not parsed")
-            .arg(limits::kMaxFileDepth);
-    });
+    Trace(line, "the content is not parsed, since it nests more elements than ",
+          QString::number(limits::kMaxFileDepth));
 }
 
 /// Destroys a content, or keeps it for the parse that still runs over it.
@@ -139,7 +137,7 @@ bool XMLReader::SetXmlContent(QDomNode node)
 bool XMLReader::ParseXml()
 {
     if (m_bParsing) {
-        Trace(__LINE__, [] { return QStringLiteral("XMLReader: ParseXml was called from inside its own parse"); });
+        Trace(__LINE__, "ParseXml was called from inside its own parse");
         return false;
     }
     if (m_bHasDocument) {
@@ -235,7 +233,7 @@ void XMLReader::CheckFile()
     const bool canOpen = info.exists() && (info.isReadable() || !info.isFile());
     m_sRefusal = canOpen ? dom::CheckXmlFile(info.filePath()) : QString();
     if (!m_sRefusal.isEmpty()) {
-        Trace(__LINE__, [this] { return QStringLiteral("XMLReader: the content is not read: ") + m_sRefusal; });
+        Trace(__LINE__, "the content is not read: ", m_sRefusal);
     }
 }
 

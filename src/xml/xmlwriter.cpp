@@ -118,12 +118,12 @@ bool XMLWriter::CreateElementsFromNode(values::Node *node)
             continue;
         }
         values::TreeItem *item = current.m_lItems[current.m_iNext++];
-        if (auto *valueItem = dynamic_cast<values::ValueItem *>(item)) {
-            values::ValueBase *value = valueItem->FindValue(QString());
-            if (value != nullptr) {
-                CreateXmlElement(value->GetName(), value->GetText(), false);
-            }
-        } else if (auto *inner = dynamic_cast<values::Node *>(item)) {
+        auto *valueItem = dynamic_cast<values::ValueItem *>(item);
+        auto *inner = valueItem == nullptr ? dynamic_cast<values::Node *>(item) : nullptr;
+        values::ValueBase *value = valueItem == nullptr ? nullptr : valueItem->FindValue(QString());
+        if (value != nullptr) {
+            CreateXmlElement(value->GetName(), value->GetText(), false);
+        } else if (inner != nullptr) {
             CreateXmlElement(inner->GetItemName(), QString(), true);
             open.push_back({ inner->GetTreeItems() });
         }

@@ -13,31 +13,23 @@
 class LiteralReceiver : public ITagwright
 {
 public:
-    explicit LiteralReceiver(bool deleteAfterUse)
-        : m_bDeleteAfterUse(deleteAfterUse)
-    {
-    }
+    std::vector<ReportData> m_lItems;
+    bool m_bDeleteAfterUse = false;
 
-    void Add(ReportData item, const ExplicitReportData &data)
-    {
-        item.SetExplicitData(data);
-        m_lItems.push_back(item);
-    }
     void Delete(const QString &name)
     {
-        for (size_t i = 0; i < m_lItems.size();) {
-            if (m_lItems[i].GetName() == name) {
-                m_lItems.erase(m_lItems.begin() + static_cast<std::ptrdiff_t>(i));
-            } else {
-                ++i;
-            }
+        for (auto item = m_lItems.begin(); item != m_lItems.end();) {
+            item = item->GetName() == name ? m_lItems.erase(item) : item + 1;
         }
     }
+
     bool MakeReport(const QString &schema, const QString &report)
     {
         XmlCreateReport builder(this);
         m_pReport = &builder;
-        return builder.CreateXmlFromSchema(schema, report, false);
+        const bool isRead = builder.CreateXmlFromSchema(schema, report, false);
+        m_pReport = nullptr;
+        return isRead;
     }
 
     void XmlUpdate(XmlEvent *event) override
@@ -55,7 +47,7 @@ private:
         return name == QLatin1String("DateTime") || name == QLatin1String("DFDateTime");
     }
 
-    bool Number(size_t i)
+    bool Number(int i)
     {
         const ExplicitReportData data = m_lItems[i].GetExplicitData();
         if (data.m_Kind != EXPLICIT_DOUBLE) {
@@ -64,17 +56,16 @@ private:
         m_dNumber = data.m_dNumber / std::pow(10.0, m_lItems[i].GetExponent());
         return true;
     }
-    QString Text(size_t i)
+
+    QString Text(int i)
     {
         const ExplicitReportData data = m_lItems[i].GetExplicitData();
-        QString text;
-        if (data.m_Kind == EXPLICIT_STRING) {
-            return data.m_sText;
-        }
+        QString text = data.m_sText;
         if (data.m_Kind == EXPLICIT_DOUBLE) {
-            return text.setNum(data.m_dNumber / std::pow(10.0, m_lItems[i].GetExponent()), 'g', 12);
+            text.setNum(data.m_dNumber / std::pow(10.0, m_lItems[i].GetExponent()), 'g', 12);
+        } else if (data.m_Kind != EXPLICIT_STRING) {
+            m_lItems[i].GetDataValue(text);
         }
-        m_lItems[i].GetDataValue(text);
         return text;
     }
 
@@ -82,12 +73,11 @@ private:
     {
         const QString name = event.GetElementName();
         const QXmlAttributes attributes = event.GetElementAttributes();
-        const size_t count = m_lItems.size();
         bool unitWanted = false;
         bool pathMatched = false;
         QString unit;
         QString lastName;
-        for (size_t i = 0; i < count; ++i) {
+        for (int i = 0, count = static_cast<int>(m_lItems.size()); i < count; ++i) {
             lastName = m_lItems[i].GetName();
             const int p = lastName.indexOf(QLatin1Char('/'));
             pathMatched = p >= 1 && lastName.left(p) == event.GetElementNode().parentNode().nodeName()
@@ -102,77 +92,67 @@ private:
                 break;
             }
         }
-        if (m_bWritten) {
-            if (unitWanted && !attributes.value(QStringLiteral("Unit")).isEmpty()) {
-                m_pReport->SetAttributeValue(QStringLiteral("Unit"), unit);
-            }
-            if (m_bDeleteAfterUse) {
-                Delete(pathMatched ? lastName : name);
-            }
-            m_bWritten = false;
+        if (m_bWritten && unitWanted && !attributes.value(QStringLiteral("Unit")).isEmpty()) {
+            m_pReport->SetAttributeValue(QStringLiteral("Unit"), unit);
         }
+        if (m_bWritten && m_bDeleteAfterUse) {
+            Delete(pathMatched ? lastName : name);
+        }
+        m_bWritten = false;
         if (IsTime(name)) {
             m_pReport->SetXmlValue(QDateTime::currentDateTime());
         }
     }
 
-    void PassAttributes(size_t i, const QXmlAttributes &attributes)
+    void PassAttributes(int i, const QXmlAttributes &attributes)
     {
         for (int a = 0; a < attributes.count(); ++a) {
             m_sAttribute = attributes.qName(a);
-            if (m_sAttribute == m_lItems[i].GetName()) {
-                SetAttribute(i);
-                return;
-            }
-            if (IsTime(m_sAttribute)) {
-                m_pReport->SetAttributeValue(m_sAttribute, QDateTime::currentDateTime());
-                m_bWritten = true;
+            const bool isDefault = m_sAttribute == QLatin1String("default") && m_sAttribute != m_lItems[i].GetName();
+            if (!isDefault && PassAttribute(i)) {
                 return;
             }
         }
     }
 
-    bool Serve(size_t i, const QString &name, const QXmlAttributes &attributes)
+    bool Serve(int i, const QString &name, const QXmlAttributes &attributes)
     {
         if (m_lItems[i].GetMaxOccurs() > 1) {
             m_pReport->SetElementMaxOccurs(name, m_lItems[i].GetMaxOccurs());
         }
         const ExplicitReportData data = m_lItems[i].GetExplicitData();
-        m_iIndex = static_cast<int>(i);
+        m_iIndex = i;
+        if (data.m_Kind == EXPLICIT_BOOL) {
+            m_pReport->SetXmlValue(data.m_bFlag);
+        } else if (data.m_Kind == EXPLICIT_LONG && data.m_lValue == static_cast<int>(data.m_lValue)) {
+            m_pReport->SetXmlValue(static_cast<int>(data.m_lValue));
+        }
         if (data.m_Kind == EXPLICIT_BOOL || data.m_Kind == EXPLICIT_LONG) {
-            if (data.m_Kind == EXPLICIT_BOOL) {
-                m_pReport->SetXmlValue(data.m_bFlag);
-            } else if (data.m_lValue == static_cast<int>(data.m_lValue)) {
-                m_pReport->SetXmlValue(static_cast<int>(data.m_lValue));
-            }
-            m_bWritten = true;
-            PassAllAttributes(attributes);
+            HandleAttributes(attributes);
         }
-        if (m_bWritten) {
-            m_iIndex = -100;
-            return false;
-        }
-        if (Number(i)) {
+        const bool isServed = !m_bWritten;
+        if (isServed && Number(i)) {
             m_pReport->SetXmlValue(m_dNumber);
-            m_dNumber = 65535.0;
-        } else {
+        } else if (isServed) {
             m_pReport->SetXmlValue(Text(i));
         }
         m_iIndex = -100;
-        m_bWritten = true;
-        PassAllAttributes(attributes);
-        return true;
+        if (isServed) {
+            HandleAttributes(attributes);
+        }
+        return isServed;
     }
 
-    void PassAllAttributes(const QXmlAttributes &attributes)
+    void HandleAttributes(const QXmlAttributes &attributes)
     {
+        m_bWritten = true;
         for (int a = 0; a < attributes.count(); ++a) {
             m_sAttribute = attributes.qName(a);
-            for (size_t i = 0; i < m_lItems.size() && !PassAttribute(i); ++i) { }
+            for (int i = 0; i < static_cast<int>(m_lItems.size()) && !PassAttribute(i); ++i) { }
         }
     }
 
-    bool PassAttribute(size_t i)
+    bool PassAttribute(int i)
     {
         if (m_lItems[i].GetName() == m_sAttribute) {
             SetAttribute(i);
@@ -187,19 +167,17 @@ private:
         return true;
     }
 
-    void SetAttribute(size_t i)
+    void SetAttribute(int i)
     {
-        const int outer = m_iIndex;
-        m_iIndex = static_cast<int>(i);
+        m_iIndex = i;
         m_bAttribute = true;
         if (Number(i)) {
             m_pReport->SetAttributeValue(m_sAttribute, m_dNumber);
-            m_dNumber = 65535.0;
         } else {
             m_pReport->SetAttributeValue(m_sAttribute, Text(i));
         }
         m_bAttribute = false;
-        m_iIndex = outer;
+        m_iIndex = -100;
         m_bWritten = true;
     }
 
@@ -209,25 +187,23 @@ private:
         if (id == CURRENT_TYPE_IS_NOT_DOUBLE && fits) {
             Retry(static_cast<int>(m_dNumber));
         } else if ((id == CURRENT_TYPE_IS_NOT_INTEGER || id == CURRENT_TYPE_IS_NOT_DOUBLE) && m_iIndex != -100) {
-            Retry(Text(static_cast<size_t>(m_iIndex)));
+            Retry(Text(m_iIndex));
         } else if (id == CURRENT_TYPE_IS_NOT_STRING && m_iIndex != -100) {
-            Retry(QDateTime::fromString(Text(static_cast<size_t>(m_iIndex)), Qt::ISODate));
+            Retry(QDateTime::fromString(Text(m_iIndex), Qt::ISODate));
         }
     }
 
     template <typename Value>
     void Retry(Value value)
     {
+        m_bWritten = true;
         if (m_bAttribute) {
             m_pReport->SetAttributeValue(m_sAttribute, value);
         } else {
             m_pReport->SetXmlValue(value);
         }
-        m_bWritten = true;
     }
 
-    bool m_bDeleteAfterUse;
-    std::vector<ReportData> m_lItems;
     XmlCreateReport *m_pReport = nullptr;
     bool m_bWritten = false;
     bool m_bAttribute = false;

@@ -99,13 +99,14 @@ void TestReceiver::TakesAComment()
     QVERIFY(Find<QCheckBox>("comment")->isChecked());
     QTest::mouseClick(Button(), Qt::LeftButton);
     QCOMPARE(Find<QListWidget>("reports")->count(), 0);
-    QWidget *dialog = nullptr;
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (widget->objectName() == QLatin1String("ToReportCommentDialog")) {
-            dialog = widget;
-        }
-    }
-    QVERIFY(dialog != nullptr);
+    QWidgetList dialogs = QApplication::topLevelWidgets();
+    dialogs.erase(std::remove_if(dialogs.begin(), dialogs.end(),
+                                 [](const QWidget *widget) {
+                                     return widget->objectName() != QLatin1String("ToReportCommentDialog");
+                                 }),
+                  dialogs.end());
+    QCOMPARE(dialogs.size(), 1);
+    QWidget *dialog = dialogs.first();
     QTest::keyClicks(dialog->findChild<QTextEdit *>(), QStringLiteral("drifts"));
     QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("m_pSaveButton")), Qt::LeftButton);
     // The folder's watcher brings it.

@@ -1,3 +1,4 @@
+#include "support/fulldisk.h"
 #include "support/limitedprocess.h"
 
 #include "dom/documentsaver.h"
@@ -9,8 +10,6 @@
 #include <QTest>
 #include <QTextStream>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 Q_DECLARE_METATYPE(QDomDocument)
@@ -85,28 +84,6 @@ QDomDocument Plain(int depth)
     }
     return document;
 }
-
-class NoSignalOnFullDisk
-{
-public:
-    explicit NoSignalOnFullDisk(rlim_t bytes)
-    {
-        m_pHandler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_oLimit);
-        const struct rlimit limit = { bytes, m_oLimit.rlim_max };
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~NoSignalOnFullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_oLimit);
-        std::signal(SIGXFSZ, m_pHandler);
-    }
-    Q_DISABLE_COPY(NoSignalOnFullDisk)
-
-private:
-    struct rlimit m_oLimit = {};
-    void (*m_pHandler)(int) = nullptr;
-};
 
 } // namespace
 
@@ -195,7 +172,7 @@ void DocumentSaverTest::removesATornFile()
     QVERIFY(QFile::link(Path("torn.xml"), link));
     for (const QString &path : { Path("torn.xml"), link }) {
         {
-            const NoSignalOnFullDisk full(4096);
+            const FullDisk full(4096);
             QVERIFY(!dom::SaveDocument(document, path).m_sFailure.isEmpty());
         }
         QVERIFY(!QFileInfo::exists(Path("torn.xml")));

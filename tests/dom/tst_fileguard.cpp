@@ -305,7 +305,7 @@ void FileGuardTest::readsLargeFilesInLittleMemory()
     file.write(QByteArray("<x>").repeated(500));
     file.close();
     limitedprocess::Limits limits;
-    limits.m_iMemoryBytes = 8 * 1024 * 1024;
+    limits.m_iMemoryBytes = rlim_t(8) * 1024 * 1024;
     const auto result = limitedprocess::Run([&path] { return dom::CheckXmlFile(path).toUtf8(); }, limits);
     QCOMPARE(result.m_sReason, QString());
     QVERIFY2(result.m_sOutput.contains("line 500001: more than 500"), result.m_sOutput.constData());

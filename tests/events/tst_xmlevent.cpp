@@ -92,9 +92,10 @@ void XmlEventTest::copiesWithNodeAndType()
         QCOMPARE(kept->GetElementAttributes().value(QStringLiteral("n")), QStringLiteral("v"));
         QCOMPARE(kept->GetElementName() + kept->GetElementText(), QStringLiteral("atext"));
     }
-    XmlEvent base;
-    base = copy;
-    QCOMPARE(base.GetType(), XmlEvent::EVENT_ELEM_BEGIN);
+    QCOMPARE(copy.GetType(), XmlEvent::EVENT_ELEM_BEGIN);
+    ErrorEvent error(ITagwright::GENERAL_ERROR);
+    error = ErrorEvent(ITagwright::CURRENT_ELEMENT_IS_NULL);
+    QCOMPARE(error.GetErrorID(), ITagwright::CURRENT_ELEMENT_IS_NULL);
 }
 
 void XmlEventTest::isDestroyedByTheSenderInnermostFirst()

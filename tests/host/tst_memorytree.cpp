@@ -155,15 +155,15 @@ void MemoryTreeTest::givesAButtonThatCarriesItsText()
 {
     static const char *const picture[] = { "2 1 1 1", "x c #ff0000", "xx" };
     QWidget parent;
-    auto *button = new VCButton(&parent, QStringLiteral("Report"), false);
+    const auto button = std::make_unique<VCButton>(&parent, QStringLiteral("Report"), false);
     QCOMPARE(button->parentWidget(), &parent);
     QCOMPARE(button->text(), QStringLiteral("Report"));
     button->SetDefaultPicture(picture);
     QVERIFY(!button->icon().isNull());
     button->setEnabled(false);
     QVERIFY(!button->isEnabled());
-    QVERIFY(dynamic_cast<IObserver *>(button) != nullptr
-            && dynamic_cast<UndoRecordingControlBase *>(button) != nullptr);
+    QVERIFY(dynamic_cast<IObserver *>(button.get()) != nullptr
+            && dynamic_cast<UndoRecordingControlBase *>(button.get()) != nullptr);
 }
 
 QTEST_MAIN(MemoryTreeTest)

@@ -168,6 +168,11 @@ void TestXmlCreateReport::RefusesUnreadableSchemas()
         QVERIFY(QFile::exists(dir.filePath(name + QStringLiteral(".xml"))));
         QCOMPARE(QFile(dir.filePath(name + QStringLiteral(".xml"))).size(), qint64(0));
     }
+    QVERIFY(broken.resize(0) && broken.seek(0) && broken.write("<xsd:element name='R'/>") > 0 && broken.flush());
+    ScriptedReceiver receiver;
+    QTest::ignoreMessage(QtInfoMsg, QRegularExpression(QStringLiteral("broken\" declares no element.* prefix")));
+    QVERIFY(
+        XmlCreateReport(&receiver).CreateXmlFromSchema(broken.fileName(), dir.filePath(QStringLiteral("r")), false));
     ErrorHandler::SetTraceMask(0);
 }
 

@@ -27,9 +27,9 @@ namespace limitedprocess {
 
 struct Limits
 {
-    rlim_t m_iStackBytes = 1024 * 1024;
+    rlim_t m_iStackBytes = rlim_t(1024) * 1024;
     /// On top of what the test program has mapped already. Not set under ASan, which needs terabytes of addresses.
-    rlim_t m_iMemoryBytes = 512 * 1024 * 1024;
+    rlim_t m_iMemoryBytes = rlim_t(512) * 1024 * 1024;
     /// Of computing time; a case that blocks is ended after four times as long.
     unsigned m_iSeconds = 20;
 };

@@ -226,7 +226,7 @@ void TstXmlReader::stopsAtTheDepthLimit()
     QDomDocument deep = Document(kSmall);
     const QDomElement chain = MakeChain(deep, deep.createElement(QStringLiteral("x")), 100000);
     deep.documentElement().appendChild(chain);
-    const QRegularExpression tooDeep(QStringLiteral("^XMLReader: the content nests deeper than 500 elements"));
+    const QRegularExpression tooDeep(QStringLiteral("^XMLReader: the content is not parsed, .* 500$"));
     QTest::ignoreMessage(QtInfoMsg, tooDeep);
     QCOMPARE(Parse(deep), QStringLiteral("0"));
     QCOMPARE(m_pReader->GetElement(QStringLiteral("x"), QStringLiteral("n"))->size(), std::size_t(1));
