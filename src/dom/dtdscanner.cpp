@@ -230,18 +230,20 @@ bool DtdScanner::SkipDeclaration()
         if (character == '>') {
             return true;
         }
-        depth += (character == '(' ? 1 : 0) - (character == ')' ? 1 : 0);
-        if ((IsQuote(character) && !SkipLiteral(character)) || !CheckModelDepth(depth)) {
+        if (IsQuote(character) && !SkipLiteral(character)) {
             return false;
+        }
+        depth += (character == '(' ? 1 : 0) - (character == ')' ? 1 : 0);
+        if (depth > limits::kMaxContentModelDepth) {
+            return RefuseContentModel();
         }
     }
     return false;
 }
 
-bool DtdScanner::CheckModelDepth(int depth)
+bool DtdScanner::RefuseContentModel()
 {
-    constexpr int kMost = limits::kMaxContentModelDepth;
-    return depth <= kMost || Refuse(QStringLiteral("more than %1 parentheses lie within each other").arg(kMost));
+    return Refuse(QStringLiteral("more than %1 parentheses lie within each other").arg(limits::kMaxContentModelDepth));
 }
 
 bool DtdScanner::SkipLiteral(ushort quote)

@@ -51,7 +51,7 @@ private:
     bool ReadCharacterReference(QString &value);
     bool ReadParameterReference(bool isLiteral);
     bool SkipDeclaration();
-    bool CheckModelDepth(int depth);
+    bool RefuseContentModel();
     bool SkipLiteral(ushort quote);
     bool SkipPast(ushort mark, int count);
     bool Refuse(const QString &reason);

@@ -131,22 +131,20 @@ void EntityTable::ResolveChains()
         }
     }
     for (std::size_t next = 0; next < resolved.size(); ++next) {
-        const Entity &entity = m_lEntities[resolved[next]];
-        const qint64 growth = std::max(qint64(0), entity.m_iCost - ReferenceLength(entity.m_sName));
-        for (const auto &[index, count] : entity.m_lUsers) {
-            AddGrowth(index, Capped(count) * growth, resolved);
-        }
+        PassOn(m_lEntities[resolved[next]], resolved);
     }
 }
 
-/// What one of an entity's references comes to; with the last one the entity is resolved itself.
-void EntityTable::AddGrowth(int index, qint64 growth, std::vector<int> &resolved)
+/// Adds what `entity` comes to to each that refers to it; those that wait for no other are resolved with it.
+void EntityTable::PassOn(const Entity &entity, std::vector<int> &resolved)
 {
-    Entity &entity = m_lEntities[index];
-    entity.m_iCost = Capped(entity.m_iCost + growth);
-    --entity.m_iUnresolved;
-    if (entity.m_iUnresolved == 0) {
-        resolved.push_back(index);
+    const qint64 growth = std::max(qint64(0), entity.m_iCost - ReferenceLength(entity.m_sName));
+    for (const auto &[index, count] : entity.m_lUsers) {
+        Entity &user = m_lEntities[index];
+        user.m_iCost = Capped(user.m_iCost + Capped(count) * growth);
+        if (--user.m_iUnresolved == 0) {
+            resolved.push_back(index);
+        }
     }
 }
 

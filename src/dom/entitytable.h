@@ -79,7 +79,7 @@ private:
 
     void FindReferences(int index);
     void ResolveChains();
-    void AddGrowth(int index, qint64 growth, std::vector<int> &resolved);
+    void PassOn(const Entity &entity, std::vector<int> &resolved);
     void ResolveCircles();
     bool IsAnyCompletedInAnother() const;
     void ExpectTheWorst();

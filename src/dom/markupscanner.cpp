@@ -147,12 +147,13 @@ bool MarkupScanner::ScanStartTag()
         if (finder.Feed(character)) {
             m_oNamespaces.Declare(finder.GetName());
         }
-        if (IsQuote(character) && !ScanValue(character)) {
+        if (!IsQuote(character)) {
+            continue;
+        }
+        if (!ScanValue(character)) {
             return false;
         }
-        if (IsQuote(character)) {
-            finder.BeginName();
-        }
+        finder.BeginName();
     }
     return true;
 }
