@@ -66,7 +66,7 @@ const QStringList kNames { QStringLiteral("a"),
 /// A random node, with names few enough that elements, instructions and references often share one.
 QDomNode RandomNode(QDomDocument &document, QRandomGenerator &random)
 {
-    const QString name = kNames.at(random.bounded(3));
+    const QString &name = kNames.at(random.bounded(3));
     switch (random.bounded(12)) {
     case 0:
         return document.createTextNode(name);
