@@ -37,7 +37,7 @@ struct Place
     QString Report() const { return m_sFolder + QStringLiteral("/report.xml"); }
     QString WriteSchema(const std::string &text) const
     {
-        const QString path = m_sFolder + QStringLiteral("/schema.xsd");
+        QString path = m_sFolder + QStringLiteral("/schema.xsd");
         workload::WriteFile(path.toStdString(), text);
         return path;
     }
