@@ -18,12 +18,12 @@ constexpr std::size_t kFirstSize = 1 << 16;
 constexpr ushort kReplacement = 0xFFFD;
 
 /// The root's schema attributes come last, in the order in which the driver sets them.
-int AttributeRank(const QString &name, bool root)
+int SchemaAttributeRank(const QString &name)
 {
-    if (root && name == QLatin1String("xsi:noNamespaceSchemaLocation")) {
+    if (name == QLatin1String("xsi:noNamespaceSchemaLocation")) {
         return 1;
     }
-    return root && name == QLatin1String("xmlns:xsi") ? 2 : 0;
+    return name == QLatin1String("xmlns:xsi") ? 2 : 0;
 }
 
 bool IsPlain(const QDomNode &node)
@@ -180,26 +180,23 @@ void DocumentWriter::CloseElement(const QDomNode &element, bool nextIsText)
 bool DocumentWriter::WriteAttributes(const QDomElement &element)
 {
     const QDomNamedNodeMap map = element.attributes();
-    std::vector<QDomNode> attributes;
-    attributes.reserve(static_cast<std::size_t>(map.count()));
+    m_lAttributes.clear();
     for (int i = 0; i < map.count(); ++i) {
-        attributes.push_back(map.item(i));
-        if (!IsPlain(attributes.back())) {
+        const QDomNode attribute = map.item(i);
+        if (!IsPlain(attribute)) {
             return false;
         }
+        const QString name = attribute.nodeName();
+        m_lAttributes.push_back({ m_bAtRoot ? SchemaAttributeRank(name) : 0, name, attribute.nodeValue() });
     }
-    const bool root = m_bAtRoot;
-    std::sort(attributes.begin(), attributes.end(), [root](const QDomNode &left, const QDomNode &right) {
-        const QString leftName = left.nodeName();
-        const QString rightName = right.nodeName();
-        return std::make_pair(AttributeRank(leftName, root), leftName)
-            < std::make_pair(AttributeRank(rightName, root), rightName);
+    std::sort(m_lAttributes.begin(), m_lAttributes.end(), [](const Attribute &left, const Attribute &right) {
+        return left.m_iRank != right.m_iRank ? left.m_iRank < right.m_iRank : left.m_sName < right.m_sName;
     });
-    for (const QDomNode &attribute : attributes) {
+    for (const Attribute &attribute : m_lAttributes) {
         AppendMarkup(" ");
-        Append(attribute.nodeName(), Escape::None);
+        Append(attribute.m_sName, Escape::None);
         AppendMarkup("=\"");
-        Append(attribute.nodeValue(), Escape::Attribute);
+        Append(attribute.m_sValue, Escape::Attribute);
         AppendMarkup("\"");
     }
     return true;

@@ -31,6 +31,13 @@ public:
 private:
     enum class Escape { None, Text, Attribute };
 
+    struct Attribute
+    {
+        int m_iRank = 0;
+        QString m_sName;
+        QString m_sValue;
+    };
+
     bool WriteTree(const QDomNode &first);
     bool WriteNode(const QDomNode &node, bool nextIsText);
     bool EnterElement(const QDomNode &node, bool childIsText);
@@ -52,6 +59,7 @@ private:
     bool m_bAtRoot = true;
     bool m_bPreviousIsText = false;
     std::vector<QDomNode> m_lOpen;
+    std::vector<Attribute> m_lAttributes; // of the element being written
 };
 
 } // namespace dom
