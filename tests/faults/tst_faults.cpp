@@ -79,7 +79,7 @@ Undo TakeRightsAway(const ControlRun &run)
     if (isAdministrator && seteuid(65534) != 0) {
         return Undo();
     }
-    const Undo undo = [folder, isAdministrator] {
+    Undo undo = [folder, isAdministrator] {
         QVERIFY(!isAdministrator || seteuid(0) == 0);
         chmod(folder.constData(), 0755);
     };

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr qint64 kMaxSize = 2 * 1024 * 1024;
+constexpr qint64 kMaxSize = qint64 { 2 } * 1024 * 1024;
 
 /// The events, from a parser that shares nothing with the reader's; empty if it finds a fault.
 QStringList StreamEvents(const QString &path)
