@@ -32,6 +32,11 @@ bool FitsInteger(double value)
     return cut >= std::numeric_limits<int>::min() && cut <= std::numeric_limits<int>::max();
 }
 
+QString NoIntegerHoldsIt()
+{
+    return QStringLiteral("no integer holds it");
+}
+
 } // namespace
 
 void XmlCreateReport::SetXmlValue(QString value)
@@ -69,8 +74,7 @@ void XmlCreateReport::SetXmlValue(double value)
         return;
     }
     if (isShort && !FitsInteger(value)) {
-        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, QString(), QString::number(value, 'g', 12),
-               [] { return QStringLiteral("no integer holds it"); });
+        Refuse(ITagwright::CURRENT_VALUE_IS_NOT_VALID, QString(), QString::number(value, 'g', 12), &NoIntegerHoldsIt);
         return;
     }
     SetNumber(value, isShort ? QString::number(static_cast<int>(value)) : QString::number(value, 'g', 12));
