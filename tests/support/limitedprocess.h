@@ -30,8 +30,12 @@ struct Limits
     rlim_t m_iStackBytes = rlim_t(1024) * 1024;
     /// On top of what the test program has mapped already. Not set under ASan, which needs terabytes of addresses.
     rlim_t m_iMemoryBytes = rlim_t(512) * 1024 * 1024;
-    /// Of computing time; a case that blocks is ended after twelve times as long, since the machine may be busy.
+    /// Of computing time; a case that blocks is ended after four minutes, since the machine may be busy.
+#ifdef TAGWRIGHT_TEST_ASAN
+    unsigned m_iSeconds = 80;
+#else
     unsigned m_iSeconds = 20;
+#endif
 };
 
 struct Result
@@ -68,7 +72,7 @@ inline void EnterLimits(const Limits &limits)
     SetLimit(RLIMIT_CORE, 0);
     SetLimit(RLIMIT_STACK, limits.m_iStackBytes);
     SetLimit(RLIMIT_CPU, limits.m_iSeconds);
-    alarm(limits.m_iSeconds * 12);
+    alarm(240);
 #ifndef TAGWRIGHT_TEST_ASAN
     SetLimit(RLIMIT_AS, MappedBytes() + limits.m_iMemoryBytes);
 #endif
