@@ -1,29 +1,15 @@
 #include "schema/opentags.h"
 
-namespace {
+#include <algorithm>
 
-bool IsElement(OpenTags::Kind kind)
+void OpenTags::Push(Kind kind)
 {
-    return kind == OpenTags::Kind::PlacedElement || kind == OpenTags::Kind::UnplacedElement;
-}
-
-} // namespace
-
-void OpenTags::Push()
-{
-    m_lTags.push_back(Kind::Plain);
+    m_lTags.push_back(kind);
 }
 
 void OpenTags::Mark(Kind kind)
 {
-    if (m_lTags.empty()) {
-        return;
-    }
     m_lTags.back() = kind;
-    if (IsElement(kind)) {
-        m_lElements.push_back(kind);
-    }
-    m_iNamedTypes += kind == Kind::NamedType ? 1 : 0;
 }
 
 OpenTags::Kind OpenTags::Pop()
@@ -33,10 +19,6 @@ OpenTags::Kind OpenTags::Pop()
     }
     const Kind kind = m_lTags.back();
     m_lTags.pop_back();
-    if (IsElement(kind)) {
-        m_lElements.pop_back();
-    }
-    m_iNamedTypes -= kind == Kind::NamedType ? 1 : 0;
     return kind;
 }
 
@@ -45,17 +27,20 @@ std::size_t OpenTags::Count() const
     return m_lTags.size();
 }
 
+bool OpenTags::IsPassingOver() const
+{
+    return !m_lTags.empty() && m_lTags.back() == Kind::PassedOver;
+}
+
 bool OpenTags::InNamedType() const
 {
-    return m_iNamedTypes > 0;
+    return std::find(m_lTags.begin(), m_lTags.end(), Kind::NamedType) != m_lTags.end();
 }
 
-bool OpenTags::InLocalElement() const
+OpenTags::Kind OpenTags::LocalElement() const
 {
-    return !m_lElements.empty();
-}
-
-bool OpenTags::IsPlaced() const
-{
-    return !m_lElements.empty() && m_lElements.back() == Kind::PlacedElement;
+    const auto innermost = std::find_if(m_lTags.rbegin(), m_lTags.rend(), [](Kind kind) {
+        return kind == Kind::PlacedElement || kind == Kind::UnplacedElement;
+    });
+    return innermost == m_lTags.rend() ? Kind::Plain : *innermost;
 }

@@ -12,6 +12,8 @@ public:
     enum class Kind {
         /// Nothing depends on this tag.
         Plain,
+        /// This tag and all below it are passed over.
+        PassedOver,
         /// A local element that stands in the template.
         PlacedElement,
         /// A local element that made no element of its own: a reference, or one without a name.
@@ -22,20 +24,18 @@ public:
         UnmovedType
     };
 
-    void Push();
+    void Push(Kind kind);
     /// Says what the tag opened last has turned out to be.
     void Mark(Kind kind);
     /// The tag that ends; Plain if none is open.
     Kind Pop();
 
     std::size_t Count() const;
+    bool IsPassingOver() const;
     bool InNamedType() const;
-    bool InLocalElement() const;
-    /// Whether the innermost open local element stands in the template.
-    bool IsPlaced() const;
+    /// The kind of the innermost open local element; Plain if none is open.
+    Kind LocalElement() const;
 
 private:
     std::vector<Kind> m_lTags;
-    std::vector<Kind> m_lElements;
-    int m_iNamedTypes = 0;
 };

@@ -1,21 +1,15 @@
 #pragma once
 
 #include "schema/schematables.h"
-#include "schema/templatecontent.h"
 
-#include <QHash>
 #include <QStringList>
-#include <queue>
 
-#include <utility>
-#include <vector>
+#include <set>
 
-struct RecordNote;
 struct SchemaRun;
 
-/// The pass that fills in the references that wait, inner declarations first. It goes over the names in sweeps, each in
-/// the order of the names, and takes in each sweep those that are complete; but it visits only names that have become
-/// complete, so that long chains of types cost no more than their content.
+/// The pass that fills in the references that wait, inner declarations first. It goes over the names that something
+/// waits for in sweeps, each in the order of the names, and applies in each sweep the declarations that are complete.
 class ReferenceResolver
 {
 public:
@@ -25,7 +19,7 @@ public:
     /// Takes away the waiting records of declarations that another file has replaced.
     void DropReplaced();
 
-    /// Makes what an earlier pass has resolved complete again, for the references that were added since.
+    /// Makes the declarations that an earlier pass has applied complete again, for the references that were added since.
     void Reopen();
 
     /// Runs the pass. False, traced, if a name is declared nowhere, if names wait for each other, or if a limit of the
@@ -34,48 +28,33 @@ public:
 
 private:
     using Counts = std::map<int, std::list<MissingElement>>;
-    // A sweep, and in it the place of a name.
-    using Turn = std::pair<int, std::size_t>;
+    using Names = std::set<QString>;
 
-    struct Key
-    {
-        const QString *m_pName = nullptr;
-        Counts *m_pCounts = nullptr;
-        TypeEntry *m_pEntry = nullptr;
-    };
-
-    void CollectKeys();
-    void IndexKeys();
+    void CollectComplete();
     void RunSweeps();
+    bool IsAhead(Names::const_iterator next) const;
     bool ReopenWaiting();
-    bool HasWaiting(const Counts &counts) const;
-    void Process(const Key &key);
-    void ProcessRecord(TypeEntry &entry, const MissingElement &record, int count);
-    void Apply(const MissingElement &record, int count, RecordNote &note);
-    void ApplyAttributes(const MissingElement &record, const RecordNote &note);
-    void ApplyContent(const MissingElement &record, const RecordNote &note, int times);
-    void InsertContent(const MissingElement &record, const RecordNote &note, int times);
+    void Process(const QString &name);
+    void Apply(const MissingElement &record, int times);
+    void ApplyContent(const MissingElement &record, int times);
+    void InsertContent(const MissingElement &record, int times);
     void Lower(const QString &owner, int times);
 
     bool IsReplaced(const MissingElement &record) const;
     void DropReplaced(Counts &counts);
 
+    QStringList OpenNames() const;
     void TraceUndeclared() const;
-    void TraceCircle() const;
-    void TraceLimit() const;
-    QStringList CircleNames() const;
+    static void TraceCircle(const QStringList &names);
 
     MissingMap &m_MissingMap;
     TypeMap &m_TypeMap;
     SchemaRun &m_oRun;
 
-    // The names in their order, up to the first that is declared nowhere.
-    std::vector<Key> m_lKeys;
-    QHash<QString, std::size_t> m_hPlaces;
+    // The names that are to be applied: complete, and waited for.
+    Names m_lComplete;
+    // The first name that is declared nowhere; the first sweep ends there.
     const QString *m_pUndeclared = nullptr;
-    std::priority_queue<Turn, std::vector<Turn>, std::greater<Turn>> m_oTurns;
-    Turn m_oTurn = { 1, 0 };
-    std::size_t m_iOpenKeys = 0;
     // The declaration that is being applied.
     QDomDocumentFragment *m_pSource = nullptr;
 };

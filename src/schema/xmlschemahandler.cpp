@@ -38,11 +38,6 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
 
 XmlSchemaHandler::~XmlSchemaHandler() = default;
 
-void XmlSchemaHandler::SetRootMoves()
-{
-    m_bRootMoves = true;
-}
-
 QDomDocument *XmlSchemaHandler::GetDocument()
 {
     return m_pDocument.get();
@@ -108,16 +103,17 @@ bool XmlSchemaHandler::startElement(const QString &, const QString &, const QStr
     if (!IsReading()) {
         return true;
     }
-    if (m_iSkippedTags > 0) {
-        ++m_iSkippedTags;
+    if (m_oOpenTags.IsPassingOver()) {
+        m_oOpenTags.Push(OpenTags::Kind::PassedOver);
         return true;
     }
     m_sTag = qName;
-    m_oOpenTags.Push();
+    m_oOpenTags.Push(OpenTags::Kind::Plain);
     const TagReader read = m_bInRestriction ? &XmlSchemaHandler::ReadFacet : ReaderOf(m_sTag);
     if (read != nullptr) {
         (this->*read)(atts);
     }
+    m_pRun->TraceLimit(QStringLiteral("the tag %1 in %2").arg(m_sTag, WhereText()));
     return true;
 }
 
@@ -126,11 +122,10 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
     if (!IsReading()) {
         return true;
     }
-    if (m_iSkippedTags > 0) {
-        --m_iSkippedTags;
+    const OpenTags::Kind kind = m_oOpenTags.Pop();
+    if (kind == OpenTags::Kind::PassedOver) {
         return true;
     }
-    const OpenTags::Kind kind = m_oOpenTags.Pop();
     if (qName == QLatin1String("xs:complexType")) {
         EndType(kind);
     } else if (qName == QLatin1String("xs:simpleType")) {
@@ -170,7 +165,6 @@ void XmlSchemaHandler::MoveDown()
         return;
     }
     m_pCurrentElement = m_pRun->m_oArena.Keep(last);
-    ++m_iCurrentLevel;
 }
 
 void XmlSchemaHandler::MoveUp()
@@ -178,7 +172,6 @@ void XmlSchemaHandler::MoveUp()
     const QDomNode parent = m_pCurrentElement == nullptr ? QDomNode() : m_pCurrentElement->parentNode();
     if (parent.isElement()) {
         m_pCurrentElement = m_pRun->m_oArena.Keep(parent.toElement());
-        --m_iCurrentLevel;
     }
 }
 
@@ -187,66 +180,55 @@ void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
     ++m_iTypeDepth;
     if (atts.count() > 0) {
         m_oOpenTags.Mark(OpenTags::Kind::NamedType);
-        m_pFragment = m_pRun->m_oArena.NewFragment(*m_pDocument);
-        m_oNamedType.Open(*m_pDocument, *m_pFragment, m_pRun->m_oBudget);
-        m_sGlobalName = atts.value(0);
-        FileEntry(m_sGlobalName, { true, 0, m_pFragment });
-        m_pGlobalEntry = m_pTypeEntry;
+        StartDeclaration(atts.value(0), true);
     } else if (m_iTypeDepth != 1 && m_sTag == QLatin1String("xs:complexType")) {
         MoveDown();
     }
 }
 
-void XmlSchemaHandler::ReadElement(const QXmlAttributes &atts)
+// Opens the fragment of a named type or of a global declaration, and files its entry.
+void XmlSchemaHandler::StartDeclaration(const QString &name, bool isType)
 {
-    if (m_iTypeDepth == 0) {
-        ReadGlobal(atts);
-    } else {
-        ReadLocalElement(atts);
-    }
+    m_sGlobalName = name;
+    OpenFragment(m_pRun->m_oArena.NewFragment(*m_pDocument), isType);
+    m_pTypeEntry = FileEntry(name, { isType, 0, m_pFragment });
+}
+
+void XmlSchemaHandler::OpenFragment(QDomDocumentFragment *fragment, bool hasPlaceholders)
+{
+    m_pFragment = fragment;
+    m_bHasPlaceholders = hasPlaceholders;
+    m_oCarrier.clear();
+    m_oRestriction.clear();
 }
 
 void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
 {
     if (atts.count() == 0) {
         TracePassedOver();
-        SkipContent();
+        m_oOpenTags.Mark(OpenTags::Kind::PassedOver);
         return;
     }
     m_bInGlobalAttribute = m_bInGlobalAttribute || m_sTag == QLatin1String("xs:attribute");
-    m_sGlobalName = atts.value(0);
-    m_pFragment = m_pRun->m_oArena.NewFragment(*m_pDocument);
-    m_oNamedType.Close();
     m_bInGlobal = true;
-    m_pGlobalFragment = m_pFragment;
-    m_iCurrentLevel = 1;
+    StartDeclaration(atts.value(0), false);
     m_pCurrentElement = m_pRun->m_oArena.Keep(m_pDocument->createElement(m_sGlobalName));
-    if (CheckBudget(m_pRun->m_oBudget.Take(m_pFragment, { 1, 0, 1 }, 1))) {
-        m_pFragment->appendChild(*m_pCurrentElement);
-    }
-    FileEntry(m_sGlobalName, { false, 0, m_pFragment });
-    m_pGlobalEntry = m_pTypeEntry;
+    m_pRun->m_oMaker.Append(*m_pFragment, *m_pCurrentElement);
     ReadGlobalAttributes(atts);
 }
 
 void XmlSchemaHandler::ReadGlobalAttributes(const QXmlAttributes &atts)
 {
-    const Target target = CurrentTarget();
     for (int i = 0; i < atts.count(); ++i) {
         const QString name = atts.qName(i);
         if (name == QLatin1String("default")) {
-            SetAttribute(target, name, atts.value(i));
-        } else if (name == QLatin1String("type") && !ApplyType(atts.value(i), target, m_iCurrentLevel)) {
-            FileRecord(atts.value(i), 1, { m_pCurrentElement, nullptr, m_sGlobalName, false },
-                       { RecordKind::Plain, m_pGlobalFragment, m_iCurrentLevel + 1, false });
+            m_pRun->m_oMaker.SetAttribute(*m_pCurrentElement, name, atts.value(i));
+        } else if (name == QLatin1String("type") && !ApplyType(atts.value(i), *m_pCurrentElement)) {
+            // The declaration doesn't count this reference, and a default behind the type is lost.
+            AddMissingElement(atts.value(i), 1, { m_pCurrentElement, nullptr, m_sGlobalName });
             return;
         }
     }
-}
-
-void XmlSchemaHandler::ReadChoice(const QXmlAttributes &)
-{
-    m_bInChoice = true;
 }
 
 void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
@@ -294,11 +276,8 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);
     m_ChoiceMap = std::move(nested.m_ChoiceMap);
-    // Only now: a document has no inside before its first node is made.
+    // Only now: a document handle shares nothing before the first node is made.
     m_pRun->m_oArena.Keep(*nested.m_pDocument);
-    // What is open here looked read to its end from there.
-    m_pRun->m_oAttributes.Drop(m_pFragment);
-    m_pRun->m_oAttributes.Drop(m_pGlobalFragment);
 }
 
 void XmlSchemaHandler::Join(SchemaRun &run, const QString &filePath)
@@ -315,10 +294,10 @@ bool XmlSchemaHandler::endDocument()
     if (!IsReading() || !ResolveReferences()) {
         return false;
     }
-    const bool found = ChooseRoot();
+    ChooseRoot();
     // Nobody reads the template of an included file.
     if (!m_bIsInclude) {
-        BuildTemplate(found);
+        BuildTemplate();
     }
     return true;
 }
@@ -333,61 +312,61 @@ bool XmlSchemaHandler::ResolveReferences()
     return resolver.Resolve();
 }
 
-bool XmlSchemaHandler::ChooseRoot()
+void XmlSchemaHandler::ChooseRoot()
 {
-    bool found = false;
     for (auto &[name, entry] : m_TypeMap) {
         if (!entry.m_bUsed && entry.m_pFragment != nullptr && entry.m_pFragment->hasChildNodes()) {
             m_pFragment = entry.m_pFragment;
             entry.m_bUsed = true;
-            found = true;
         }
     }
-    return found;
 }
 
-void XmlSchemaHandler::BuildTemplate(bool whole)
+void XmlSchemaHandler::BuildTemplate()
 {
     // There is no other way to a processing instruction of this name. The text has no element, so that the load reports
     // an error after it has made the instruction.
     m_pDocument->setContent(QStringLiteral("<?xml version='1.0' encoding=\"UTF-8\"?>"));
-    if (m_pFragment != nullptr && whole && m_bRootMoves) {
-        m_pDocument->appendChild(*m_pFragment);
-    } else if (m_pFragment != nullptr) {
-        m_pDocument->appendChild(whole ? m_pFragment->cloneNode(true) : content::CloneContent(*m_pFragment));
+    if (m_pFragment == nullptr) {
+        return;
     }
+    // Without a root candidate the fragment may be that of a named type.
+    QDomNode clone = m_pFragment->cloneNode(true);
+    for (QDomNode child = clone.firstChild(); !child.isNull();) {
+        const QDomNode next = child.nextSibling();
+        if (TemplateMaker::IsPlaceholder(child)) {
+            clone.removeChild(child);
+        }
+        child = next;
+    }
+    m_pDocument->appendChild(clone);
 }
 
 bool XmlSchemaHandler::IsReading() const
 {
-    return m_pCallback != nullptr && !m_pRun->m_oBudget.IsExceeded();
+    return m_pCallback != nullptr && !m_pRun->m_oMaker.IsExceeded();
 }
 
-void XmlSchemaHandler::SkipContent()
-{
-    m_oOpenTags.Pop();
-    m_iSkippedTags = 1;
-}
-
-void XmlSchemaHandler::FileEntry(const QString &name, TypeEntry entry)
+TypeEntry *XmlSchemaHandler::FileEntry(const QString &name, TypeEntry entry)
 {
     const auto [place, isNew] = m_TypeMap.try_emplace(name);
-    m_pTypeEntry = &place->second;
-    const bool isOfOtherFile =
-        !isNew && m_pTypeEntry->m_pFragment != nullptr && m_pTypeEntry->m_pFragment->ownerDocument() != *m_pDocument;
-    if (isOfOtherFile) {
+    const QDomDocumentFragment *earlier = place->second.m_pFragment;
+    if (!isNew && earlier != nullptr && earlier->ownerDocument() != *m_pDocument) {
         m_pRun->m_lReplaced.insert(name);
     }
-    *m_pTypeEntry = entry;
+    place->second = entry;
+    return &place->second;
 }
 
-bool XmlSchemaHandler::CheckBudget(bool allowed)
+// The declaration of that name, marked as used, if all that it refers to is there.
+TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
 {
-    if (!allowed && !m_pRun->m_bLimitTraced) {
-        m_pRun->m_bLimitTraced = true;
-        TraceLimit();
+    const auto found = m_TypeMap.find(name);
+    if (found == m_TypeMap.end() || found->second.m_iOpenRefs != 0 || found->second.m_pFragment == nullptr) {
+        return nullptr;
     }
-    return allowed;
+    found->second.m_bUsed = true;
+    return &found->second;
 }
 
 QString XmlSchemaHandler::WhereText() const
@@ -395,14 +374,6 @@ QString XmlSchemaHandler::WhereText() const
     return m_pLocator == nullptr
         ? m_sFilePath
         : QStringLiteral("%1, line %2,").arg(m_sFilePath, QString::number(m_pLocator->lineNumber()));
-}
-
-void XmlSchemaHandler::TraceLimit() const
-{
-    trace::Write(UnitName(), __LINE__, [this] {
-        return QStringLiteral("%1, and the tag %2 in %3 would break this: nothing more is built.")
-            .arg(m_pRun->m_oBudget.GetReason(), m_sTag, WhereText());
-    });
 }
 
 void XmlSchemaHandler::TracePassedOver() const
