@@ -1,13 +1,15 @@
 #include "dom/documentsaver.h"
 
-#include "dom/deepsaver.h"
 #include "dom/documentwriter.h"
-#include "dom/fileguard.h"
-#include "dom/nodedepth.h"
+#include "dom/nodewalk.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 namespace dom {
 
@@ -18,33 +20,40 @@ constexpr int kIndent = 4;
 constexpr int kMaxQtSaveDepth = 100;
 
 /// The bytes as a QTextStream on the file itself would write them; there it costs a system call for each line.
-std::string QtBytes(const QDomDocument &document)
+QByteArray QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
     stream.setCodec("UTF-8");
-    if (IsDeeperThan(document, kMaxQtSaveDepth)) {
-        DeepSaver(stream, kIndent).Save(document);
-    } else {
-        document.save(stream, kIndent, QDomNode::EncodingFromDocument);
-    }
+    document.save(stream, kIndent, QDomNode::EncodingFromDocument);
     stream.flush();
-    return bytes.toStdString();
+    return bytes;
 }
 
 /// Unbuffered, since a buffered write takes all and only fails, silently, when the file is closed.
-bool WriteWhole(QFile &file, const std::string &bytes)
+bool WriteWhole(QFile &file, const QByteArray &bytes)
 {
-    const auto size = static_cast<qint64>(bytes.size());
     qint64 written = 0;
-    while (written < size) {
-        const qint64 count = file.write(bytes.data() + written, size - written);
+    while (written < bytes.size()) {
+        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
         if (count <= 0) {
             return false;
         }
         written += count;
     }
     return true;
+}
+
+/// True for a named pipe, which may block whoever opens it.
+bool IsFifo(const QString &path)
+{
+#ifdef Q_OS_UNIX
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
+#else
+    Q_UNUSED(path)
+    return false;
+#endif
 }
 
 /// A link stays; what it leads to is torn.
@@ -56,7 +65,7 @@ void RemoveTornFile(const QString &path)
 }
 
 /// Empty, or why the file could not be written.
-QString WriteFile(const std::string &bytes, const QString &path)
+QString WriteFile(const QByteArray &bytes, const QString &path)
 {
     if (IsFifo(path)) {
         return QStringLiteral("it is a FIFO, where writing may block");
@@ -85,7 +94,13 @@ SaveResult SaveDocument(const QDomDocument &document, const QString &path)
 {
     DocumentWriter writer;
     if (writer.Write(document)) {
-        return { WriteFile(writer.TakeBytes(), path), writer.HasReplaced() };
+        return { WriteFile(writer.GetBytes(), path), writer.HasReplaced() };
+    }
+    if (IsDeeperThan(document, kMaxQtSaveDepth)) {
+        return { QStringLiteral("it holds a document type, a namespace, a reference to an entity or another encoding, "
+                                "and more than %1 elements lie within each other")
+                     .arg(kMaxQtSaveDepth),
+                 false };
     }
     return { WriteFile(QtBytes(document), path), false };
 }

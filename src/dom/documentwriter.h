@@ -1,29 +1,27 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDomDocument>
 #include <QDomElement>
 #include <QString>
 
-#include <cstddef>
-#include <string>
-#include <string_view>
 #include <vector>
 
 namespace dom {
 
-/// Writes a document of plain elements, attributes, texts and instructions as the very bytes of QDomNode::save with
-/// indentation 4 and UTF-8, with two differences, which make the same document the same file in every process and
-/// readable for every parser: attributes stand in the order of their names (the root's two schema attributes last), and
-/// each character that XML 1.0 can't hold is written as U+FFFD. It doesn't recurse, so any depth can be written.
+/// Writes a document of plain elements, attributes, texts, sections, comments and instructions as the very bytes of
+/// QDomNode::save with indentation 4 and UTF-8, with two differences, which make the same document the same file in
+/// every process and readable for every parser: attributes stand in the order of their names (the root's two schema
+/// attributes last), and each character that XML 1.0 can't hold is written as U+FFFD. Any depth can be written.
 class DocumentWriter
 {
 public:
-    /// False, and nothing of use in TakeBytes, if the document holds any other kind of node, a namespace, or another
+    /// False, and nothing of use in GetBytes, if the document holds any other kind of node, a namespace, or another
     /// declared encoding than UTF-8. Called once.
     [[nodiscard]] bool Write(const QDomDocument &document);
 
-    /// The file's content, handed over.
-    std::string TakeBytes();
+    /// The file's content.
+    QByteArray GetBytes() const { return m_sText.toUtf8(); }
 
     /// True if a character had to be replaced.
     bool HasReplaced() const { return m_bReplaced; }
@@ -38,27 +36,23 @@ private:
         QString m_sValue;
     };
 
-    bool WriteTree(const QDomNode &first);
-    bool WriteNode(const QDomNode &node, bool nextIsText);
-    bool EnterElement(const QDomNode &node, bool childIsText);
+    bool WriteNode(const QDomNode &node);
     bool OpenElement(const QDomElement &element);
-    void CloseElement(const QDomNode &element, bool nextIsText);
+    void CloseDownTo(int depth);
     bool WriteAttributes(const QDomElement &element);
-    void EndLine(bool nextIsText);
-
-    void Indent();
-    void AppendMarkup(std::string_view markup);
+    void BeginLine();
+    void EndTag(QLatin1String mark);
     void Append(const QString &text, Escape escape);
-    char *AppendCharacter(char *out, const QString &text, int &index, Escape escape);
-    char *AppendNonAscii(char *out, const QString &text, int &index);
-    char *Reserve(std::size_t length);
+    QString Escaped(const QString &text, int at, Escape escape);
 
-    std::string m_sBytes;
-    std::size_t m_iUsed = 0;
+    QString m_sText;
     bool m_bReplaced = false;
-    bool m_bAtRoot = true;
-    bool m_bPreviousIsText = false;
-    std::vector<QDomNode> m_lOpen;
+    /// The latest sibling is a text: nothing that a reader would add to it may follow.
+    bool m_bAfterText = false;
+    /// A line ends here, unless a text follows.
+    bool m_bLineEnds = false;
+    /// The names of the elements that are open.
+    std::vector<QString> m_lOpen;
     std::vector<Attribute> m_lAttributes; // of the element being written
 };
 

@@ -1,24 +1,27 @@
 #include "dom/nodesearch.h"
 
+#include "dom/nodewalk.h"
+
 namespace dom {
 
 namespace {
 
-/// The next node in document order that is not below `node`; null where that would leave what is below `start`.
-QDomNode NextOutside(QDomNode node, const QDomNode &start)
+/// The walk below a start, which isn't looked at itself.
+NodeWalk Below(const QDomNode &start)
 {
-    for (; !node.isNull() && node != start; node = node.parentNode()) {
-        const QDomNode sibling = node.nextSibling();
-        if (!sibling.isNull()) {
-            return sibling;
-        }
-    }
-    return QDomNode();
+    NodeWalk walk(start);
+    walk.Next();
+    return walk;
 }
 
-QDomNode NextNode(const QDomNode &node, const QDomNode &start)
+/// Only elements are searched: what a reference to an entity holds is not.
+void GoOn(NodeWalk &walk)
 {
-    return node.isElement() && node.hasChildNodes() ? node.firstChild() : NextOutside(node, start);
+    if (walk.Node().isElement()) {
+        walk.Next();
+    } else {
+        walk.NextOutside();
+    }
 }
 
 /// An element made with a namespace may be called "p:x" by nodeName and "x" by tagName. Where only the latter is the
@@ -48,21 +51,24 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
     if (start.tagName() == name) {
         return roots.m_oTop;
     }
-    QDomNode node = start.firstChild();
-    while (!node.isNull()) {
+    NodeWalk walk = Below(start);
+    while (!walk.AtEnd()) {
+        const QDomNode &node = walk.Node();
         const bool isMatch = node.nodeName() == name;
-        const bool isStart = !isMatch && IsStartCalled(node, name);
         if (isMatch && node.isElement()) {
             return node;
         }
+        const bool isStart = !isMatch && IsStartCalled(node, name);
         if (isStart && roots.m_oTop.isElement()) {
             return roots.m_oTop;
         }
         if (isMatch) {
             // No element: the search of its parent ends here without a result, and goes on behind the parent.
-            node = NextOutside(node.parentNode(), start);
+            walk.NextOutsideParent();
+        } else if (isStart) {
+            walk.NextOutside();
         } else {
-            node = isStart ? NextOutside(node, start) : NextNode(node, start);
+            GoOn(walk);
         }
     }
     return QDomNode();
@@ -74,17 +80,18 @@ void FindAll(const QString &name, const SearchRoots &roots, std::list<QDomNode> 
     if (start.tagName() == name) {
         AppendTop(roots, result);
     }
-    QDomNode node = start.firstChild();
-    while (!node.isNull()) {
+    NodeWalk walk = Below(start);
+    while (!walk.AtEnd()) {
+        const QDomNode &node = walk.Node();
         if (node.nodeName() == name) {
             result.push_back(node);
-            node = NextOutside(node, start);
+            walk.NextOutside();
             continue;
         }
         if (IsStartCalled(node, name)) {
             AppendTop(roots, result);
         }
-        node = NextNode(node, start);
+        GoOn(walk);
     }
 }
 

@@ -1,14 +1,10 @@
 #include "schema/xmlschemahandler.h"
 
-#include "dom/fileguard.h"
+#include "dom/guardedreader.h"
 #include "events/itagwright.h"
 #include "host/trace.h"
 #include "schema/referenceresolver.h"
 #include "schema/schematags.h"
-
-#include <QFile>
-#include <QXmlInputSource>
-#include <QXmlSimpleReader>
 
 #include <array>
 #include <utility>
@@ -245,9 +241,7 @@ void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
         return;
     }
     // A file that can't be read adds nothing; the names that it should have declared are missed in the end.
-    if (dom::CheckXmlFile(path).isEmpty()) {
-        RunInclude(path);
-    }
+    RunInclude(path);
     files.Leave();
 }
 
@@ -266,12 +260,10 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     XmlSchemaHandler nested(m_pCallback, m_sSchemaPath, std::move(m_MissingMap), std::move(m_OccursMap),
                             std::move(m_TypeMap), std::move(m_ChoiceMap));
     nested.Join(*m_pRun, path);
-    QFile file(path);
-    QXmlInputSource source(&file);
-    QXmlSimpleReader reader;
+    dom::GuardedReader reader;
     reader.setContentHandler(&nested);
     reader.setErrorHandler(&nested);
-    reader.parse(source);
+    reader.ReadFile(path);
     m_MissingMap = std::move(nested.m_MissingMap);
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);

@@ -2,23 +2,22 @@
 
 #include "tagwright_export.h"
 
-#include <QDateTime>
 #include <QDomDocument>
 #include <QDomDocumentFragment>
 #include <QDomNode>
 #include <QString>
 
+#include <functional>
 #include <list>
 #include <memory>
 #include <vector>
 
 class ITagwright;
 class QFile;
-class QXmlInputSource;
-class QXmlSimpleReader;
 class XmlContentHandler;
 
 namespace dom {
+class GuardedReader;
 struct SearchRoots;
 }
 
@@ -120,17 +119,15 @@ private:
     void ErasePointerAndSetFlags();
     void InitHandler(ITagwright *pCallback, QDomDocument *document);
     void LetGoOf(const QDomDocument *document);
-    void CheckFile();
-    bool ParseFile();
     bool ParseNode(const QDomNode &node);
-    bool RunParser(QXmlInputSource &source);
-    void DropReplaced();
+    bool RunParser(const std::function<bool(dom::GuardedReader &)> &read);
+    void EndParse();
     dom::SearchRoots GetSearchRoots() const;
     std::list<QDomNode> &NewSearchResult();
 
     /// Owned only while m_bOwnsHandler is set.
     std::unique_ptr<XmlContentHandler> m_pHandler;
-    std::unique_ptr<QXmlSimpleReader> m_pReader;
+    std::unique_ptr<dom::GuardedReader> m_pReader;
     ITagwright *m_pCallback;
     /// Of a document handed over by pointer only the next content makes the reader the owner: see m_bIsHostDocument.
     std::unique_ptr<QDomDocument> m_pDocument;
@@ -149,10 +146,6 @@ private:
     QDomDocument *m_pFollowed = nullptr;
     /// The content, as a document, if it is a node that is one.
     std::unique_ptr<QDomDocument> m_pNodeDocument;
-    /// The file as it was when it was checked, and why it isn't read; empty if it is.
-    qint64 m_iCheckedSize = 0;
-    QDateTime m_tChecked;
-    QString m_sRefusal;
     bool m_bParsing = false;
     /// What was replaced during the parse that is running; it lives to its end.
     bool m_bReplaced = false;
