@@ -27,24 +27,18 @@ ReferenceResolver::ReferenceResolver(MissingMap &missing, TypeMap &types, Schema
 {
 }
 
+// Takes away the waiting records of declarations that another file has replaced.
 void ReferenceResolver::DropReplaced()
 {
-    if (m_oRun.m_lReplaced.empty()) {
-        return;
-    }
-    for (auto name = m_MissingMap.begin(); name != m_MissingMap.end();) {
-        DropReplaced(name->second);
-        name = name->second.empty() ? m_MissingMap.erase(name) : std::next(name);
+    for (auto name = m_MissingMap.begin(); name != m_MissingMap.end() && !m_oRun.m_lReplaced.empty();) {
+        auto &counts = name->second;
+        for (auto count = counts.begin(); count != counts.end();) {
+            count->second.remove_if([this](const MissingElement &record) { return IsReplaced(record); });
+            count = count->second.empty() ? counts.erase(count) : std::next(count);
+        }
+        name = counts.empty() ? m_MissingMap.erase(name) : std::next(name);
     }
     m_oRun.m_lReplaced.clear();
-}
-
-void ReferenceResolver::DropReplaced(Counts &counts)
-{
-    for (auto count = counts.begin(); count != counts.end();) {
-        count->second.remove_if([this](const MissingElement &record) { return IsReplaced(record); });
-        count = count->second.empty() ? counts.erase(count) : std::next(count);
-    }
 }
 
 bool ReferenceResolver::IsReplaced(const MissingElement &record) const
@@ -66,8 +60,12 @@ void ReferenceResolver::Reopen()
     }
 }
 
-bool ReferenceResolver::Resolve()
+bool ReferenceResolver::Resolve(bool reopen)
 {
+    DropReplaced();
+    if (reopen) {
+        Reopen();
+    }
     // 1. Sweep until no declaration becomes complete any more.
     CollectComplete();
     RunSweeps();

@@ -6,7 +6,7 @@
 
 #include <set>
 
-struct SchemaRun;
+class SchemaRun;
 
 /// The pass that fills in the references that wait, inner declarations first. It goes over the names that something
 /// waits for in sweeps, each in the order of the names, and applies in each sweep the declarations that are complete.
@@ -16,20 +16,17 @@ public:
     ReferenceResolver(MissingMap &missing, TypeMap &types, SchemaRun &run);
     Q_DISABLE_COPY(ReferenceResolver)
 
-    /// Takes away the waiting records of declarations that another file has replaced.
-    void DropReplaced();
-
-    /// Makes the declarations that an earlier pass has applied complete again, for the references that were added since.
-    void Reopen();
-
-    /// Runs the pass. False, traced, if a name is declared nowhere, if names wait for each other, or if a limit of the
-    /// template is broken. What was applied up to then stays.
-    [[nodiscard]] bool Resolve();
+    /// Runs the pass. With `reopen`, declarations that an earlier pass has applied count as complete again, for the
+    /// references that were added since. False, traced, if a name is declared nowhere, if names wait for each other, or
+    /// if a limit of the template is broken. What was applied up to then stays.
+    [[nodiscard]] bool Resolve(bool reopen);
 
 private:
-    using Counts = std::map<int, std::list<MissingElement>>;
     using Names = std::set<QString>;
 
+    void DropReplaced();
+    bool IsReplaced(const MissingElement &record) const;
+    void Reopen();
     void CollectComplete();
     void RunSweeps();
     bool IsAhead(Names::const_iterator next) const;
@@ -39,9 +36,6 @@ private:
     void ApplyContent(const MissingElement &record, int times);
     void InsertContent(const MissingElement &record, int times);
     void Lower(const QString &owner, int times);
-
-    bool IsReplaced(const MissingElement &record) const;
-    void DropReplaced(Counts &counts);
 
     QStringList OpenNames() const;
     void TraceUndeclared() const;

@@ -1,25 +1,42 @@
 #pragma once
 
 #include "schema/openfiles.h"
-#include "schema/schemaarena.h"
 #include "schema/templatemaker.h"
 
+#include <deque>
 #include <set>
 
-/// Shared by the handlers of a run: the top one, which owns it, and those of its includes.
-struct SchemaRun
+/// Shared by the handlers of a run: the top one, which owns it, and those of its includes. It owns what the tables of
+/// the run only borrow: documents, fragments and handles on elements. These stay valid, and at their addresses, until
+/// the run ends.
+class SchemaRun
 {
+public:
     explicit SchemaRun(const QString &schemaPath)
         : m_oFiles(schemaPath)
     {
     }
+    Q_DISABLE_COPY(SchemaRun)
+
+    /// A new empty fragment, made by `document`.
+    QDomDocumentFragment *NewFragment(QDomDocument &document);
+    /// A handle of the run's own on the element.
+    QDomElement *Keep(const QDomElement &element);
+    /// Keeps a document alive: its fragments look it up when they are changed or cloned.
+    void Keep(const QDomDocument &document);
 
     /// Traces a broken limit, once in a run. `where` names the tag or the name that broke it.
     void TraceLimit(const QString &where);
 
-    SchemaArena m_oArena;
-    TemplateMaker m_oMaker;
+private:
+    // The order of the members is that of their life: a fragment must not outlive its document.
+    std::deque<QDomDocument> m_lDocuments;
+    std::deque<QDomDocumentFragment> m_lFragments;
+    std::deque<QDomElement> m_lElements;
     bool m_bLimitTraced = false;
+
+public:
+    TemplateMaker m_oMaker;
     OpenFiles m_oFiles;
     /// Declarations that another file has replaced since the latest pass.
     std::set<QString> m_lReplaced;

@@ -125,7 +125,8 @@ QDomDocumentFragment TemplateMaker::CloneContent(const QDomDocumentFragment &sou
         if (!IsPlaceholder(node)) {
             CloneBelow(clone, node, level);
         } else if (!node.previousSibling().isNull()) {
-            // Passing over thousands of placeholders takes time as well. A carrier alone is what a simple type consists of.
+            // Passing over thousands of placeholders takes time as well. A carrier alone is what a simple type consists
+            // of.
             Count(level, 0);
         }
     }

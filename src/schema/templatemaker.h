@@ -5,9 +5,9 @@
 #include <QDomElement>
 #include <QString>
 
-/// Makes the elements and attributes of a run and counts them, so that a small file can't ask for more than the host can
-/// bear: minOccurs multiplies, and types that hold others twice double at each level. Once a limit is broken nothing more
-/// is made.
+/// Makes the elements and attributes of a run and counts them, so that a small file can't ask for more than the host
+/// can bear: minOccurs multiplies, and types that hold others twice double at each level. Once a limit is broken
+/// nothing more is made.
 class TemplateMaker
 {
 public:
@@ -28,17 +28,15 @@ public:
     /// Sets an attribute, if the limits allow it. A null element takes nothing.
     void SetAttribute(QDomElement target, const QString &name, const QString &value);
 
-    enum class Existing {
-        Replace,
-        Keep
-    };
+    enum class Existing { Replace, Keep };
     /// Sets all attributes of the declaration's first child.
     void CopyAttributes(const QDomDocumentFragment &source, const QDomElement &target, Existing existing);
     /// Sets the schema attribute that is called like the declaration's first child: the child's type as value, its
     /// bounds and enumerations beside it under names that end in the attribute's name.
     void SetSchemaAttribute(const QDomDocumentFragment &source, const QDomElement &target);
 
-    /// A deep clone of the declaration's children without placeholders, as far as the limits allow it below this parent.
+    /// A deep clone of the declaration's children without placeholders, as far as the limits allow it below this
+    /// parent.
     QDomDocumentFragment CloneContent(const QDomDocumentFragment &source, const QDomNode &parent);
 
     bool IsExceeded() const;

@@ -81,7 +81,7 @@ void XmlSchemaHandler::SetType(const QDomElement &target, const QString &type)
 void XmlSchemaHandler::WaitForAttributes(const QString &name, const QDomElement &target, bool isBase)
 {
     RaiseOpenRefs();
-    AddMissingElement(name, 1, { m_pRun->m_oArena.Keep(target), nullptr, m_sGlobalName, true, isBase });
+    AddMissingElement(name, 1, { m_pRun->Keep(target), nullptr, m_sGlobalName, true, isBase });
 }
 
 // In a global declaration: the local element whose anonymous type is open, or the element that stands for it all.

@@ -52,7 +52,7 @@ void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
 
 void XmlSchemaHandler::MakeLocalElement(const LocalDeclaration &local)
 {
-    m_pLocalElement = m_pRun->m_oArena.Keep(m_pDocument->createElement(local.m_sName));
+    m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
     m_pRun->m_oMaker.Append(ContentParent(), *m_pLocalElement);
     if (!local.m_sDefault.isEmpty()) {
         m_pRun->m_oMaker.SetAttribute(*m_pLocalElement, QStringLiteral("default"), local.m_sDefault);
@@ -138,8 +138,8 @@ void XmlSchemaHandler::WaitForCopies(const LocalDeclaration &local)
 
 void XmlSchemaHandler::MakeModel(const LocalDeclaration &local)
 {
-    QDomDocumentFragment *fragment = m_pRun->m_oArena.NewFragment(*m_pDocument);
-    m_pLocalElement = m_pRun->m_oArena.Keep(m_pDocument->createElement(local.m_sName));
+    QDomDocumentFragment *fragment = m_pRun->NewFragment(*m_pDocument);
+    m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
     m_pRun->m_oMaker.Append(*fragment, *m_pLocalElement);
     if (m_bInGlobal) {
         OpenFragment(fragment, false);
@@ -154,7 +154,7 @@ void XmlSchemaHandler::WaitForReference(const LocalDeclaration &local)
     if (!m_bInGlobal) {
         record.m_pParent = AppendPlace();
     } else if (m_pCurrentElement->hasChildNodes()) {
-        m_pLocalElement = m_pRun->m_oArena.Keep(m_pCurrentElement->lastChildElement());
+        m_pLocalElement = m_pRun->Keep(m_pCurrentElement->lastChildElement());
         record.m_pAfter = m_pLocalElement;
     }
     RaiseOpenRefs();
@@ -164,7 +164,7 @@ void XmlSchemaHandler::WaitForReference(const LocalDeclaration &local)
 // A placeholder that content in a named type will replace. Elsewhere it stands nowhere, and so will the content.
 QDomElement *XmlSchemaHandler::AppendPlace()
 {
-    QDomElement *place = m_pRun->m_oArena.Keep(TemplateMaker::NewPlaceholder(*m_pDocument));
+    QDomElement *place = m_pRun->Keep(TemplateMaker::NewPlaceholder(*m_pDocument));
     if (m_bHasPlaceholders) {
         m_pRun->m_oMaker.Append(*m_pFragment, *place);
     }

@@ -6,7 +6,8 @@
 #include "schema/referenceresolver.h"
 #include "schema/schematags.h"
 
-#include <array>
+#include <QHash>
+
 #include <utility>
 
 using schematags::UnitName;
@@ -71,27 +72,17 @@ bool XmlSchemaHandler::characters(const QString &)
 
 XmlSchemaHandler::TagReader XmlSchemaHandler::ReaderOf(const QString &tag)
 {
-    struct Row
-    {
-        QLatin1String m_sTag;
-        TagReader m_pRead;
+    static const QHash<QString, TagReader> readers {
+        { QStringLiteral("xs:element"), &XmlSchemaHandler::ReadElement },
+        { QStringLiteral("xs:complexType"), &XmlSchemaHandler::ReadTypeStart },
+        { QStringLiteral("xs:simpleType"), &XmlSchemaHandler::ReadTypeStart },
+        { QStringLiteral("xs:attribute"), &XmlSchemaHandler::ReadAttribute },
+        { QStringLiteral("xs:restriction"), &XmlSchemaHandler::ReadRestriction },
+        { QStringLiteral("xs:extension"), &XmlSchemaHandler::ReadExtension },
+        { QStringLiteral("xs:choice"), &XmlSchemaHandler::ReadChoice },
+        { QStringLiteral("xs:include"), &XmlSchemaHandler::ReadInclude },
     };
-    static const std::array<Row, 8> rows { {
-        { QLatin1String("xs:element"), &XmlSchemaHandler::ReadElement },
-        { QLatin1String("xs:complexType"), &XmlSchemaHandler::ReadTypeStart },
-        { QLatin1String("xs:simpleType"), &XmlSchemaHandler::ReadTypeStart },
-        { QLatin1String("xs:attribute"), &XmlSchemaHandler::ReadAttribute },
-        { QLatin1String("xs:restriction"), &XmlSchemaHandler::ReadRestriction },
-        { QLatin1String("xs:extension"), &XmlSchemaHandler::ReadExtension },
-        { QLatin1String("xs:choice"), &XmlSchemaHandler::ReadChoice },
-        { QLatin1String("xs:include"), &XmlSchemaHandler::ReadInclude },
-    } };
-    for (const Row &row : rows) {
-        if (tag == row.m_sTag) {
-            return row.m_pRead;
-        }
-    }
-    return nullptr;
+    return readers.value(tag, nullptr);
 }
 
 bool XmlSchemaHandler::startElement(const QString &, const QString &, const QString &qName, const QXmlAttributes &atts)
@@ -160,14 +151,14 @@ void XmlSchemaHandler::MoveDown()
         m_oOpenTags.Mark(OpenTags::Kind::UnmovedType);
         return;
     }
-    m_pCurrentElement = m_pRun->m_oArena.Keep(last);
+    m_pCurrentElement = m_pRun->Keep(last);
 }
 
 void XmlSchemaHandler::MoveUp()
 {
     const QDomNode parent = m_pCurrentElement == nullptr ? QDomNode() : m_pCurrentElement->parentNode();
     if (parent.isElement()) {
-        m_pCurrentElement = m_pRun->m_oArena.Keep(parent.toElement());
+        m_pCurrentElement = m_pRun->Keep(parent.toElement());
     }
 }
 
@@ -186,7 +177,7 @@ void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
 void XmlSchemaHandler::StartDeclaration(const QString &name, bool isType)
 {
     m_sGlobalName = name;
-    OpenFragment(m_pRun->m_oArena.NewFragment(*m_pDocument), isType);
+    OpenFragment(m_pRun->NewFragment(*m_pDocument), isType);
     m_pTypeEntry = FileEntry(name, { isType, 0, m_pFragment });
 }
 
@@ -208,13 +199,8 @@ void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
     m_bInGlobalAttribute = m_bInGlobalAttribute || m_sTag == QLatin1String("xs:attribute");
     m_bInGlobal = true;
     StartDeclaration(atts.value(0), false);
-    m_pCurrentElement = m_pRun->m_oArena.Keep(m_pDocument->createElement(m_sGlobalName));
+    m_pCurrentElement = m_pRun->Keep(m_pDocument->createElement(m_sGlobalName));
     m_pRun->m_oMaker.Append(*m_pFragment, *m_pCurrentElement);
-    ReadGlobalAttributes(atts);
-}
-
-void XmlSchemaHandler::ReadGlobalAttributes(const QXmlAttributes &atts)
-{
     for (int i = 0; i < atts.count(); ++i) {
         const QString name = atts.qName(i);
         if (name == QLatin1String("default")) {
@@ -235,14 +221,14 @@ void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
     }
     m_bHasInclude = true;
     const QString path = IncludePath(atts.value(0));
-    OpenFiles &files = m_pRun->m_oFiles;
-    if (!files.Enter(path, m_oOpenTags.Count())) {
-        TraceRefusedInclude(path);
+    const QString refusal = m_pRun->m_oFiles.Enter(path, m_oOpenTags.Count());
+    if (!refusal.isEmpty()) {
+        TraceRefusedInclude(path, refusal);
         return;
     }
     // A file that can't be read adds nothing; the names that it should have declared are missed in the end.
     RunInclude(path);
-    files.Leave();
+    m_pRun->m_oFiles.Leave();
 }
 
 QString XmlSchemaHandler::IncludePath(const QString &location) const
@@ -259,7 +245,9 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     // The tables move there and back, which leaves them as a copy and its return would.
     XmlSchemaHandler nested(m_pCallback, m_sSchemaPath, std::move(m_MissingMap), std::move(m_OccursMap),
                             std::move(m_TypeMap), std::move(m_ChoiceMap));
-    nested.Join(*m_pRun, path);
+    nested.m_pOwnRun.reset();
+    nested.m_pRun = m_pRun;
+    nested.m_sFilePath = path;
     dom::GuardedReader reader;
     reader.setContentHandler(&nested);
     reader.setErrorHandler(&nested);
@@ -269,39 +257,21 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     m_TypeMap = std::move(nested.m_TypeMap);
     m_ChoiceMap = std::move(nested.m_ChoiceMap);
     // Only now: a document handle shares nothing before the first node is made.
-    m_pRun->m_oArena.Keep(*nested.m_pDocument);
-}
-
-void XmlSchemaHandler::Join(SchemaRun &run, const QString &filePath)
-{
-    m_pRun = &run;
-    m_pOwnRun.reset();
-    m_bIsInclude = true;
-    m_sFilePath = filePath;
+    m_pRun->Keep(*nested.m_pDocument);
 }
 
 bool XmlSchemaHandler::endDocument()
 {
     m_pLocator = nullptr;
-    if (!IsReading() || !ResolveReferences()) {
+    if (!IsReading() || !ReferenceResolver(m_MissingMap, m_TypeMap, *m_pRun).Resolve(m_bHasInclude)) {
         return false;
     }
     ChooseRoot();
-    // Nobody reads the template of an included file.
-    if (!m_bIsInclude) {
+    const bool isInclude = m_pOwnRun == nullptr;
+    if (!isInclude) {
         BuildTemplate();
     }
     return true;
-}
-
-bool XmlSchemaHandler::ResolveReferences()
-{
-    ReferenceResolver resolver(m_MissingMap, m_TypeMap, *m_pRun);
-    resolver.DropReplaced();
-    if (m_bHasInclude) {
-        resolver.Reopen();
-    }
-    return resolver.Resolve();
 }
 
 void XmlSchemaHandler::ChooseRoot()
@@ -319,19 +289,13 @@ void XmlSchemaHandler::BuildTemplate()
     // There is no other way to a processing instruction of this name. The text has no element, so that the load reports
     // an error after it has made the instruction.
     m_pDocument->setContent(QStringLiteral("<?xml version='1.0' encoding=\"UTF-8\"?>"));
-    if (m_pFragment == nullptr) {
-        return;
-    }
-    // Without a root candidate the fragment may be that of a named type.
-    QDomNode clone = m_pFragment->cloneNode(true);
-    for (QDomNode child = clone.firstChild(); !child.isNull();) {
-        const QDomNode next = child.nextSibling();
-        if (TemplateMaker::IsPlaceholder(child)) {
-            clone.removeChild(child);
+    // Without a root candidate the fragment may be that of a named type, or there is none at all.
+    QDomNode child = m_pFragment == nullptr ? QDomNode() : m_pFragment->firstChild();
+    for (; !child.isNull(); child = child.nextSibling()) {
+        if (!TemplateMaker::IsPlaceholder(child)) {
+            m_pDocument->appendChild(child.cloneNode(true));
         }
-        child = next;
     }
-    m_pDocument->appendChild(clone);
 }
 
 bool XmlSchemaHandler::IsReading() const
@@ -375,10 +339,9 @@ void XmlSchemaHandler::TracePassedOver() const
     });
 }
 
-void XmlSchemaHandler::TraceRefusedInclude(const QString &path) const
+void XmlSchemaHandler::TraceRefusedInclude(const QString &path, const QString &refusal) const
 {
-    trace::Write(UnitName(), __LINE__, [this, &path] {
-        return QStringLiteral("The include of %1 in %2 is passed over: %3.")
-            .arg(path, WhereText(), m_pRun->m_oFiles.GetReason());
+    trace::Write(UnitName(), __LINE__, [this, &path, &refusal] {
+        return QStringLiteral("The include of %1 in %2 is passed over: %3.").arg(path, WhereText(), refusal);
     });
 }

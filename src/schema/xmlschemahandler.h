@@ -71,12 +71,9 @@ private:
     void StartDeclaration(const QString &name, bool isType);
     void OpenFragment(QDomDocumentFragment *fragment, bool hasPlaceholders);
     void ReadGlobal(const QXmlAttributes &atts);
-    void ReadGlobalAttributes(const QXmlAttributes &atts);
     void ReadInclude(const QXmlAttributes &atts);
     QString IncludePath(const QString &location) const;
     void RunInclude(const QString &path);
-    void Join(SchemaRun &run, const QString &filePath);
-    bool ResolveReferences();
     void ChooseRoot();
     void BuildTemplate();
     bool IsReading() const;
@@ -84,7 +81,7 @@ private:
     TypeEntry *UseComplete(const QString &name);
     QString WhereText() const;
     void TracePassedOver() const;
-    void TraceRefusedInclude(const QString &path) const;
+    void TraceRefusedInclude(const QString &path, const QString &refusal) const;
 
     // xmlschemaelements.cpp: local elements and choices.
     void ReadElement(const QXmlAttributes &atts);
@@ -145,7 +142,6 @@ private:
     // The run that this handler has begun itself; the handler of an include joins the one that includes it.
     std::unique_ptr<SchemaRun> m_pOwnRun;
     SchemaRun *m_pRun = nullptr;
-    bool m_bIsInclude = false;
     // The file that is read here, for traces.
     QString m_sFilePath;
     QXmlLocator *m_pLocator = nullptr;
