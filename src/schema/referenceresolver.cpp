@@ -50,24 +50,11 @@ bool ReferenceResolver::IsReplaced(const MissingElement &record) const
     return owner != m_TypeMap.end() && record.m_pParent->ownerDocument() != owner->second.m_pFragment->ownerDocument();
 }
 
-void ReferenceResolver::Reopen()
-{
-    for (const auto &[name, counts] : m_MissingMap) {
-        const auto entry = m_TypeMap.find(name);
-        if (!name.isEmpty() && entry != m_TypeMap.end() && entry->second.m_iOpenRefs == -1) {
-            entry->second.m_iOpenRefs = 0;
-        }
-    }
-}
-
 bool ReferenceResolver::Resolve(bool reopen)
 {
-    DropReplaced();
-    if (reopen) {
-        Reopen();
-    }
     // 1. Sweep until no declaration becomes complete any more.
-    CollectComplete();
+    DropReplaced();
+    CollectKeys(reopen);
     RunSweeps();
     if (m_oRun.m_oMaker.IsExceeded()) {
         return false;
@@ -84,76 +71,81 @@ bool ReferenceResolver::Resolve(bool reopen)
     }
     // 3. Declarations that are still open wait for each other.
     if (!open.isEmpty()) {
-        TraceCircle(open);
+        trace::Write(UnitName(), __LINE__, [&open] {
+            return QStringLiteral("Missing Elements refer to each other! XmlSchemaHandler terminates... ")
+                + open.join(QLatin1String(", "));
+        });
     }
     return open.isEmpty() && !m_oRun.m_oMaker.IsExceeded();
 }
 
-void ReferenceResolver::CollectComplete()
+void ReferenceResolver::CollectKeys(bool reopen)
 {
-    for (const auto &[name, counts] : m_MissingMap) {
-        if (name.isEmpty()) {
+    for (auto &[name, counts] : m_MissingMap) {
+        const auto entry = m_TypeMap.find(name);
+        const bool isDeclared = entry != m_TypeMap.end();
+        if (reopen && isDeclared && !name.isEmpty() && entry->second.m_iOpenRefs == -1) {
+            entry->second.m_iOpenRefs = 0;
+        }
+        if (name.isEmpty() || m_pUndeclared != nullptr) {
             continue;
         }
-        const auto entry = m_TypeMap.find(name);
-        if (entry == m_TypeMap.end()) {
+        if (!isDeclared) {
             m_pUndeclared = &name;
-            return;
+            continue;
         }
         if (entry->second.m_iOpenRefs == 0) {
-            m_lComplete.insert(m_lComplete.end(), name);
+            m_lComplete.insert(m_lComplete.end(), m_lKeys.size());
         }
+        m_lKeys.push_back({ &name, &counts, &entry->second });
     }
 }
 
 void ReferenceResolver::RunSweeps()
 {
     // A declaration that becomes complete is taken in the same sweep if its name is still ahead, else in the next one.
+    // The sweep that meets a name without declaration is the last.
     auto next = m_lComplete.begin();
-    while (IsAhead(next) && !m_oRun.m_oMaker.IsExceeded()) {
-        const QString name = *next;
+    while (next != m_lComplete.end() && !m_oRun.m_oMaker.IsExceeded()) {
+        const std::size_t place = *next;
         m_lComplete.erase(next);
-        Process(name);
-        next = m_lComplete.upper_bound(name);
+        Process(m_lKeys[place]);
+        next = m_lComplete.upper_bound(place);
         if (next == m_lComplete.end() && m_pUndeclared == nullptr) {
             next = m_lComplete.begin();
         }
     }
 }
 
-bool ReferenceResolver::IsAhead(Names::const_iterator next) const
-{
-    return next != m_lComplete.end() && (m_pUndeclared == nullptr || *next < *m_pUndeclared);
-}
-
 bool ReferenceResolver::ReopenWaiting()
 {
-    for (const auto &[name, counts] : m_MissingMap) {
-        const auto entry = m_TypeMap.find(name);
-        if (!name.isEmpty() && entry->second.m_iOpenRefs == -1 && HasWaiting(counts)) {
-            entry->second.m_iOpenRefs = 0;
-            m_lComplete.insert(name);
+    for (std::size_t place = 0; place < m_lKeys.size(); ++place) {
+        const Key &key = m_lKeys[place];
+        if (key.m_pEntry->m_iOpenRefs == -1 && HasWaiting(*key.m_pCounts)) {
+            key.m_pEntry->m_iOpenRefs = 0;
+            m_lComplete.insert(place);
         }
     }
     return !m_lComplete.empty();
 }
 
-void ReferenceResolver::Process(const QString &name)
+void ReferenceResolver::Process(const Key &key)
 {
-    TypeEntry &entry = m_TypeMap[name];
-    entry.m_iOpenRefs = -1;
-    m_pSource = entry.m_pFragment;
-    for (auto &[count, records] : m_MissingMap[name]) {
+    key.m_pEntry->m_iOpenRefs = -1;
+    m_pSource = key.m_pEntry->m_pFragment;
+    for (auto &[count, records] : *key.m_pCounts) {
         for (MissingElement &record : records) {
             // A count below 0 asks for no application at all.
             if (!record.m_bApplied && count >= 0) {
-                entry.m_bUsed = true;
+                key.m_pEntry->m_bUsed = true;
                 Apply(record, std::max(count, 1));
             }
             record.m_bApplied = true;
         }
     }
-    m_oRun.TraceLimit(QStringLiteral("\"%1\" in %2").arg(name, m_oRun.m_oFiles.GetCurrent()));
+    if (m_oRun.m_oMaker.IsExceeded()) {
+        m_oRun.TraceLimit(QStringLiteral("\"%1\" in %2").arg(*key.m_pName, m_oRun.m_oFiles.GetCurrent()));
+    }
 }
 
 void ReferenceResolver::Apply(const MissingElement &record, int times)
@@ -212,18 +204,19 @@ void ReferenceResolver::Lower(const QString &owner, int times)
         return;
     }
     entry->second.m_iOpenRefs = std::max(0, entry->second.m_iOpenRefs - times);
-    if (entry->second.m_iOpenRefs == 0 && !owner.isEmpty() && m_MissingMap.count(owner) > 0) {
-        m_lComplete.insert(owner);
+    const auto key = std::lower_bound(m_lKeys.begin(), m_lKeys.end(), owner,
+                                      [](const Key &other, const QString &name) { return *other.m_pName < name; });
+    if (entry->second.m_iOpenRefs == 0 && key != m_lKeys.end() && *key->m_pName == owner) {
+        m_lComplete.insert(static_cast<std::size_t>(key - m_lKeys.begin()));
     }
 }
 
 QStringList ReferenceResolver::OpenNames() const
 {
     QStringList names;
-    for (const auto &[name, counts] : m_MissingMap) {
-        const auto entry = m_TypeMap.find(name);
-        if (!name.isEmpty() && entry != m_TypeMap.end() && entry->second.m_iOpenRefs > 0) {
-            names << name;
+    for (const Key &key : m_lKeys) {
+        if (key.m_pEntry->m_iOpenRefs > 0) {
+            names << *key.m_pName;
         }
     }
     return names;
@@ -235,13 +228,5 @@ void ReferenceResolver::TraceUndeclared() const
                  [] { return QStringLiteral("Missing Element was not found! XmlSchemaHandler terminates..."); });
     trace::Write(UnitName(), __LINE__, [this] {
         return QStringLiteral("The schema refers to \"%1\", which is declared nowhere.").arg(*m_pUndeclared);
-    });
-}
-
-void ReferenceResolver::TraceCircle(const QStringList &names)
-{
-    trace::Write(UnitName(), __LINE__, [&names] {
-        return QStringLiteral("Missing Elements refer to each other! XmlSchemaHandler terminates... ")
-            + names.join(QLatin1String(", "));
     });
 }

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <set>
+#include <vector>
 
 class SchemaRun;
 
@@ -22,33 +23,36 @@ public:
     [[nodiscard]] bool Resolve(bool reopen);
 
 private:
-    using Names = std::set<QString>;
+    // A name that something waits for and that is declared.
+    struct Key
+    {
+        const QString *m_pName = nullptr;
+        std::map<int, std::list<MissingElement>> *m_pCounts = nullptr;
+        TypeEntry *m_pEntry = nullptr;
+    };
 
     void DropReplaced();
     bool IsReplaced(const MissingElement &record) const;
-    void Reopen();
-    void CollectComplete();
+    void CollectKeys(bool reopen);
     void RunSweeps();
-    bool IsAhead(Names::const_iterator next) const;
     bool ReopenWaiting();
-    void Process(const QString &name);
+    void Process(const Key &key);
     void Apply(const MissingElement &record, int times);
     void ApplyContent(const MissingElement &record, int times);
     void InsertContent(const MissingElement &record, int times);
     void Lower(const QString &owner, int times);
-
     QStringList OpenNames() const;
     void TraceUndeclared() const;
-    static void TraceCircle(const QStringList &names);
 
     MissingMap &m_MissingMap;
     TypeMap &m_TypeMap;
     SchemaRun &m_oRun;
 
-    // The names that are to be applied: complete, and waited for.
-    Names m_lComplete;
-    // The first name that is declared nowhere; the first sweep ends there.
+    // In the order of the names, up to the first name that is declared nowhere.
+    std::vector<Key> m_lKeys;
     const QString *m_pUndeclared = nullptr;
+    // The places of those keys that are to be applied.
+    std::set<std::size_t> m_lComplete;
     // The declaration that is being applied.
     QDomDocumentFragment *m_pSource = nullptr;
 };

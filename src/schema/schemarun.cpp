@@ -20,7 +20,7 @@ void SchemaRun::Keep(const QDomDocument &document)
 
 void SchemaRun::TraceLimit(const QString &where)
 {
-    if (!m_oMaker.IsExceeded() || m_bLimitTraced) {
+    if (m_bLimitTraced) {
         return;
     }
     m_bLimitTraced = true;

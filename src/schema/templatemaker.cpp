@@ -9,16 +9,9 @@ namespace {
 
 using AttributeList = std::vector<std::pair<QString, QString>>;
 
-QString PlaceholderName()
-{
-    return QStringLiteral("dummy");
-}
-
+constexpr QLatin1String kPlaceholderName("dummy", 5);
 // Elements that a schema declares are made without a namespace.
-QString PlaceholderMark()
-{
-    return QStringLiteral("placeholder");
-}
+constexpr QLatin1String kPlaceholderMark("placeholder", 11);
 
 // The number of elements around the node, itself included.
 int LevelOf(const QDomNode &node)
@@ -53,7 +46,7 @@ bool IsChecked(const QString &facet)
 
 QDomElement TemplateMaker::NewPlaceholder(QDomDocument &document)
 {
-    return document.createElementNS(PlaceholderMark(), PlaceholderName());
+    return document.createElementNS(kPlaceholderMark, kPlaceholderName);
 }
 
 bool TemplateMaker::IsPlaceholder(const QDomNode &node)
@@ -63,7 +56,7 @@ bool TemplateMaker::IsPlaceholder(const QDomNode &node)
 
 bool TemplateMaker::HasCarrier(const QDomDocumentFragment &source)
 {
-    return source.firstChild().nodeName() == PlaceholderName();
+    return source.firstChild().nodeName() == kPlaceholderName;
 }
 
 bool TemplateMaker::HasContent(const QDomDocumentFragment &source)

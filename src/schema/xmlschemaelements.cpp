@@ -42,20 +42,15 @@ void XmlSchemaHandler::ReadChoice(const QXmlAttributes &)
 void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
 {
     for (int copy = 0; copy < local.Copies() && IsReading(); ++copy) {
-        MakeLocalElement(local);
+        m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
+        m_pRun->m_oMaker.Append(ContentParent(), *m_pLocalElement);
+        if (!local.m_sDefault.isEmpty()) {
+            m_pRun->m_oMaker.SetAttribute(*m_pLocalElement, QStringLiteral("default"), local.m_sDefault);
+        }
         if (!local.m_sType.isEmpty() && !ApplyType(local.m_sType, *m_pLocalElement)) {
             WaitForType(local);
             return;
         }
-    }
-}
-
-void XmlSchemaHandler::MakeLocalElement(const LocalDeclaration &local)
-{
-    m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
-    m_pRun->m_oMaker.Append(ContentParent(), *m_pLocalElement);
-    if (!local.m_sDefault.isEmpty()) {
-        m_pRun->m_oMaker.SetAttribute(*m_pLocalElement, QStringLiteral("default"), local.m_sDefault);
     }
 }
 

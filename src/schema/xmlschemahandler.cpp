@@ -29,7 +29,6 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
     , m_sSchemaPath(schemaPath)
     , m_pOwnRun(std::make_unique<SchemaRun>(schemaPath))
     , m_pRun(m_pOwnRun.get())
-    , m_sFilePath(schemaPath)
 {
 }
 
@@ -100,7 +99,9 @@ bool XmlSchemaHandler::startElement(const QString &, const QString &, const QStr
     if (read != nullptr) {
         (this->*read)(atts);
     }
-    m_pRun->TraceLimit(QStringLiteral("the tag %1 in %2").arg(m_sTag, WhereText()));
+    if (m_pRun->m_oMaker.IsExceeded()) {
+        m_pRun->TraceLimit(QStringLiteral("the tag %1 in %2").arg(m_sTag, WhereText()));
+    }
     return true;
 }
 
@@ -247,7 +248,6 @@ void XmlSchemaHandler::RunInclude(const QString &path)
                             std::move(m_TypeMap), std::move(m_ChoiceMap));
     nested.m_pOwnRun.reset();
     nested.m_pRun = m_pRun;
-    nested.m_sFilePath = path;
     dom::GuardedReader reader;
     reader.setContentHandler(&nested);
     reader.setErrorHandler(&nested);
@@ -327,9 +327,9 @@ TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
 
 QString XmlSchemaHandler::WhereText() const
 {
-    return m_pLocator == nullptr
-        ? m_sFilePath
-        : QStringLiteral("%1, line %2,").arg(m_sFilePath, QString::number(m_pLocator->lineNumber()));
+    const QString path = m_pRun->m_oFiles.GetCurrent();
+    return m_pLocator == nullptr ? path
+                                 : QStringLiteral("%1, line %2,").arg(path, QString::number(m_pLocator->lineNumber()));
 }
 
 void XmlSchemaHandler::TracePassedOver() const

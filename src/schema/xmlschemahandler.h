@@ -88,7 +88,6 @@ private:
     void ReadLocalElement(const QXmlAttributes &atts);
     void ReadChoice(const QXmlAttributes &atts);
     void MakeCopies(const LocalDeclaration &local);
-    void MakeLocalElement(const LocalDeclaration &local);
     void MakeReferences(const LocalDeclaration &local);
     void FileLimits(const LocalDeclaration &local);
     bool ApplyType(const QString &type, QDomElement target);
@@ -142,8 +141,6 @@ private:
     // The run that this handler has begun itself; the handler of an include joins the one that includes it.
     std::unique_ptr<SchemaRun> m_pOwnRun;
     SchemaRun *m_pRun = nullptr;
-    // The file that is read here, for traces.
-    QString m_sFilePath;
     QXmlLocator *m_pLocator = nullptr;
 
     OpenTags m_oOpenTags;
