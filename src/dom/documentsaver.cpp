@@ -31,11 +31,12 @@ QByteArray QtBytes(const QDomDocument &document)
 }
 
 /// Unbuffered, since a buffered write takes all and only fails, silently, when the file is closed.
-bool WriteWhole(QFile &file, const QByteArray &bytes)
+bool WriteWhole(QFile &file, const std::string &bytes)
 {
+    const auto size = static_cast<qint64>(bytes.size());
     qint64 written = 0;
-    while (written < bytes.size()) {
-        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
+    while (written < size) {
+        const qint64 count = file.write(bytes.data() + written, size - written);
         if (count <= 0) {
             return false;
         }
@@ -65,7 +66,7 @@ void RemoveTornFile(const QString &path)
 }
 
 /// Empty, or why the file could not be written.
-QString WriteFile(const QByteArray &bytes, const QString &path)
+QString WriteFile(const std::string &bytes, const QString &path)
 {
     if (IsFifo(path)) {
         return QStringLiteral("it is a FIFO, where writing may block");
@@ -94,7 +95,7 @@ SaveResult SaveDocument(const QDomDocument &document, const QString &path)
 {
     DocumentWriter writer;
     if (writer.Write(document)) {
-        return { WriteFile(writer.GetBytes(), path), writer.HasReplaced() };
+        return { WriteFile(writer.TakeBytes(), path), writer.HasReplaced() };
     }
     if (IsDeeperThan(document, kMaxQtSaveDepth)) {
         return { QStringLiteral("it holds a document type, a namespace, a reference to an entity or another encoding, "
@@ -102,7 +103,7 @@ SaveResult SaveDocument(const QDomDocument &document, const QString &path)
                      .arg(kMaxQtSaveDepth),
                  false };
     }
-    return { WriteFile(QtBytes(document), path), false };
+    return { WriteFile(QtBytes(document).toStdString(), path), false };
 }
 
 } // namespace dom

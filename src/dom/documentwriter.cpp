@@ -11,6 +11,7 @@ namespace dom {
 namespace {
 
 constexpr int kIndentation = 4;
+constexpr int kPiece = 1 << 15;
 
 /// The root's schema attributes come last, in the order in which the driver sets them.
 int SchemaAttributeRank(const QString &name)
@@ -69,7 +70,15 @@ bool DocumentWriter::Write(const QDomDocument &document)
     }
     CloseDownTo(0);
     m_sText += QLatin1String(m_bLineEnds ? "\n" : "");
+    Flush();
     return true;
+}
+
+void DocumentWriter::Flush()
+{
+    const QByteArray bytes = m_sText.toUtf8();
+    m_sBytes.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    m_sText.resize(0);
 }
 
 bool DocumentWriter::WriteNode(const QDomNode &node)
@@ -168,6 +177,9 @@ bool DocumentWriter::WriteAttributes(const QDomElement &element)
 
 void DocumentWriter::BeginLine()
 {
+    if (m_sText.size() > kPiece) {
+        Flush();
+    }
     if (m_bLineEnds) {
         m_sText += QLatin1Char('\n');
     }

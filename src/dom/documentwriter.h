@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QByteArray>
 #include <QDomDocument>
 #include <QDomElement>
 #include <QString>
 
+#include <string>
 #include <vector>
 
 namespace dom {
@@ -16,12 +16,12 @@ namespace dom {
 class DocumentWriter
 {
 public:
-    /// False, and nothing of use in GetBytes, if the document holds any other kind of node, a namespace, or another
+    /// False, and nothing of use in TakeBytes, if the document holds any other kind of node, a namespace, or another
     /// declared encoding than UTF-8. Called once.
     [[nodiscard]] bool Write(const QDomDocument &document);
 
-    /// The file's content.
-    QByteArray GetBytes() const { return m_sText.toUtf8(); }
+    /// The file's content, handed over.
+    std::string TakeBytes() { return std::move(m_sBytes); }
 
     /// True if a character had to be replaced.
     bool HasReplaced() const { return m_bReplaced; }
@@ -36,6 +36,7 @@ private:
         QString m_sValue;
     };
 
+    void Flush();
     bool WriteNode(const QDomNode &node);
     bool OpenElement(const QDomElement &element);
     void CloseDownTo(int depth);
@@ -45,6 +46,9 @@ private:
     void Append(const QString &text, Escape escape);
     QString Escaped(const QString &text, int at, Escape escape);
 
+    /// A string of Qt's would not hold more than 1 GB, which the indentation of 12,000 levels comes to.
+    std::string m_sBytes;
+    /// The end of the content, not yet encoded.
     QString m_sText;
     bool m_bReplaced = false;
     /// The latest sibling is a text: nothing that a reader would add to it may follow.

@@ -22,9 +22,16 @@ public:
     {
     }
 
-    /// Looks at a character of the input. What entities put in isn't seen here: Qt puts them into values without a
+    /// Gets each character of the input first, and looks at some. What entities put in isn't seen here: Qt puts them into values without a
     /// word, so each reference counts as the greatest entity. For a "(" of a content model Qt recurses, and tells
     /// nobody before the model's end.
+    void Take(ushort character)
+    {
+        m_iLatest = character;
+        if (character < '=') {
+            See(character);
+        }
+    }
     void See(ushort character)
     {
         if (character == '<') {
@@ -44,6 +51,7 @@ public:
         }
     }
 
+    bool HasRefused() const { return !m_sRefusal.isEmpty(); }
     bool Refuse(const QString &reason)
     {
         const int line = m_pLocator == nullptr ? 0 : m_pLocator->lineNumber();
@@ -60,18 +68,21 @@ public:
     bool endDocument() override { return m_pContent->endDocument(); }
     bool startPrefixMapping(const QString &prefix, const QString &uri) override
     {
-        m_hPrefixes.insert(prefix);
+        if (!m_hPrefixes.contains(prefix)) {
+            m_hPrefixes.insert(prefix);
+            m_iPrefixWeight += Weight(prefix);
+        }
         return m_pContent->startPrefixMapping(prefix, uri);
     }
     bool endPrefixMapping(const QString &prefix) override
     {
-        m_hPrefixes.remove(prefix);
+        m_iPrefixWeight -= m_hPrefixes.remove(prefix) ? Weight(prefix) : 0;
         return m_pContent->endPrefixMapping(prefix);
     }
     bool startElement(const QString &uri, const QString &local, const QString &name, const QXmlAttributes &atts) override
     {
         m_bInProlog = false;
-        m_bInMarkup = false;
+        EndMarkup();
         if (++m_iDepth > limits::kMaxFileDepth) {
             return Refuse(QStringLiteral("more than %1 elements lie within each other").arg(limits::kMaxFileDepth));
         }
@@ -79,7 +90,7 @@ public:
     }
     bool endElement(const QString &uri, const QString &local, const QString &name) override
     {
-        m_bInMarkup = false;
+        EndMarkup();
         --m_iDepth;
         return ComparePrefixes() && m_pContent->endElement(uri, local, name);
     }
@@ -87,13 +98,13 @@ public:
     bool ignorableWhitespace(const QString &text) override { return m_pContent->ignorableWhitespace(text); }
     bool processingInstruction(const QString &target, const QString &data) override
     {
-        m_bInMarkup = false;
+        EndMarkup();
         return m_pContent->processingInstruction(target, data);
     }
-    /// A document takes those of its content alone; which these are Qt tells it of Qt's own readers only.
+    /// A document takes those of its content alone. Qt tells it which these are, but only of a reader of Qt's own.
     bool skippedEntity(const QString &name) override
     {
-        return (m_bFillsDocument && m_bInMarkup) || m_pContent->skippedEntity(name);
+        return (m_bFillsDocument && (m_bInProlog || m_bInMarkup)) || m_pContent->skippedEntity(name);
     }
     QString errorString() const override { return m_pContent->errorString(); }
 
@@ -105,12 +116,12 @@ public:
     bool startCDATA() override { return m_pLexical->startCDATA(); }
     bool endCDATA() override
     {
-        m_bInMarkup = false;
+        EndMarkup();
         return m_pLexical->endCDATA();
     }
     bool comment(const QString &text) override
     {
-        m_bInMarkup = false;
+        EndMarkup();
         return m_pLexical->comment(text);
     }
 
@@ -136,10 +147,13 @@ public:
     bool m_bFillsDocument = false;
 
 private:
+    /// A handler is told of some markup; the reader may have taken the first character behind it already.
+    void EndMarkup() { m_bInMarkup = m_iLatest == '<'; }
+    static int Weight(const QString &prefix) { return 1 + prefix.size() / limits::kPrefixCharacters; }
     bool ComparePrefixes()
     {
         const qint64 prefixes = m_hPrefixes.size();
-        m_iComparisons += prefixes > limits::kFreePrefixes ? prefixes * prefixes : 0;
+        m_iComparisons += prefixes > limits::kFreePrefixes ? prefixes * m_iPrefixWeight : 0;
         return m_iComparisons <= limits::kMaxPrefixComparisons
             || Refuse(QStringLiteral("it has too many namespace prefixes on too many elements"));
     }
@@ -147,12 +161,14 @@ private:
     QXmlLocator *m_pLocator = nullptr;
     int m_iDepth;
     bool m_bInProlog = true;
+    ushort m_iLatest = 0;
     /// A "<" has come of which no handler has been told yet.
     bool m_bInMarkup = false;
     EntityCosts m_oEntities;
     qint64 m_iGrowth = 0;
     qint64 m_iParentheses = 0;
     QSet<QString> m_hPrefixes;
+    qint64 m_iPrefixWeight = 0;
     qint64 m_iComparisons = 0;
 };
 
@@ -183,12 +199,9 @@ public:
             return QChar(EndOfDocument);
         }
         const ushort character = *m_pAt++;
-        // All that the guard wants to see lies below.
-        if (character < '=') {
-            m_oGuard.See(character);
-            return QChar(m_oGuard.m_sRefusal.isEmpty() ? character : ushort(EndOfDocument));
-        }
-        return QChar(character == EndOfData ? ushort(EndOfDocument) : character);
+        m_oGuard.Take(character);
+        const bool isEnd = character == EndOfData || m_oGuard.HasRefused();
+        return QChar(isEnd ? ushort(EndOfDocument) : character);
     }
 
 private:
@@ -269,10 +282,7 @@ bool GuardedReader::Read(Source &source, QDomDocument *document)
     setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
     setFeature(QStringLiteral("http://trolltech.com/xml/features/report-whitespace-only-CharData"), false);
     m_pGuard->m_bFillsDocument = true;
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
     return document->setContent(&source, this) && GetRefusal().isEmpty();
-    QT_WARNING_POP
 }
 
 } // namespace dom
