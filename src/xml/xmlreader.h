@@ -19,7 +19,7 @@ class XmlContentHandler;
 namespace dom {
 class GuardedReader;
 struct SearchRoots;
-}
+} // namespace dom
 
 /// Reads XML in two ways that go together: by events, while ParseXml runs over the content, and by search for names.
 ///
