@@ -30,20 +30,6 @@ QByteArray QtBytes(const QDomDocument &document)
     return bytes;
 }
 
-/// Unbuffered, since a buffered write takes all and only fails, silently, when the file is closed.
-bool WriteWhole(QFile &file, const QByteArray &bytes)
-{
-    qint64 written = 0;
-    while (written < bytes.size()) {
-        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
-        if (count <= 0) {
-            return false;
-        }
-        written += count;
-    }
-    return true;
-}
-
 /// True for a named pipe, which may block whoever opens it.
 bool IsFifo(const QString &path)
 {
@@ -56,35 +42,27 @@ bool IsFifo(const QString &path)
 #endif
 }
 
-/// A link stays; what it leads to is torn.
-void RemoveTornFile(const QString &path)
-{
-    if (QFileInfo(path).isFile()) {
-        QFile::remove(QFileInfo(path).canonicalFilePath());
-    }
-}
-
 /// Empty, or why the file could not be written.
-QString WriteFile(const QByteArray &bytes, const QString &path)
+QString WriteFile(const std::string &bytes, const QString &path)
 {
     if (IsFifo(path)) {
         return QStringLiteral("it is a FIFO, where writing may block");
     }
     QFile file(path);
+    // A buffered write takes all and only fails, silently, when the file is closed.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         return file.errorString();
     }
-    bool isWhole = WriteWhole(file, bytes);
-    QString reason = file.errorString();
+    const auto size = static_cast<qint64>(bytes.size());
+    QString reason = file.write(bytes.data(), size) == size ? QString() : file.errorString();
     file.close();
-    if (isWhole && file.error() != QFileDevice::NoError) {
-        isWhole = false;
+    if (reason.isEmpty() && file.error() != QFileDevice::NoError) {
         reason = file.errorString();
     }
-    if (isWhole) {
-        return QString();
+    // A link stays; what it leads to is torn.
+    if (!reason.isEmpty() && QFileInfo(path).isFile()) {
+        QFile::remove(QFileInfo(path).canonicalFilePath());
     }
-    RemoveTornFile(path);
     return reason;
 }
 
@@ -94,7 +72,7 @@ SaveResult SaveDocument(const QDomDocument &document, const QString &path)
 {
     DocumentWriter writer;
     if (writer.Write(document)) {
-        return { WriteFile(writer.GetBytes(), path), writer.HasReplaced() };
+        return { WriteFile(writer.TakeBytes(), path), writer.HasReplaced() };
     }
     if (IsDeeperThan(document, kMaxQtSaveDepth)) {
         return { QStringLiteral("it holds a document type, a namespace, a reference to an entity or another encoding, "
@@ -102,7 +80,7 @@ SaveResult SaveDocument(const QDomDocument &document, const QString &path)
                      .arg(kMaxQtSaveDepth),
                  false };
     }
-    return { WriteFile(QtBytes(document), path), false };
+    return { WriteFile(QtBytes(document).toStdString(), path), false };
 }
 
 } // namespace dom

@@ -11,6 +11,7 @@ namespace dom {
 namespace {
 
 constexpr int kIndentation = 4;
+constexpr int kPiece = 1 << 15;
 
 /// The root's schema attributes come last, in the order in which the driver sets them.
 int SchemaAttributeRank(const QString &name)
@@ -68,8 +69,16 @@ bool DocumentWriter::Write(const QDomDocument &document)
         }
     }
     CloseDownTo(0);
-    m_sText += QLatin1String(m_bLineEnds ? "\n" : "");
+    m_sText += QLatin1String(m_eNext == Next::Line ? "\n" : "");
+    Flush();
     return true;
+}
+
+void DocumentWriter::Flush()
+{
+    const QByteArray bytes = m_sText.toUtf8();
+    m_sBytes.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    m_sText.resize(0);
 }
 
 bool DocumentWriter::WriteNode(const QDomNode &node)
@@ -79,32 +88,28 @@ bool DocumentWriter::WriteNode(const QDomNode &node)
         return OpenElement(node.toElement());
     case QDomNode::TextNode:
         Append(node.nodeValue(), Escape::Text);
-        break;
+        End("", Next::Text);
+        return true;
     case QDomNode::CDATASectionNode:
         m_sText += QLatin1String("<![CDATA[");
         Append(node.nodeValue(), Escape::None);
-        m_sText += QLatin1String("]]>");
-        break;
+        End("]]>", Next::Text);
+        return true;
     case QDomNode::CommentNode:
         BeginLine();
         m_sText += QLatin1String("<!--");
         Append(node.nodeValue(), Escape::None);
         // A hyphen at its end would make "--->".
-        EndTag(QLatin1String(node.nodeValue().endsWith(QLatin1Char('-')) ? " -->" : "-->"));
+        End(node.nodeValue().endsWith(QLatin1Char('-')) ? " -->" : "-->", Next::Line);
         return true;
     case QDomNode::ProcessingInstructionNode:
-        m_sText += QLatin1String(m_bLineEnds ? "\n<?" : "<?");
+        m_sText += QLatin1String(m_eNext == Next::Line ? "\n<?" : "<?");
         Append(node.nodeName() + QLatin1Char(' ') + node.nodeValue(), Escape::None);
-        m_sText += QLatin1String("?>\n");
-        m_bAfterText = false;
-        m_bLineEnds = false;
+        End("?>\n", Next::Any);
         return true;
     default:
         return false;
     }
-    m_bAfterText = true;
-    m_bLineEnds = false;
-    return true;
 }
 
 bool DocumentWriter::OpenElement(const QDomElement &element)
@@ -121,10 +126,8 @@ bool DocumentWriter::OpenElement(const QDomElement &element)
     }
     if (element.hasChildNodes()) {
         m_lOpen.push_back(name);
-        EndTag(QLatin1String(">"));
-    } else {
-        EndTag(QLatin1String("/>"));
     }
+    End(element.hasChildNodes() ? ">" : "/>", Next::Line);
     return true;
 }
 
@@ -136,7 +139,7 @@ void DocumentWriter::CloseDownTo(int depth)
         BeginLine();
         m_sText += QLatin1String("</");
         Append(name, Escape::None);
-        EndTag(QLatin1String(">"));
+        End(">", Next::Line);
     }
 }
 
@@ -151,16 +154,14 @@ bool DocumentWriter::WriteAttributes(const QDomElement &element)
             return false;
         }
         const QString name = attribute.nodeName();
-        m_lAttributes.push_back({ isRoot ? SchemaAttributeRank(name) : 0, name, attribute.nodeValue() });
+        m_lAttributes.emplace_back(isRoot ? SchemaAttributeRank(name) : 0, name, attribute.nodeValue());
     }
-    std::sort(m_lAttributes.begin(), m_lAttributes.end(), [](const Attribute &left, const Attribute &right) {
-        return left.m_iRank != right.m_iRank ? left.m_iRank < right.m_iRank : left.m_sName < right.m_sName;
-    });
-    for (const Attribute &attribute : m_lAttributes) {
+    std::sort(m_lAttributes.begin(), m_lAttributes.end());
+    for (const auto &[rank, name, value] : m_lAttributes) {
         m_sText += QLatin1Char(' ');
-        Append(attribute.m_sName, Escape::None);
+        Append(name, Escape::None);
         m_sText += QLatin1String("=\"");
-        Append(attribute.m_sValue, Escape::Attribute);
+        Append(value, Escape::Attribute);
         m_sText += QLatin1Char('"');
     }
     return true;
@@ -168,19 +169,21 @@ bool DocumentWriter::WriteAttributes(const QDomElement &element)
 
 void DocumentWriter::BeginLine()
 {
-    if (m_bLineEnds) {
+    if (m_sText.size() > kPiece) {
+        Flush();
+    }
+    if (m_eNext == Next::Line) {
         m_sText += QLatin1Char('\n');
     }
-    if (!m_bAfterText) {
+    if (m_eNext != Next::Text) {
         m_sText.resize(m_sText.size() + kIndentation * static_cast<int>(m_lOpen.size()), QLatin1Char(' '));
     }
 }
 
-void DocumentWriter::EndTag(QLatin1String mark)
+void DocumentWriter::End(const char *mark, Next next)
 {
-    m_sText += mark;
-    m_bAfterText = false;
-    m_bLineEnds = true;
+    m_sText += QLatin1String(mark);
+    m_eNext = next;
 }
 
 void DocumentWriter::Append(const QString &text, Escape escape)

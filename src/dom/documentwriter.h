@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QByteArray>
 #include <QDomDocument>
 #include <QDomElement>
 #include <QString>
 
+#include <string>
+#include <tuple>
 #include <vector>
 
 namespace dom {
@@ -16,44 +17,42 @@ namespace dom {
 class DocumentWriter
 {
 public:
-    /// False, and nothing of use in GetBytes, if the document holds any other kind of node, a namespace, or another
+    /// False, and nothing of use in TakeBytes, if the document holds any other kind of node, a namespace, or another
     /// declared encoding than UTF-8. Called once.
     [[nodiscard]] bool Write(const QDomDocument &document);
 
-    /// The file's content.
-    QByteArray GetBytes() const { return m_sText.toUtf8(); }
+    /// The file's content, handed over.
+    std::string TakeBytes() { return std::move(m_sBytes); }
 
     /// True if a character had to be replaced.
     bool HasReplaced() const { return m_bReplaced; }
 
 private:
+    /// What goes before the next node: nothing, as it would become part of a text; an end of line, unless that node is
+    /// a text; or none, since the line has ended.
+    enum class Next { Text, Line, Any };
     enum class Escape { None, Text, Attribute };
 
-    struct Attribute
-    {
-        int m_iRank = 0;
-        QString m_sName;
-        QString m_sValue;
-    };
-
+    void Flush();
     bool WriteNode(const QDomNode &node);
     bool OpenElement(const QDomElement &element);
     void CloseDownTo(int depth);
     bool WriteAttributes(const QDomElement &element);
     void BeginLine();
-    void EndTag(QLatin1String mark);
+    void End(const char *mark, Next next);
     void Append(const QString &text, Escape escape);
     QString Escaped(const QString &text, int at, Escape escape);
 
+    /// A string of Qt's would not hold more than 1 GB, which the indentation of 12,000 levels comes to.
+    std::string m_sBytes;
+    /// The end of the content, not yet encoded.
     QString m_sText;
     bool m_bReplaced = false;
-    /// The latest sibling is a text: nothing that a reader would add to it may follow.
-    bool m_bAfterText = false;
-    /// A line ends here, unless a text follows.
-    bool m_bLineEnds = false;
+    Next m_eNext = Next::Any;
     /// The names of the elements that are open.
     std::vector<QString> m_lOpen;
-    std::vector<Attribute> m_lAttributes; // of the element being written
+    /// Rank, name and value of each attribute of the element being written.
+    std::vector<std::tuple<int, QString, QString>> m_lAttributes;
 };
 
 } // namespace dom

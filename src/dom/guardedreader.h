@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QXmlDefaultHandler>
 #include <QXmlSimpleReader>
 
 #include <memory>
@@ -26,12 +27,13 @@ public:
     bool ReadFile(const QString &path, QDomDocument *document = nullptr);
     bool ReadText(const QString &text, QDomDocument *document = nullptr);
 
-    /// Why the input wasn't read, or no further: a sentence, with file and line. Empty if it was merely faulty, or fine.
-    const QString &GetRefusal() const;
+    /// Why the input wasn't read, or no further: a sentence, with file and line. Empty if it was merely faulty, or
+    /// fine.
+    const QString &GetRefusal() const { return m_sRefusal; }
 
-    void setContentHandler(QXmlContentHandler *handler) override;
-    void setLexicalHandler(QXmlLexicalHandler *handler) override;
-    void setDeclHandler(QXmlDeclHandler *handler) override;
+    void setContentHandler(QXmlContentHandler *handler) override { m_pContent = handler; }
+    void setLexicalHandler(QXmlLexicalHandler *handler) override { m_pLexical = handler; }
+    void setDeclHandler(QXmlDeclHandler *handler) override { m_pDeclarations = handler; }
 
 private:
     class Guard;
@@ -40,6 +42,14 @@ private:
     bool Read(Source &source, QDomDocument *document);
 
     std::unique_ptr<Guard> m_pGuard;
+    // Where calls go. Not owned, but for m_oNobody.
+    QXmlDefaultHandler m_oNobody;
+    QXmlContentHandler *m_pContent = &m_oNobody;
+    QXmlLexicalHandler *m_pLexical = &m_oNobody;
+    QXmlDeclHandler *m_pDeclarations = &m_oNobody;
+    QString m_sRefusal;
+    /// What the sentence of a refusal begins with.
+    QString m_sName;
 };
 
 } // namespace dom

@@ -22,6 +22,7 @@ constexpr qint64 kMaxEntitySearch = 300'000'000;
 /// long prefixes counts once more for each further kPrefixCharacters.
 constexpr int kFreePrefixes = 16;
 constexpr qint64 kMaxPrefixComparisons = 200'000'000;
+constexpr int kPrefixCharacters = 32;
 /// Deepest nesting of a template while its schema is read.
 constexpr int kMaxTemplateDepth = 500;
 /// Most attributes of one element of a template: Qt finds an attribute by its index only by counting up to it.

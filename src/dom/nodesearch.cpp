@@ -6,36 +6,11 @@ namespace dom {
 
 namespace {
 
-/// The walk below a start, which isn't looked at itself.
-NodeWalk Below(const QDomNode &start)
-{
-    NodeWalk walk(start);
-    walk.Next();
-    return walk;
-}
-
-/// Only elements are searched: what a reference to an entity holds is not.
-void GoOn(NodeWalk &walk)
-{
-    if (walk.Node().isElement()) {
-        walk.Next();
-    } else {
-        walk.NextOutside();
-    }
-}
-
 /// An element made with a namespace may be called "p:x" by nodeName and "x" by tagName. Where only the latter is the
 /// name sought, the element counts as a start of that name: the top node stands for it.
 bool IsStartCalled(const QDomNode &node, const QString &name)
 {
     return node.isElement() && node.toElement().tagName() == name;
-}
-
-void AppendTop(const SearchRoots &roots, std::list<QDomNode> &result)
-{
-    if (!roots.m_oTop.isNull()) {
-        result.push_back(roots.m_oTop);
-    }
 }
 
 } // namespace
@@ -51,7 +26,8 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
     if (start.tagName() == name) {
         return roots.m_oTop;
     }
-    NodeWalk walk = Below(start);
+    NodeWalk walk(start);
+    walk.Next();
     while (!walk.AtEnd()) {
         const QDomNode &node = walk.Node();
         const bool isMatch = node.nodeName() == name;
@@ -65,10 +41,8 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
         if (isMatch) {
             // No element: the search of its parent ends here without a result, and goes on behind the parent.
             walk.NextOutsideParent();
-        } else if (isStart) {
-            walk.NextOutside();
         } else {
-            GoOn(walk);
+            walk.Next(isStart || !node.isElement());
         }
     }
     return QDomNode();
@@ -76,22 +50,25 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
 
 void FindAll(const QString &name, const SearchRoots &roots, std::list<QDomNode> &result)
 {
-    const QDomElement &start = roots.m_oStart;
-    if (start.tagName() == name) {
-        AppendTop(roots, result);
+    const auto appendTop = [&] {
+        if (!roots.m_oTop.isNull()) {
+            result.push_back(roots.m_oTop);
+        }
+    };
+    if (roots.m_oStart.tagName() == name) {
+        appendTop();
     }
-    NodeWalk walk = Below(start);
-    while (!walk.AtEnd()) {
+    NodeWalk walk(roots.m_oStart);
+    for (walk.Next(); !walk.AtEnd();) {
         const QDomNode &node = walk.Node();
-        if (node.nodeName() == name) {
+        const bool isMatch = node.nodeName() == name;
+        if (isMatch) {
             result.push_back(node);
-            walk.NextOutside();
-            continue;
+        } else if (IsStartCalled(node, name)) {
+            appendTop();
         }
-        if (IsStartCalled(node, name)) {
-            AppendTop(roots, result);
-        }
-        GoOn(walk);
+        // What lies in a reference to an entity isn't searched.
+        walk.Next(isMatch || !node.isElement());
     }
 }
 

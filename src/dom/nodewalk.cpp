@@ -4,41 +4,18 @@
 
 namespace dom {
 
-void NodeWalk::Next()
+void NodeWalk::Next(bool passOver)
 {
-    const QDomNode child = m_oNode.firstChild();
-    if (child.isNull()) {
-        NextOutside();
-        return;
-    }
-    m_oNode = child;
-    ++m_iDepth;
-}
-
-void NodeWalk::NextOutside()
-{
-    for (; m_iDepth > 0; GoUp()) {
-        const QDomNode sibling = m_oNode.nextSibling();
-        if (!sibling.isNull()) {
-            m_oNode = sibling;
-            return;
+    QDomNode next = passOver ? QDomNode() : m_oNode.firstChild();
+    m_iDepth += next.isNull() ? 0 : 1;
+    for (; next.isNull() && m_iDepth > 0; --m_iDepth) {
+        next = m_oNode.nextSibling();
+        if (!next.isNull()) {
+            break;
         }
+        m_oNode = m_oNode.parentNode();
     }
-    m_oNode = QDomNode();
-}
-
-void NodeWalk::NextOutsideParent()
-{
-    if (m_iDepth > 0) {
-        GoUp();
-    }
-    NextOutside();
-}
-
-void NodeWalk::GoUp()
-{
-    m_oNode = m_oNode.parentNode();
-    --m_iDepth;
+    m_oNode = next;
 }
 
 bool IsDeeperThan(const QDomNode &top, int limit)

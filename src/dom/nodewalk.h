@@ -25,16 +25,17 @@ public:
     /// Levels below the top, which is at 0.
     int Depth() const { return m_iDepth; }
 
-    /// To the first child, or else as NextOutside.
-    void Next();
-    /// To the next node that is not below this one.
-    void NextOutside();
+    /// To the first child, unless what is below the node is to be passed over; else to the next node outside it.
+    void Next(bool passOver = false);
     /// To the next node that is not below this one's parent.
-    void NextOutsideParent();
+    void NextOutsideParent()
+    {
+        m_oNode = m_oNode.parentNode();
+        --m_iDepth;
+        Next(true);
+    }
 
 private:
-    void GoUp();
-
     QDomNode m_oNode;
     int m_iDepth = 0;
 };

@@ -28,16 +28,6 @@ void TraceRefusal(int line, const dom::GuardedReader &reader, const QFile *file)
     }
 }
 
-/// Destroys a content, or keeps it for the parse that still runs over it.
-template <typename Content>
-void Replace(std::unique_ptr<Content> &content, std::vector<std::unique_ptr<Content>> &kept, bool keep)
-{
-    if (keep && content != nullptr) {
-        kept.push_back(std::move(content));
-    }
-    content.reset();
-}
-
 } // namespace
 
 XMLReader::XMLReader(ITagwright *pCallback, XmlContentHandler *handler)
@@ -172,7 +162,7 @@ void XMLReader::ErasePointerAndSetFlags()
 {
     if (m_bHasNode) {
         m_pNode.reset();
-        Replace(m_pNodeDocument, m_lReplacedDocuments, m_bParsing);
+        DropDocument(m_pNodeDocument);
         m_bHasNode = false;
     }
     if (m_bHasFragment) {
@@ -180,15 +170,24 @@ void XMLReader::ErasePointerAndSetFlags()
         m_bHasFragment = false;
     }
     if (m_bHasDocument) {
-        Replace(m_pDocument, m_lReplacedDocuments, m_bParsing);
+        DropDocument(m_pDocument);
         m_bHasDocument = false;
         m_bIsHostDocument = false;
     }
     if (m_bHasFile) {
-        Replace(m_pFile, m_lReplacedFiles, m_bParsing);
-        Replace(m_pDocument, m_lReplacedDocuments, m_bParsing);
+        m_pFile.reset();
+        DropDocument(m_pDocument);
         m_bHasFile = false;
     }
+}
+
+/// Destroys a document, or keeps it for the parse that still runs over it.
+void XMLReader::DropDocument(std::unique_ptr<QDomDocument> &document)
+{
+    if (m_bParsing && document != nullptr) {
+        m_lReplacedDocuments.push_back(std::move(document));
+    }
+    document.reset();
 }
 
 void XMLReader::InitHandler(ITagwright *pCallback, QDomDocument *document)
@@ -254,7 +253,6 @@ void XMLReader::EndParse()
     }
     m_bReplaced = false;
     m_lReplacedDocuments.clear();
-    m_lReplacedFiles.clear();
 }
 
 dom::SearchRoots XMLReader::GetSearchRoots() const

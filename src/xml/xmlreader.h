@@ -19,7 +19,7 @@ class XmlContentHandler;
 namespace dom {
 class GuardedReader;
 struct SearchRoots;
-}
+} // namespace dom
 
 /// Reads XML in two ways that go together: by events, while ParseXml runs over the content, and by search for names.
 ///
@@ -47,9 +47,10 @@ struct SearchRoots;
 /// attributes stay as they stand in the file. Defaults of a DTD and external entities are not read. A text of blanks
 /// alone is in no document that Qt reads.
 ///
-/// Limits: content whose elements nest deeper than 500, or whose entities make it grow by more than 16 MiB, isn't given
-/// to Qt's parsers, which recurse on the caller's stack; ParseXml is false then, and a trace tells why. Searches work
-/// at any depth.
+/// Limits: a content is read no further, and a trace tells why, where its elements nest deeper than 500 (Qt's parser
+/// recurses on the caller's stack), where its entities may put in more than 16 million characters, refer to what isn't
+/// declared before them or are more than 1,000, and where its namespace prefixes would keep Qt's parser busy for more
+/// than about a second. ParseXml is false then, as at a fault. Searches work at any depth.
 class TAGWRIGHT_EXPORT XMLReader
 {
 public:
@@ -62,8 +63,8 @@ public:
     Q_DISABLE_COPY(XMLReader)
 
     /// Reads a file into a document of the reader's own. True also if it can't be opened or parsed: ParseXml, which
-    /// reads the file's bytes again, tells by false, and searches see what was read up to the fault. Of a file that
-    /// breaks a limit, of a FIFO or a device nothing is read.
+    /// reads the file's bytes again, tells by false, and searches see what was read up to the fault or limit. Of a FIFO
+    /// or a device nothing is read.
     bool SetXmlContent(QString fileName);
     /// Uses a document through a handle of the reader's own: whoever has made it keeps it, and both see each other's
     /// changes. True.
@@ -86,8 +87,8 @@ public:
 
     /// Runs the parser over the content: over the bytes of the file, or over a fresh serialisation of the document,
     /// fragment or node. The result is the parser's; at a fault the events up to it have gone out. May be called again.
-    /// False, and no event, without content, from inside an XmlUpdate of this reader's own parse, and for a content
-    /// that breaks a limit.
+    /// False, and no event, without content, from inside an XmlUpdate of this reader's own parse, and for a document,
+    /// fragment or node in which more than 500 elements lie within each other.
     ///
     /// A SetXmlContent from inside XmlUpdate is allowed: searches see the new content at once, the parse that is
     /// running goes on over the old one, which lives until its end. So is a change of the document through a node; but
@@ -118,6 +119,7 @@ public:
 private:
     void ErasePointerAndSetFlags();
     void InitHandler(ITagwright *pCallback, QDomDocument *document);
+    void DropDocument(std::unique_ptr<QDomDocument> &document);
     void LetGoOf(const QDomDocument *document);
     bool ParseNode(const QDomNode &node);
     bool RunParser(const std::function<bool(dom::GuardedReader &)> &read);
@@ -150,5 +152,4 @@ private:
     /// What was replaced during the parse that is running; it lives to its end.
     bool m_bReplaced = false;
     std::vector<std::unique_ptr<QDomDocument>> m_lReplacedDocuments;
-    std::vector<std::unique_ptr<QFile>> m_lReplacedFiles;
 };
