@@ -1,13 +1,15 @@
 #include "dom/documentsaver.h"
 
-#include "dom/deepsaver.h"
 #include "dom/documentwriter.h"
-#include "dom/fileguard.h"
-#include "dom/nodedepth.h"
+#include "dom/nodewalk.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 namespace dom {
 
@@ -18,41 +20,26 @@ constexpr int kIndent = 4;
 constexpr int kMaxQtSaveDepth = 100;
 
 /// The bytes as a QTextStream on the file itself would write them; there it costs a system call for each line.
-std::string QtBytes(const QDomDocument &document)
+QByteArray QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
     stream.setCodec("UTF-8");
-    if (IsDeeperThan(document, kMaxQtSaveDepth)) {
-        DeepSaver(stream, kIndent).Save(document);
-    } else {
-        document.save(stream, kIndent, QDomNode::EncodingFromDocument);
-    }
+    document.save(stream, kIndent, QDomNode::EncodingFromDocument);
     stream.flush();
-    return bytes.toStdString();
+    return bytes;
 }
 
-/// Unbuffered, since a buffered write takes all and only fails, silently, when the file is closed.
-bool WriteWhole(QFile &file, const std::string &bytes)
+/// True for a named pipe, which may block whoever opens it.
+bool IsFifo(const QString &path)
 {
-    const auto size = static_cast<qint64>(bytes.size());
-    qint64 written = 0;
-    while (written < size) {
-        const qint64 count = file.write(bytes.data() + written, size - written);
-        if (count <= 0) {
-            return false;
-        }
-        written += count;
-    }
-    return true;
-}
-
-/// A link stays; what it leads to is torn.
-void RemoveTornFile(const QString &path)
-{
-    if (QFileInfo(path).isFile()) {
-        QFile::remove(QFileInfo(path).canonicalFilePath());
-    }
+#ifdef Q_OS_UNIX
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
+#else
+    Q_UNUSED(path)
+    return false;
+#endif
 }
 
 /// Empty, or why the file could not be written.
@@ -62,20 +49,20 @@ QString WriteFile(const std::string &bytes, const QString &path)
         return QStringLiteral("it is a FIFO, where writing may block");
     }
     QFile file(path);
+    // A buffered write takes all and only fails, silently, when the file is closed.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         return file.errorString();
     }
-    bool isWhole = WriteWhole(file, bytes);
-    QString reason = file.errorString();
+    const auto size = static_cast<qint64>(bytes.size());
+    QString reason = file.write(bytes.data(), size) == size ? QString() : file.errorString();
     file.close();
-    if (isWhole && file.error() != QFileDevice::NoError) {
-        isWhole = false;
+    if (reason.isEmpty() && file.error() != QFileDevice::NoError) {
         reason = file.errorString();
     }
-    if (isWhole) {
-        return QString();
+    // A link stays; what it leads to is torn.
+    if (!reason.isEmpty() && QFileInfo(path).isFile()) {
+        QFile::remove(QFileInfo(path).canonicalFilePath());
     }
-    RemoveTornFile(path);
     return reason;
 }
 
@@ -87,7 +74,13 @@ SaveResult SaveDocument(const QDomDocument &document, const QString &path)
     if (writer.Write(document)) {
         return { WriteFile(writer.TakeBytes(), path), writer.HasReplaced() };
     }
-    return { WriteFile(QtBytes(document), path), false };
+    if (IsDeeperThan(document, kMaxQtSaveDepth)) {
+        return { QStringLiteral("it holds a document type, a namespace, a reference to an entity or another encoding, "
+                                "and more than %1 elements lie within each other")
+                     .arg(kMaxQtSaveDepth),
+                 false };
+    }
+    return { WriteFile(QtBytes(document).toStdString(), path), false };
 }
 
 } // namespace dom

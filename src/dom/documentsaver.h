@@ -17,7 +17,8 @@ struct SaveResult
 /// Saves a document as the one form in which the library writes files: UTF-8 without byte order mark, indentation 4,
 /// the document's own encoding declaration, attributes in the order of their names (the root's two schema attributes
 /// last). An existing file is replaced; a torn regular file is removed. A document with other nodes than elements,
-/// texts and instructions is written by Qt, in Qt's order of attributes and as it stands.
+/// texts, comments and instructions is written by Qt, in Qt's order of attributes and as it stands, or not at all if
+/// more than 100 elements lie within each other in it.
 [[nodiscard]] SaveResult SaveDocument(const QDomDocument &document, const QString &path);
 
 } // namespace dom

@@ -1,21 +1,17 @@
 #include "dom/documentwriter.h"
 
+#include "dom/nodewalk.h"
+
 #include <QDomNamedNodeMap>
 
 #include <algorithm>
-#include <array>
-#include <string_view>
-#include <utility>
 
 namespace dom {
 
 namespace {
 
-constexpr std::size_t kIndentation = 4;
-/// The longest that one UTF-16 unit becomes: "&quot;".
-constexpr std::size_t kLongestUnit = 6;
-constexpr std::size_t kFirstSize = 1 << 16;
-constexpr ushort kReplacement = 0xFFFD;
+constexpr int kIndentation = 4;
+constexpr int kPiece = 1 << 15;
 
 /// The root's schema attributes come last, in the order in which the driver sets them.
 int SchemaAttributeRank(const QString &name)
@@ -39,112 +35,77 @@ bool DeclaresOtherEncoding(const QDomNode &node)
         && data.contains(QLatin1String("encoding")) && !data.contains(QLatin1String("UTF-8"), Qt::CaseInsensitive);
 }
 
-/// Which of the ASCII characters can't simply be copied, in any of the three ways of escaping.
-std::array<bool, 128> MakeSpecialTable()
+/// True for what is the same in each of the three ways of escaping.
+bool IsOrdinary(ushort unit)
 {
-    std::array<bool, 128> special {};
-    std::fill_n(special.begin(), 0x20, true);
-    for (const char character : { '<', '>', '&', '"' }) {
-        special.at(static_cast<std::size_t>(character)) = true;
-    }
-    return special;
+    return unit > '>' ? unit < 0xD800 : unit >= ' ' && unit != '<' && unit != '>' && unit != '&' && unit != '"';
 }
 
-char *Copy(char *out, std::string_view text)
+bool IsNoXmlCharacter(const QString &text, int at)
 {
-    return std::copy(text.begin(), text.end(), out);
-}
-
-char *AppendUtf8(char *out, uint codePoint)
-{
-    if (codePoint < 0x800) {
-        *out++ = static_cast<char>(0xC0 | (codePoint >> 6));
-    } else {
-        if (codePoint < 0x10000) {
-            *out++ = static_cast<char>(0xE0 | (codePoint >> 12));
-        } else {
-            *out++ = static_cast<char>(0xF0 | (codePoint >> 18));
-            *out++ = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
-        }
-        *out++ = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+    const QChar unit = text.at(at);
+    if (unit.isHighSurrogate()) {
+        return at + 1 == text.size() || !text.at(at + 1).isLowSurrogate();
     }
-    *out++ = static_cast<char>(0x80 | (codePoint & 0x3F));
-    return out;
+    if (unit.isLowSurrogate()) {
+        return at == 0 || !text.at(at - 1).isHighSurrogate();
+    }
+    const bool isBlank = unit == QLatin1Char('\t') || unit == QLatin1Char('\n') || unit == QLatin1Char('\r');
+    return unit >= QChar(0xFFFE) || (unit < QLatin1Char(' ') && !isBlank);
 }
 
 } // namespace
 
 bool DocumentWriter::Write(const QDomDocument &document)
 {
-    const QDomNode first = document.firstChild();
-    if (!document.doctype().name().isEmpty() || DeclaresOtherEncoding(first)) {
+    if (!document.doctype().name().isEmpty() || DeclaresOtherEncoding(document.firstChild())) {
         return false;
     }
-    m_sBytes.resize(kFirstSize);
-    return WriteTree(first);
-}
-
-std::string DocumentWriter::TakeBytes()
-{
-    m_sBytes.resize(m_iUsed);
-    return std::move(m_sBytes);
-}
-
-bool DocumentWriter::WriteTree(const QDomNode &first)
-{
-    QDomNode node = first;
-    while (!node.isNull()) {
-        const QDomNode child = node.firstChild();
-        QDomNode next = child.isNull() ? node.nextSibling() : child;
-        const bool written = child.isNull() ? WriteNode(node, next.isText()) : EnterElement(node, child.isText());
-        if (!written) {
+    NodeWalk walk(document);
+    for (walk.Next(); !walk.AtEnd(); walk.Next()) {
+        CloseDownTo(walk.Depth() - 1);
+        if (!WriteNode(walk.Node())) {
             return false;
         }
-        while (next.isNull() && !m_lOpen.empty()) {
-            const QDomNode element = m_lOpen.back();
-            m_lOpen.pop_back();
-            next = element.nextSibling();
-            CloseElement(element, next.isText());
-        }
-        node = next;
     }
+    CloseDownTo(0);
+    m_sText += QLatin1String(m_eNext == Next::Line ? "\n" : "");
+    Flush();
     return true;
 }
 
-/// A node with children: only an element may have them.
-bool DocumentWriter::EnterElement(const QDomNode &node, bool childIsText)
+void DocumentWriter::Flush()
 {
-    if (!node.isElement() || !OpenElement(node.toElement())) {
-        return false;
-    }
-    AppendMarkup(childIsText ? ">" : ">\n");
-    m_lOpen.push_back(node);
-    m_bPreviousIsText = false;
-    return true;
+    const QByteArray bytes = m_sText.toUtf8();
+    m_sBytes.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    m_sText.resize(0);
 }
 
-/// A node without children.
-bool DocumentWriter::WriteNode(const QDomNode &node, bool nextIsText)
+bool DocumentWriter::WriteNode(const QDomNode &node)
 {
     switch (node.nodeType()) {
+    case QDomNode::ElementNode:
+        return OpenElement(node.toElement());
     case QDomNode::TextNode:
         Append(node.nodeValue(), Escape::Text);
-        m_bPreviousIsText = true;
+        End("", Next::Text);
+        return true;
+    case QDomNode::CDATASectionNode:
+        m_sText += QLatin1String("<![CDATA[");
+        Append(node.nodeValue(), Escape::None);
+        End("]]>", Next::Text);
+        return true;
+    case QDomNode::CommentNode:
+        BeginLine();
+        m_sText += QLatin1String("<!--");
+        Append(node.nodeValue(), Escape::None);
+        // A hyphen at its end would make "--->".
+        End(node.nodeValue().endsWith(QLatin1Char('-')) ? " -->" : "-->", Next::Line);
         return true;
     case QDomNode::ProcessingInstructionNode:
-        AppendMarkup("<?");
-        Append(node.nodeName(), Escape::None);
-        AppendMarkup(" ");
-        Append(node.nodeValue(), Escape::None);
-        AppendMarkup("?>\n");
-        m_bPreviousIsText = false;
-        return true;
-    case QDomNode::ElementNode:
-        if (!OpenElement(node.toElement())) {
-            return false;
-        }
-        AppendMarkup("/>");
-        EndLine(nextIsText);
+        m_sText += QLatin1String(m_eNext == Next::Line ? "\n<?" : "<?");
+        Append(node.nodeName() + QLatin1Char(' ') + node.nodeValue(), Escape::None);
+        End("?>\n", Next::Any);
         return true;
     default:
         return false;
@@ -156,29 +117,35 @@ bool DocumentWriter::OpenElement(const QDomElement &element)
     if (!IsPlain(element)) {
         return false;
     }
-    if (!m_bPreviousIsText) {
-        Indent();
+    BeginLine();
+    m_sText += QLatin1Char('<');
+    const QString name = element.nodeName();
+    Append(name, Escape::None);
+    if (element.hasAttributes() && !WriteAttributes(element)) {
+        return false;
     }
-    AppendMarkup("<");
-    Append(element.nodeName(), Escape::None);
-    const bool plain = !element.hasAttributes() || WriteAttributes(element);
-    m_bAtRoot = false;
-    return plain;
+    if (element.hasChildNodes()) {
+        m_lOpen.push_back(name);
+    }
+    End(element.hasChildNodes() ? ">" : "/>", Next::Line);
+    return true;
 }
 
-void DocumentWriter::CloseElement(const QDomNode &element, bool nextIsText)
+void DocumentWriter::CloseDownTo(int depth)
 {
-    if (!m_bPreviousIsText) {
-        Indent();
+    while (m_lOpen.size() > static_cast<std::size_t>(depth)) {
+        const QString name = m_lOpen.back();
+        m_lOpen.pop_back();
+        BeginLine();
+        m_sText += QLatin1String("</");
+        Append(name, Escape::None);
+        End(">", Next::Line);
     }
-    AppendMarkup("</");
-    Append(element.nodeName(), Escape::None);
-    AppendMarkup(">");
-    EndLine(nextIsText);
 }
 
 bool DocumentWriter::WriteAttributes(const QDomElement &element)
 {
+    const bool isRoot = m_lOpen.empty();
     const QDomNamedNodeMap map = element.attributes();
     m_lAttributes.clear();
     for (int i = 0; i < map.count(); ++i) {
@@ -187,112 +154,81 @@ bool DocumentWriter::WriteAttributes(const QDomElement &element)
             return false;
         }
         const QString name = attribute.nodeName();
-        m_lAttributes.push_back({ m_bAtRoot ? SchemaAttributeRank(name) : 0, name, attribute.nodeValue() });
+        m_lAttributes.emplace_back(isRoot ? SchemaAttributeRank(name) : 0, name, attribute.nodeValue());
     }
-    std::sort(m_lAttributes.begin(), m_lAttributes.end(), [](const Attribute &left, const Attribute &right) {
-        return left.m_iRank != right.m_iRank ? left.m_iRank < right.m_iRank : left.m_sName < right.m_sName;
-    });
-    for (const Attribute &attribute : m_lAttributes) {
-        AppendMarkup(" ");
-        Append(attribute.m_sName, Escape::None);
-        AppendMarkup("=\"");
-        Append(attribute.m_sValue, Escape::Attribute);
-        AppendMarkup("\"");
+    std::sort(m_lAttributes.begin(), m_lAttributes.end());
+    for (const auto &[rank, name, value] : m_lAttributes) {
+        m_sText += QLatin1Char(' ');
+        Append(name, Escape::None);
+        m_sText += QLatin1String("=\"");
+        Append(value, Escape::Attribute);
+        m_sText += QLatin1Char('"');
     }
     return true;
 }
 
-void DocumentWriter::EndLine(bool nextIsText)
+void DocumentWriter::BeginLine()
 {
-    if (!nextIsText) {
-        AppendMarkup("\n");
+    if (m_sText.size() > kPiece) {
+        Flush();
     }
-    m_bPreviousIsText = false;
+    if (m_eNext == Next::Line) {
+        m_sText += QLatin1Char('\n');
+    }
+    if (m_eNext != Next::Text) {
+        m_sText.resize(m_sText.size() + kIndentation * static_cast<int>(m_lOpen.size()), QLatin1Char(' '));
+    }
 }
 
-void DocumentWriter::Indent()
+void DocumentWriter::End(const char *mark, Next next)
 {
-    const std::size_t length = kIndentation * m_lOpen.size();
-    std::fill_n(Reserve(length), length, ' ');
-    m_iUsed += length;
-}
-
-void DocumentWriter::AppendMarkup(std::string_view markup)
-{
-    Copy(Reserve(markup.size()), markup);
-    m_iUsed += markup.size();
+    m_sText += QLatin1String(mark);
+    m_eNext = next;
 }
 
 void DocumentWriter::Append(const QString &text, Escape escape)
 {
-    static const std::array<bool, 128> special = MakeSpecialTable();
-    char *const begin = Reserve(kLongestUnit * static_cast<std::size_t>(text.size()));
-    char *out = begin;
-    for (int i = 0; i < text.size(); ++i) {
-        const ushort unit = text.at(i).unicode();
-        if (unit < 0x80 && !special[unit]) {
-            *out++ = static_cast<char>(unit);
-        } else {
-            out = AppendCharacter(out, text, i, escape);
+    int done = 0;
+    for (int at = 0; at < text.size(); ++at) {
+        if (IsOrdinary(text.at(at).unicode())) {
+            continue;
+        }
+        const QString escaped = Escaped(text, at, escape);
+        if (!escaped.isEmpty()) {
+            m_sText.append(text.constData() + done, at - done);
+            m_sText += escaped;
+            done = at + 1;
         }
     }
-    m_iUsed += static_cast<std::size_t>(out - begin);
+    m_sText.append(text.constData() + done, text.size() - done);
 }
 
-char *DocumentWriter::AppendCharacter(char *out, const QString &text, int &index, Escape escape)
+/// Empty where the character stays.
+QString DocumentWriter::Escaped(const QString &text, int at, Escape escape)
 {
-    const ushort unit = text.at(index).unicode();
-    if (unit >= 0x80) {
-        return AppendNonAscii(out, text, index);
-    }
-    if (unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r') {
+    if (IsNoXmlCharacter(text, at)) {
         m_bReplaced = true;
-        return AppendUtf8(out, kReplacement);
+        return QString(QChar(QChar::ReplacementCharacter));
     }
-    const bool attribute = escape == Escape::Attribute;
-    if (escape != Escape::None) {
-        if (unit == '<') {
-            return Copy(out, "&lt;");
-        }
-        if (unit == '&') {
-            return Copy(out, "&amp;");
-        }
-        if (unit == '>' && index >= 2 && text.midRef(index - 2, 2) == QLatin1String("]]")) {
-            return Copy(out, "&gt;");
-        }
-        if (unit == '\r') {
-            return Copy(out, "&#xd;");
-        }
-        if (attribute && unit == '"') {
-            return Copy(out, "&quot;");
-        }
-        if (attribute && unit < 0x20) {
-            return Copy(out, unit == '\n' ? "&#xa;" : "&#x9;");
-        }
+    const bool isAttribute = escape == Escape::Attribute;
+    switch (escape == Escape::None ? 0 : text.at(at).unicode()) {
+    case '<':
+        return QStringLiteral("&lt;");
+    case '&':
+        return QStringLiteral("&amp;");
+    case '>':
+        return at >= 2 && text.midRef(at - 2, 2) == QLatin1String("]]") ? QStringLiteral("&gt;") : QString();
+    case '\r':
+        return QStringLiteral("&#xd;");
+    case '"':
+        return isAttribute ? QStringLiteral("&quot;") : QString();
+    case '\n':
+        return isAttribute ? QStringLiteral("&#xa;") : QString();
+    case '\t':
+        return isAttribute ? QStringLiteral("&#x9;") : QString();
+    default:
+        return QString();
     }
-    *out++ = static_cast<char>(unit);
-    return out;
-}
-
-char *DocumentWriter::AppendNonAscii(char *out, const QString &text, int &index)
-{
-    const QChar unit = text.at(index);
-    uint codePoint = unit.unicode();
-    if (unit.isHighSurrogate() && index + 1 < text.size() && text.at(index + 1).isLowSurrogate()) {
-        codePoint = QChar::surrogateToUcs4(unit, text.at(++index));
-    } else if (unit.isSurrogate() || codePoint >= 0xFFFE) {
-        m_bReplaced = true;
-        codePoint = kReplacement;
-    }
-    return AppendUtf8(out, codePoint);
-}
-
-char *DocumentWriter::Reserve(std::size_t length)
-{
-    if (m_sBytes.size() - m_iUsed < length) {
-        m_sBytes.resize(std::max(2 * m_sBytes.size(), m_iUsed + length));
-    }
-    return m_sBytes.data() + m_iUsed;
 }
 
 } // namespace dom

@@ -4,17 +4,16 @@
 #include <QDomElement>
 #include <QString>
 
-#include <cstddef>
 #include <string>
-#include <string_view>
+#include <tuple>
 #include <vector>
 
 namespace dom {
 
-/// Writes a document of plain elements, attributes, texts and instructions as the very bytes of QDomNode::save with
-/// indentation 4 and UTF-8, with two differences, which make the same document the same file in every process and
-/// readable for every parser: attributes stand in the order of their names (the root's two schema attributes last), and
-/// each character that XML 1.0 can't hold is written as U+FFFD. It doesn't recurse, so any depth can be written.
+/// Writes a document of plain elements, attributes, texts, sections, comments and instructions as the very bytes of
+/// QDomNode::save with indentation 4 and UTF-8, with two differences, which make the same document the same file in
+/// every process and readable for every parser: attributes stand in the order of their names (the root's two schema
+/// attributes last), and each character that XML 1.0 can't hold is written as U+FFFD. Any depth can be written.
 class DocumentWriter
 {
 public:
@@ -23,43 +22,37 @@ public:
     [[nodiscard]] bool Write(const QDomDocument &document);
 
     /// The file's content, handed over.
-    std::string TakeBytes();
+    std::string TakeBytes() { return std::move(m_sBytes); }
 
     /// True if a character had to be replaced.
     bool HasReplaced() const { return m_bReplaced; }
 
 private:
+    /// What goes before the next node: nothing, as it would become part of a text; an end of line, unless that node is
+    /// a text; or none, since the line has ended.
+    enum class Next { Text, Line, Any };
     enum class Escape { None, Text, Attribute };
 
-    struct Attribute
-    {
-        int m_iRank = 0;
-        QString m_sName;
-        QString m_sValue;
-    };
-
-    bool WriteTree(const QDomNode &first);
-    bool WriteNode(const QDomNode &node, bool nextIsText);
-    bool EnterElement(const QDomNode &node, bool childIsText);
+    void Flush();
+    bool WriteNode(const QDomNode &node);
     bool OpenElement(const QDomElement &element);
-    void CloseElement(const QDomNode &element, bool nextIsText);
+    void CloseDownTo(int depth);
     bool WriteAttributes(const QDomElement &element);
-    void EndLine(bool nextIsText);
-
-    void Indent();
-    void AppendMarkup(std::string_view markup);
+    void BeginLine();
+    void End(const char *mark, Next next);
     void Append(const QString &text, Escape escape);
-    char *AppendCharacter(char *out, const QString &text, int &index, Escape escape);
-    char *AppendNonAscii(char *out, const QString &text, int &index);
-    char *Reserve(std::size_t length);
+    QString Escaped(const QString &text, int at, Escape escape);
 
+    /// A string of Qt's would not hold more than 1 GB, which the indentation of 12,000 levels comes to.
     std::string m_sBytes;
-    std::size_t m_iUsed = 0;
+    /// The end of the content, not yet encoded.
+    QString m_sText;
     bool m_bReplaced = false;
-    bool m_bAtRoot = true;
-    bool m_bPreviousIsText = false;
-    std::vector<QDomNode> m_lOpen;
-    std::vector<Attribute> m_lAttributes; // of the element being written
+    Next m_eNext = Next::Any;
+    /// The names of the elements that are open.
+    std::vector<QString> m_lOpen;
+    /// Rank, name and value of each attribute of the element being written.
+    std::vector<std::tuple<int, QString, QString>> m_lAttributes;
 };
 
 } // namespace dom

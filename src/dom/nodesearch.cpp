@@ -1,38 +1,16 @@
 #include "dom/nodesearch.h"
 
+#include "dom/nodewalk.h"
+
 namespace dom {
 
 namespace {
-
-/// The next node in document order that is not below `node`; null where that would leave what is below `start`.
-QDomNode NextOutside(QDomNode node, const QDomNode &start)
-{
-    for (; !node.isNull() && node != start; node = node.parentNode()) {
-        const QDomNode sibling = node.nextSibling();
-        if (!sibling.isNull()) {
-            return sibling;
-        }
-    }
-    return QDomNode();
-}
-
-QDomNode NextNode(const QDomNode &node, const QDomNode &start)
-{
-    return node.isElement() && node.hasChildNodes() ? node.firstChild() : NextOutside(node, start);
-}
 
 /// An element made with a namespace may be called "p:x" by nodeName and "x" by tagName. Where only the latter is the
 /// name sought, the element counts as a start of that name: the top node stands for it.
 bool IsStartCalled(const QDomNode &node, const QString &name)
 {
     return node.isElement() && node.toElement().tagName() == name;
-}
-
-void AppendTop(const SearchRoots &roots, std::list<QDomNode> &result)
-{
-    if (!roots.m_oTop.isNull()) {
-        result.push_back(roots.m_oTop);
-    }
 }
 
 } // namespace
@@ -48,21 +26,23 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
     if (start.tagName() == name) {
         return roots.m_oTop;
     }
-    QDomNode node = start.firstChild();
-    while (!node.isNull()) {
+    NodeWalk walk(start);
+    walk.Next();
+    while (!walk.AtEnd()) {
+        const QDomNode &node = walk.Node();
         const bool isMatch = node.nodeName() == name;
-        const bool isStart = !isMatch && IsStartCalled(node, name);
         if (isMatch && node.isElement()) {
             return node;
         }
+        const bool isStart = !isMatch && IsStartCalled(node, name);
         if (isStart && roots.m_oTop.isElement()) {
             return roots.m_oTop;
         }
         if (isMatch) {
             // No element: the search of its parent ends here without a result, and goes on behind the parent.
-            node = NextOutside(node.parentNode(), start);
+            walk.NextOutsideParent();
         } else {
-            node = isStart ? NextOutside(node, start) : NextNode(node, start);
+            walk.Next(isStart || !node.isElement());
         }
     }
     return QDomNode();
@@ -70,21 +50,25 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
 
 void FindAll(const QString &name, const SearchRoots &roots, std::list<QDomNode> &result)
 {
-    const QDomElement &start = roots.m_oStart;
-    if (start.tagName() == name) {
-        AppendTop(roots, result);
+    const auto appendTop = [&] {
+        if (!roots.m_oTop.isNull()) {
+            result.push_back(roots.m_oTop);
+        }
+    };
+    if (roots.m_oStart.tagName() == name) {
+        appendTop();
     }
-    QDomNode node = start.firstChild();
-    while (!node.isNull()) {
-        if (node.nodeName() == name) {
+    NodeWalk walk(roots.m_oStart);
+    for (walk.Next(); !walk.AtEnd();) {
+        const QDomNode &node = walk.Node();
+        const bool isMatch = node.nodeName() == name;
+        if (isMatch) {
             result.push_back(node);
-            node = NextOutside(node, start);
-            continue;
+        } else if (IsStartCalled(node, name)) {
+            appendTop();
         }
-        if (IsStartCalled(node, name)) {
-            AppendTop(roots, result);
-        }
-        node = NextNode(node, start);
+        // What lies in a reference to an entity isn't searched.
+        walk.Next(isMatch || !node.isElement());
     }
 }
 

@@ -73,7 +73,8 @@ public:
     ~ElemBeginEvent() override;
 
     /// A handle on the element in its document, not a copy: what is changed through it changes the document. A null
-    /// node where the sender has no document.
+    /// node where the sender has no document. A node that is kept past the builder or reader that has sent it keeps
+    /// only its own subtree: it has no parent, and to ask it for its siblings is an error that Qt doesn't catch.
     QDomNode GetElementNode();
     /// The name of the node's parent. A receiver that needs no more of the document than this leaves the walk faster
     /// than one that takes the node.

@@ -2,7 +2,7 @@
 
 #include "control/commentdialogimpl.h"
 #include "dom/documentsaver.h"
-#include "dom/fileguard.h"
+#include "dom/guardedreader.h"
 #include "events/eventsender.h"
 #include "host/trace.h"
 #include "report/domparser.h"
@@ -12,8 +12,6 @@
 #include <QDomDocument>
 #include <QDomElement>
 #include <QFile>
-#include <QXmlInputSource>
-#include <QXmlSimpleReader>
 
 namespace {
 
@@ -61,7 +59,6 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
         return false;
     }
     m_pSchemaHandler = std::make_unique<XmlSchemaHandler>(m_pCallback, normalisedPath);
-    m_pSchemaHandler->SetRootMoves();
     const bool isParsed = ParseSchema(schemaPath);
     // From here on nothing depends on the result: a report that could not be made is still a file, an empty one.
     m_pDocument = m_pSchemaHandler->GetDocument();
@@ -80,19 +77,17 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
 bool XmlCreateReport::ParseSchema(const QString &schemaPath)
 {
     const QString path = QFile::exists(schemaPath) ? schemaPath : ToNativePath(schemaPath);
-    const QString refusal = dom::CheckXmlFile(path);
-    if (!refusal.isEmpty()) {
-        trace::Write(Unit(), __LINE__, [&] { return QLatin1String("The schema can't be read: ") + refusal; });
-        return false;
-    }
-    QFile file(path);
-    m_pReader = std::make_unique<QXmlSimpleReader>();
+    m_pReader = std::make_unique<dom::GuardedReader>();
     m_pReader->setContentHandler(m_pSchemaHandler.get());
     m_pReader->setErrorHandler(m_pSchemaHandler.get());
-    const QXmlInputSource source(&file);
-    const bool isParsed = m_pReader->parse(source);
+    const bool isParsed = m_pReader->ReadFile(path);
+    const QString refusal = m_pReader->GetRefusal();
     m_pReader.reset();
-    TraceEmptyTemplate(path, isParsed);
+    if (refusal.isEmpty()) {
+        TraceEmptyTemplate(path, isParsed);
+    } else {
+        trace::Write(Unit(), __LINE__, [&] { return QLatin1String("The schema can't be read: ") + refusal; });
+    }
     return isParsed;
 }
 

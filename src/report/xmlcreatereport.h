@@ -20,8 +20,11 @@ class DomParser;
 class QDialog;
 class QDomDocument;
 class QDomElement;
-class QXmlSimpleReader;
 class XmlSchemaHandler;
+
+namespace dom {
+class GuardedReader;
+}
 
 /// Makes one report: reads a schema, walks its template through the callback and saves what came out of it.
 ///
@@ -140,7 +143,7 @@ private:
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
     bool MayBeDiscarded(const QString &tagName) const;
 
-    std::unique_ptr<QXmlSimpleReader> m_pReader;
+    std::unique_ptr<dom::GuardedReader> m_pReader;
     std::unique_ptr<XmlSchemaHandler> m_pSchemaHandler;
     ITagwright *m_pCallback = nullptr; // not owned
     QDomDocument *m_pDocument = nullptr; // owned by m_pSchemaHandler

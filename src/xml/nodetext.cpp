@@ -16,53 +16,34 @@ QString SavedText(const QDomNode &node)
     return text;
 }
 
-void CopyAttributes(const QDomNode &from, QDomElement &to, bool withNamespace)
-{
-    const QDomNamedNodeMap attributes = from.attributes();
-    for (int i = 0; i < attributes.count(); ++i) {
-        const QDomNode attribute = attributes.item(i);
-        const QString uri = attribute.namespaceURI();
-        if (withNamespace && !uri.isNull()) {
-            to.setAttributeNS(uri, attribute.nodeName(), attribute.nodeValue());
-        } else if (!withNamespace && uri.isNull()) {
-            to.setAttribute(attribute.nodeName(), attribute.nodeValue());
-        }
-    }
-}
-
-/// "<name attributes/>", made of an element of a living document.
-QString EmptyTag(const QDomNode &element)
+/// "<name attributes" of an element, by way of one in a living document.
+QString OpenTag(const QDomNode &element)
 {
     const QString uri = element.namespaceURI();
     const QString name = element.nodeName();
     QDomDocument document;
-    QDomElement copy = uri.isNull() ? document.createElement(name) : document.createElementNS(uri, name);
-    // A plain "q" after a "p:q" would change that one.
-    CopyAttributes(element, copy, false);
-    CopyAttributes(element, copy, true);
-    return SavedText(copy).trimmed();
-}
-
-QString ElementText(const QDomNode &element)
-{
-    QString text = EmptyTag(element);
-    if (!element.hasChildNodes()) {
-        return text;
+    QString tag = SavedText(uri.isNull() ? document.createElement(name) : document.createElementNS(uri, name));
+    tag.truncate(tag.lastIndexOf(QLatin1String("/>")));
+    const QDomNamedNodeMap attributes = element.attributes();
+    for (int i = 0; i < attributes.count(); ++i) {
+        tag += QLatin1Char(' ') + SavedText(attributes.item(i));
     }
-    text.chop(2);
-    text += element.firstChild().isText() ? QStringLiteral(">") : QStringLiteral(">\n");
-    for (QDomNode child = element.firstChild(); !child.isNull(); child = child.nextSibling()) {
-        text += SavedText(child);
-    }
-    return text + QLatin1String("</") + element.nodeName() + QLatin1Char('>');
+    return tag;
 }
 
 } // namespace
 
 QString NodeText(const QDomNode &node)
 {
-    if (node.isElement()) {
-        return ElementText(node);
+    if (!node.isElement()) {
+        return SavedText(node.isDocument() || node.isDocumentFragment() ? node : node.cloneNode(false));
     }
-    return SavedText(node.isDocument() || node.isDocumentFragment() ? node : node.cloneNode(false));
+    if (!node.hasChildNodes()) {
+        return OpenTag(node) + QLatin1String("/>");
+    }
+    QString text = OpenTag(node) + QLatin1String(node.firstChild().isText() ? ">" : ">\n");
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling()) {
+        text += SavedText(child);
+    }
+    return text + QLatin1String("</") + node.nodeName() + QLatin1Char('>');
 }

@@ -1,18 +1,14 @@
 #include "xml/xmlreader.h"
 
-#include "dom/fileguard.h"
+#include "dom/guardedreader.h"
 #include "dom/limits.h"
-#include "dom/nodedepth.h"
 #include "dom/nodesearch.h"
+#include "dom/nodewalk.h"
 #include "host/trace.h"
-#include "xml/depthfilter.h"
 #include "xml/nodetext.h"
 #include "xml/xmlcontenthandler.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QXmlInputSource>
-#include <QXmlSimpleReader>
 
 namespace {
 
@@ -24,20 +20,12 @@ void Trace(int line, const char *sentence, const QString &detail = QString())
                  [&] { return QLatin1String("XMLReader: ") + QLatin1String(sentence) + detail; });
 }
 
-void TraceDepth(int line)
+/// What isn't there is only not read.
+void TraceRefusal(int line, const dom::GuardedReader &reader, const QFile *file)
 {
-    Trace(line, "the content is not parsed, since it nests more elements than ",
-          QString::number(limits::kMaxFileDepth));
-}
-
-/// Destroys a content, or keeps it for the parse that still runs over it.
-template <typename Content>
-void Replace(std::unique_ptr<Content> &content, std::vector<std::unique_ptr<Content>> &kept, bool keep)
-{
-    if (keep && content != nullptr) {
-        kept.push_back(std::move(content));
+    if (!reader.GetRefusal().isEmpty() && (file == nullptr || file->exists())) {
+        Trace(line, "the content is not read, or no further: ", reader.GetRefusal());
     }
-    content.reset();
 }
 
 } // namespace
@@ -70,11 +58,9 @@ bool XMLReader::SetXmlContent(QString fileName)
     ErasePointerAndSetFlags();
     m_pFile = std::make_unique<QFile>(fileName);
     m_pDocument = std::make_unique<QDomDocument>();
-    CheckFile();
-    if (m_sRefusal.isEmpty() && m_pFile->open(QIODevice::ReadOnly)) {
-        m_pDocument->setContent(m_pFile.get());
-        m_pFile->close();
-    }
+    dom::GuardedReader reader;
+    reader.ReadFile(fileName, m_pDocument.get());
+    TraceRefusal(__LINE__, reader, m_pFile.get());
     m_bHasFile = true;
     InitHandler(m_pCallback, m_pDocument.get());
     return true;
@@ -144,7 +130,8 @@ bool XMLReader::ParseXml()
         return m_pDocument != nullptr && ParseNode(*m_pDocument);
     }
     if (m_bHasFile) {
-        return ParseFile();
+        const QString path = m_pFile->fileName();
+        return RunParser([&path](dom::GuardedReader &reader) { return reader.ReadFile(path); });
     }
     if (m_bHasNode) {
         return ParseNode(*m_pNode);
@@ -175,7 +162,7 @@ void XMLReader::ErasePointerAndSetFlags()
 {
     if (m_bHasNode) {
         m_pNode.reset();
-        Replace(m_pNodeDocument, m_lReplacedDocuments, m_bParsing);
+        DropDocument(m_pNodeDocument);
         m_bHasNode = false;
     }
     if (m_bHasFragment) {
@@ -183,15 +170,24 @@ void XMLReader::ErasePointerAndSetFlags()
         m_bHasFragment = false;
     }
     if (m_bHasDocument) {
-        Replace(m_pDocument, m_lReplacedDocuments, m_bParsing);
+        DropDocument(m_pDocument);
         m_bHasDocument = false;
         m_bIsHostDocument = false;
     }
     if (m_bHasFile) {
-        Replace(m_pFile, m_lReplacedFiles, m_bParsing);
-        Replace(m_pDocument, m_lReplacedDocuments, m_bParsing);
+        m_pFile.reset();
+        DropDocument(m_pDocument);
         m_bHasFile = false;
     }
+}
+
+/// Destroys a document, or keeps it for the parse that still runs over it.
+void XMLReader::DropDocument(std::unique_ptr<QDomDocument> &document)
+{
+    if (m_bParsing && document != nullptr) {
+        m_lReplacedDocuments.push_back(std::move(document));
+    }
+    document.reset();
 }
 
 void XMLReader::InitHandler(ITagwright *pCallback, QDomDocument *document)
@@ -203,11 +199,6 @@ void XMLReader::InitHandler(ITagwright *pCallback, QDomDocument *document)
         m_bOwnsHandler = true;
     } else if (m_bOwnsHandler && !m_bParsing) {
         m_pHandler->SetDocument(document);
-    }
-    if (m_pReader == nullptr) {
-        m_pReader = std::make_unique<QXmlSimpleReader>();
-        m_pReader->setContentHandler(m_pHandler.get());
-        m_pReader->setErrorHandler(m_pHandler.get());
     }
 }
 
@@ -224,72 +215,44 @@ void XMLReader::LetGoOf(const QDomDocument *document)
     }
 }
 
-/// What isn't there or can't be opened is no danger to Qt's parsers, and theirs to find out.
-void XMLReader::CheckFile()
-{
-    const QFileInfo info(m_pFile->fileName());
-    m_iCheckedSize = info.size();
-    m_tChecked = info.lastModified();
-    const bool canOpen = info.exists() && (info.isReadable() || !info.isFile());
-    m_sRefusal = canOpen ? dom::CheckXmlFile(info.filePath()) : QString();
-    if (!m_sRefusal.isEmpty()) {
-        Trace(__LINE__, "the content is not read: ", m_sRefusal);
-    }
-}
-
-bool XMLReader::ParseFile()
-{
-    const QFileInfo info(m_pFile->fileName());
-    if (info.size() != m_iCheckedSize || info.lastModified() != m_tChecked) {
-        CheckFile();
-    }
-    if (!m_sRefusal.isEmpty()) {
-        return false;
-    }
-    // The source opens the file itself, but would read on from where an open one stands.
-    QXmlInputSource source(m_pFile.get());
-    const bool result = RunParser(source);
-    // A receiver may have put other content in its place.
-    if (m_bHasFile) {
-        m_pFile->close();
-    }
-    return result;
-}
-
 bool XMLReader::ParseNode(const QDomNode &node)
 {
     if (dom::IsDeeperThan(node, limits::kMaxFileDepth)) {
-        TraceDepth(__LINE__);
+        Trace(__LINE__, "the content is not parsed, since it nests more elements than ",
+              QString::number(limits::kMaxFileDepth));
         return false;
     }
-    QXmlInputSource source;
-    source.setData(m_bHasDocument ? m_pDocument->toString(kDocumentIndent) : NodeText(node));
-    return RunParser(source);
+    const QString text = m_bHasDocument ? m_pDocument->toString(kDocumentIndent) : NodeText(node);
+    return RunParser([&text](dom::GuardedReader &reader) { return reader.ReadText(text); });
 }
 
-bool XMLReader::RunParser(QXmlInputSource &source)
+/// Whatever a receiver throws, the reader can be used again.
+bool XMLReader::RunParser(const std::function<bool(dom::GuardedReader &)> &read)
 {
-    DepthFilter filter(m_pHandler.get());
-    m_pReader->setContentHandler(&filter);
+    struct Ender
+    {
+        ~Ender() { m_oReader.EndParse(); }
+        XMLReader &m_oReader;
+    };
+    const Ender ender { *this };
     m_bParsing = true;
-    const bool result = m_pReader->parse(&source);
-    m_bParsing = false;
+    m_pReader = std::make_unique<dom::GuardedReader>();
     m_pReader->setContentHandler(m_pHandler.get());
-    if (filter.HasStopped()) {
-        TraceDepth(__LINE__);
-    }
-    DropReplaced();
+    m_pReader->setErrorHandler(m_pHandler.get());
+    const bool result = read(*m_pReader);
+    TraceRefusal(__LINE__, *m_pReader, m_pFile.get());
     return result;
 }
 
-void XMLReader::DropReplaced()
+void XMLReader::EndParse()
 {
+    m_bParsing = false;
+    m_pReader.reset();
     if (m_bReplaced && m_bOwnsHandler) {
         m_pHandler->SetDocument(m_pFollowed);
     }
     m_bReplaced = false;
     m_lReplacedDocuments.clear();
-    m_lReplacedFiles.clear();
 }
 
 dom::SearchRoots XMLReader::GetSearchRoots() const

@@ -2,25 +2,24 @@
 
 #include "tagwright_export.h"
 
-#include <QDateTime>
 #include <QDomDocument>
 #include <QDomDocumentFragment>
 #include <QDomNode>
 #include <QString>
 
+#include <functional>
 #include <list>
 #include <memory>
 #include <vector>
 
 class ITagwright;
 class QFile;
-class QXmlInputSource;
-class QXmlSimpleReader;
 class XmlContentHandler;
 
 namespace dom {
+class GuardedReader;
 struct SearchRoots;
-}
+} // namespace dom
 
 /// Reads XML in two ways that go together: by events, while ParseXml runs over the content, and by search for names.
 ///
@@ -48,9 +47,10 @@ struct SearchRoots;
 /// attributes stay as they stand in the file. Defaults of a DTD and external entities are not read. A text of blanks
 /// alone is in no document that Qt reads.
 ///
-/// Limits: content whose elements nest deeper than 500, or whose entities make it grow by more than 16 MiB, isn't given
-/// to Qt's parsers, which recurse on the caller's stack; ParseXml is false then, and a trace tells why. Searches work
-/// at any depth.
+/// Limits: a content is read no further, and a trace tells why, where its elements nest deeper than 500 (Qt's parser
+/// recurses on the caller's stack), where its entities may put in more than 16 million characters, refer to what isn't
+/// declared before them or are more than 1,000, and where its namespace prefixes would keep Qt's parser busy for more
+/// than about a second. ParseXml is false then, as at a fault. Searches work at any depth.
 class TAGWRIGHT_EXPORT XMLReader
 {
 public:
@@ -63,8 +63,8 @@ public:
     Q_DISABLE_COPY(XMLReader)
 
     /// Reads a file into a document of the reader's own. True also if it can't be opened or parsed: ParseXml, which
-    /// reads the file's bytes again, tells by false, and searches see what was read up to the fault. Of a file that
-    /// breaks a limit, of a FIFO or a device nothing is read.
+    /// reads the file's bytes again, tells by false, and searches see what was read up to the fault or limit. Of a FIFO
+    /// or a device nothing is read.
     bool SetXmlContent(QString fileName);
     /// Uses a document through a handle of the reader's own: whoever has made it keeps it, and both see each other's
     /// changes. True.
@@ -87,8 +87,8 @@ public:
 
     /// Runs the parser over the content: over the bytes of the file, or over a fresh serialisation of the document,
     /// fragment or node. The result is the parser's; at a fault the events up to it have gone out. May be called again.
-    /// False, and no event, without content, from inside an XmlUpdate of this reader's own parse, and for a content
-    /// that breaks a limit.
+    /// False, and no event, without content, from inside an XmlUpdate of this reader's own parse, and for a document,
+    /// fragment or node in which more than 500 elements lie within each other.
     ///
     /// A SetXmlContent from inside XmlUpdate is allowed: searches see the new content at once, the parse that is
     /// running goes on over the old one, which lives until its end. So is a change of the document through a node; but
@@ -119,18 +119,17 @@ public:
 private:
     void ErasePointerAndSetFlags();
     void InitHandler(ITagwright *pCallback, QDomDocument *document);
+    void DropDocument(std::unique_ptr<QDomDocument> &document);
     void LetGoOf(const QDomDocument *document);
-    void CheckFile();
-    bool ParseFile();
     bool ParseNode(const QDomNode &node);
-    bool RunParser(QXmlInputSource &source);
-    void DropReplaced();
+    bool RunParser(const std::function<bool(dom::GuardedReader &)> &read);
+    void EndParse();
     dom::SearchRoots GetSearchRoots() const;
     std::list<QDomNode> &NewSearchResult();
 
     /// Owned only while m_bOwnsHandler is set.
     std::unique_ptr<XmlContentHandler> m_pHandler;
-    std::unique_ptr<QXmlSimpleReader> m_pReader;
+    std::unique_ptr<dom::GuardedReader> m_pReader;
     ITagwright *m_pCallback;
     /// Of a document handed over by pointer only the next content makes the reader the owner: see m_bIsHostDocument.
     std::unique_ptr<QDomDocument> m_pDocument;
@@ -149,13 +148,8 @@ private:
     QDomDocument *m_pFollowed = nullptr;
     /// The content, as a document, if it is a node that is one.
     std::unique_ptr<QDomDocument> m_pNodeDocument;
-    /// The file as it was when it was checked, and why it isn't read; empty if it is.
-    qint64 m_iCheckedSize = 0;
-    QDateTime m_tChecked;
-    QString m_sRefusal;
     bool m_bParsing = false;
     /// What was replaced during the parse that is running; it lives to its end.
     bool m_bReplaced = false;
     std::vector<std::unique_ptr<QDomDocument>> m_lReplacedDocuments;
-    std::vector<std::unique_ptr<QFile>> m_lReplacedFiles;
 };

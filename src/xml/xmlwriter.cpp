@@ -1,8 +1,8 @@
 #include "xml/xmlwriter.h"
 
 #include "dom/documentsaver.h"
-#include "dom/limits.h"
-#include "dom/takeapart.h"
+#include "dom/guardedreader.h"
+#include "dom/nodewalk.h"
 #include "host/quilmar.h"
 
 #include <QDomDocument>
@@ -45,11 +45,10 @@ bool XMLWriter::CreateXmlFile(const QString &fileName, const QString &rootTag)
         return false;
     }
     m_pDocument = std::make_unique<QDomDocument>();
-    // Qt's parser recurses for each element that a tag might open.
-    if (rootTag.count(QLatin1Char('<')) < limits::kMaxFileDepth) {
-        m_pDocument->setContent(QLatin1String("<?xml version = '1.0' encoding = 'UTF-8'?><") + rootTag
-                                + QLatin1String("/>"));
-    }
+    // Whatever stands in the tag becomes markup.
+    dom::GuardedReader().ReadText(QLatin1String("<?xml version = '1.0' encoding = 'UTF-8'?><") + rootTag
+                                      + QLatin1String("/>"),
+                                  m_pDocument.get());
     *m_pCurrentElement = m_pDocument->documentElement();
     return true;
 }

@@ -1,8 +1,17 @@
+#include "support/deepdocument.h"
+#include "support/fulldisk.h"
+#include "support/limitedprocess.h"
+
+#include "dom/documentsaver.h"
 #include "dom/documentwriter.h"
 
+#include <QFileInfo>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTextStream>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -15,19 +24,8 @@ QString Pick(QRandomGenerator &random, const QStringList &choices)
 
 QString RandomText(QRandomGenerator &random)
 {
-    static const QStringList pieces { QStringLiteral("a"),
-                                      QStringLiteral("<"),
-                                      QStringLiteral(">"),
-                                      QStringLiteral("]]>"),
-                                      QStringLiteral("&"),
-                                      QStringLiteral("\""),
-                                      QStringLiteral("'"),
-                                      QStringLiteral("\n"),
-                                      QStringLiteral("\r"),
-                                      QStringLiteral("\t"),
-                                      QStringLiteral(" "),
-                                      QStringLiteral("]"),
-                                      QString::fromUtf8("\u00e4\u20ac\U0001F600") };
+    static const QStringList pieces =
+        QString::fromUtf8("a,<,>,]]>,&,\",',\n,\r,\t, ,],-,\u00e4\u20ac\U0001F600").split(QLatin1Char(','));
     QString text;
     for (int i = random.bounded(6); i > 0; --i) {
         text += Pick(random, pieces);
@@ -39,11 +37,15 @@ QString RandomText(QRandomGenerator &random)
 void Fill(QDomDocument &document, QDomNode parent, QRandomGenerator &random, int depth)
 {
     for (int i = random.bounded(5); i > 0; --i) {
-        const int kind = random.bounded(depth < 4 ? 6 : 3);
+        const int kind = random.bounded(depth < 4 ? 9 : 4);
         if (kind == 0) {
             parent.appendChild(document.createTextNode(RandomText(random)));
         } else if (kind == 1) {
             parent.appendChild(document.createProcessingInstruction(QStringLiteral("pi"), QStringLiteral("a<b \"c\"")));
+        } else if (kind == 2) {
+            parent.appendChild(document.createComment(RandomText(random)));
+        } else if (kind == 3) {
+            parent.appendChild(document.createCDATASection(RandomText(random)));
         } else {
             QDomElement element = document.createElement(
                 Pick(random, { QStringLiteral("a"), QStringLiteral("b:c"), QString::fromUtf8("\u00e4") }));
@@ -72,11 +74,17 @@ QByteArray OwnBytes(const QDomDocument &document)
     return writer.Write(document) ? QByteArray::fromStdString(writer.TakeBytes()) : QByteArray("refused");
 }
 
-QDomDocument Parse(const char *text)
+QDomDocument Parse(const QByteArray &text, bool withNamespaces = false)
 {
     QDomDocument document;
-    document.setContent(QByteArray(text));
+    document.setContent(text, withNamespaces);
     return document;
+}
+
+QByteArray FileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
 }
 
 } // namespace
@@ -134,24 +142,68 @@ private Q_SLOTS:
 
     void leavesOtherDocumentsToQt_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::newRow("comment") << QByteArray("<r><!-- c --></r>");
-        QTest::newRow("cdata") << QByteArray("<r><![CDATA[x]]></r>");
-        QTest::newRow("doctype") << QByteArray("<!DOCTYPE r><r/>");
-        QTest::newRow("other encoding") << QByteArray("<?xml version='1.0' encoding='ISO-8859-1'?><r/>");
+        QTest::addColumn<QByteArray>("start");
+        QTest::newRow("doctype") << QByteArray("<!DOCTYPE r [<!NOTATION n SYSTEM 's'>]><r>");
+        QTest::newRow("other encoding") << QByteArray("<?xml version='1.0' encoding='ISO-8859-1'?><r a='\xc3\xa4'>");
+        QTest::newRow("namespace") << QByteArray("<n:r xmlns:n='u'>");
+        QTest::newRow("reference to an entity") << QByteArray("<r>&u;");
     }
     void leavesOtherDocumentsToQt()
     {
-        QFETCH(QByteArray, text);
-        QCOMPARE(OwnBytes(Parse(text.constData())), QByteArray("refused"));
+        QFETCH(QByteArray, start);
+        const QByteArray end = start.startsWith("<n") ? "</n:r>" : "</r>";
+        const QDomDocument document = Parse(start + end, true);
+        QCOMPARE(OwnBytes(document), QByteArray("refused"));
+        QCOMPARE(dom::SaveDocument(document, Path("qts.xml")).m_sFailure, QString());
+        QCOMPARE(FileBytes(Path("qts.xml")), QtBytes(document));
+        // Qt's saving recurses.
+        const QByteArray deep = start + QByteArray("<x>").repeated(101) + QByteArray("</x>").repeated(101) + end;
+        QVERIFY(dom::SaveDocument(Parse(deep, true), Path("deep.xml")).m_sFailure.contains(QLatin1String("100")));
+        QVERIFY(!QFileInfo::exists(Path("deep.xml")));
     }
 
-    void leavesNamespacesToQt()
+    void savesAnyDepthOnASmallStack()
     {
         QDomDocument document;
-        document.setContent(QByteArray("<n:r xmlns:n='u'/>"), true);
-        QCOMPARE(OwnBytes(document), QByteArray("refused"));
+        const QDomElement chain = MakeChain(document, document.createElement(QStringLiteral("x")), 3000);
+        document.appendChild(chain);
+        const auto result = limitedprocess::Run(
+            [&] { return dom::SaveDocument(document, Path("any.xml")).m_sFailure.toUtf8(); });
+        QCOMPARE(result.m_sReason + QString::fromUtf8(result.m_sOutput), QString());
+        QCOMPARE(FileBytes(Path("any.xml")).count("</n>"), 3000);
+        DismantleChain(chain);
     }
+
+    void saysWhyAFileCannotBeWritten()
+    {
+        mkfifo(QFile::encodeName(Path("fifo")).constData(), 0600);
+        QVERIFY(QFile::link(QStringLiteral("/dev/full"), Path("full")));
+        for (const QString &path : { Path("absent/r.xml"), m_oFolder.path(), Path("fifo"), Path("full"), QString() }) {
+            const bool existed = QFileInfo::exists(path);
+            QVERIFY(!dom::SaveDocument(Parse("<r/>"), path).m_sFailure.isEmpty());
+            QCOMPARE(QFileInfo::exists(path), existed);
+        }
+    }
+
+    void removesATornFile()
+    {
+        const QDomDocument document = Parse("<r>" + QByteArray(10000, 'x') + "</r>");
+        QVERIFY(QFile::link(Path("torn.xml"), Path("link.xml")));
+        for (const QString &path : { Path("torn.xml"), Path("link.xml") }) {
+            {
+                const FullDisk full(4096);
+                QVERIFY(!dom::SaveDocument(document, path).m_sFailure.isEmpty());
+            }
+            QVERIFY(!QFileInfo::exists(Path("torn.xml")));
+            QCOMPARE(dom::SaveDocument(document, path).m_sFailure, QString());
+            QVERIFY(QFileInfo(Path("torn.xml")).size() > 4096);
+        }
+    }
+
+private:
+    QString Path(const char *name) const { return m_oFolder.filePath(QLatin1String(name)); }
+
+    QTemporaryDir m_oFolder;
 };
 
 QTEST_GUILESS_MAIN(TestDocumentWriter)
