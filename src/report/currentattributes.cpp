@@ -17,32 +17,29 @@ void CurrentAttributes::Bind(const QDomElement &element, AttributeModel::Pointer
 {
     m_oElement = element;
     m_pModel = std::move(model);
-    m_bInDocument = m_pModel == nullptr;
-    m_bOwn = false;
-}
-
-void CurrentAttributes::Release()
-{
-    Bind(QDomElement(), nullptr);
+    m_eHolder = m_pModel == nullptr ? Holder::Document : Holder::Model;
 }
 
 const AttributeList &CurrentAttributes::GetAll()
 {
-    if (m_bInDocument && (m_bShared || !m_bOwn)) {
-        m_lOwn = SortedAttributes(m_oElement);
-        m_bOwn = true;
+    if (m_eHolder == Holder::Model) {
+        return m_pModel->GetAttributes();
     }
-    return m_bOwn ? m_lOwn : m_pModel->GetAttributes();
+    if (m_eHolder == Holder::Document) {
+        m_lOwn = SortedAttributes(m_oElement);
+        m_eHolder = m_pDocument->IsWatched() ? Holder::Document : Holder::Mirror;
+    }
+    return m_lOwn;
 }
 
 QXmlAttributes CurrentAttributes::GetEventAttributes()
 {
-    return m_bInDocument || m_bOwn ? ToXmlAttributes(GetAll()) : m_pModel->GetEventAttributes();
+    return m_eHolder == Holder::Model ? m_pModel->GetEventAttributes() : ToXmlAttributes(GetAll());
 }
 
 QString CurrentAttributes::GetValue(const QString &name)
 {
-    if (m_bInDocument && m_bShared) {
+    if (m_eHolder == Holder::Document) {
         return m_oElement.attribute(name);
     }
     for (const auto &[present, value] : GetAll()) {
@@ -60,7 +57,7 @@ void CurrentAttributes::Remove(const QString &name)
     if (entry != own.end()) {
         own.erase(entry);
     }
-    if (m_bInDocument) {
+    if (IsInDocument()) {
         m_oElement.removeAttribute(name);
     }
 }
@@ -74,7 +71,7 @@ void CurrentAttributes::Set(const QString &name, const QString &value)
     } else {
         own.emplace(std::lower_bound(own.begin(), own.end(), std::make_pair(name, value)), name, value);
     }
-    if (m_bInDocument) {
+    if (IsInDocument()) {
         m_oElement.setAttribute(name, value);
     }
 }
@@ -89,34 +86,30 @@ AttributeModel::Pointer CurrentAttributes::MakeModel()
 
 void CurrentAttributes::WriteOwn()
 {
-    if (!m_bInDocument) {
+    if (!IsInDocument()) {
         for (const auto &[name, value] : GetAll()) {
             m_oElement.setAttribute(name, value);
         }
-        m_bInDocument = true;
     }
+    m_eHolder = Holder::Document;
 }
 
 void CurrentAttributes::WriteAll()
 {
     WriteOwn();
-    if (m_pModel != nullptr && !m_pModel->GetChildren().empty()) {
+    if (m_pModel != nullptr) {
         m_pModel->WriteToChildren(m_oElement);
+        m_pModel.reset();
     }
-    m_pModel.reset();
-}
-
-ModelSequence CurrentAttributes::GetChildModels() const
-{
-    return m_pModel == nullptr ? ModelSequence() : ModelSequence(m_pModel);
 }
 
 AttributeList &CurrentAttributes::GetOwn()
 {
-    const AttributeList &all = GetAll();
-    if (!m_bOwn) {
-        m_lOwn = all;
-        m_bOwn = true;
+    if (m_eHolder == Holder::Model) {
+        m_lOwn = m_pModel->GetAttributes();
+        m_eHolder = Holder::Own;
+    } else {
+        GetAll();
     }
     return m_lOwn;
 }

@@ -33,7 +33,7 @@ ChoiceKeys GreatestChoiceKeys(const ChoiceMap &choiceMap)
     return keys;
 }
 
-OccurrenceLookup::OccurrenceLookup(const OccursMap &occursMap, ElementIndex &index)
+OccurrenceLookup::OccurrenceLookup(const OccursMap &occursMap, WalkedDocument &index)
     : m_pOccursMap(&occursMap)
     , m_pIndex(&index)
 {
@@ -51,7 +51,7 @@ bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, cons
         return false;
     }
     const ParentKeys &parents = GetParents(name);
-    const ElementIndex::Top &top = m_pIndex->GetTop();
+    const WalkedDocument::Top &top = m_pIndex->GetTop();
     if (element == top.m_oRoot) {
         // It is found as what a search gives that begins on the name sought: the document's last child.
         return element == top.m_oLast && IsListed(parents, tagName, keyApplies);
@@ -81,7 +81,7 @@ const OccurrenceLookup::ParentKeys &OccurrenceLookup::GetParents(const QString &
 // bear a listed name; for the root's name the document's last child stands in, whatever its own name is.
 bool OccurrenceLookup::IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies)
 {
-    const ElementIndex::Top top = m_pIndex->GetTop();
+    const WalkedDocument::Top top = m_pIndex->GetTop();
     const QString name = node.nodeName();
     if (node == top.m_oLast) {
         return name == top.m_sRootName && IsListed(parents, name, keyApplies);

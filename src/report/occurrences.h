@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/elementindex.h"
+#include "report/walkeddocument.h"
 #include "schema/schematables.h"
 
 #include <QDomElement>
@@ -25,7 +25,7 @@ public:
     using KeyTest = std::function<bool(int)>;
 
     /// Neither is owned; the table must stay as it is.
-    OccurrenceLookup(const OccursMap &occursMap, ElementIndex &index);
+    OccurrenceLookup(const OccursMap &occursMap, WalkedDocument &index);
 
     bool HasRow(const QString &name) const;
 
@@ -41,6 +41,6 @@ private:
     bool IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies);
 
     const OccursMap *m_pOccursMap; // not owned
-    ElementIndex *m_pIndex; // not owned
+    WalkedDocument *m_pIndex; // not owned
     QHash<QString, ParentKeys> m_hRows;
 };

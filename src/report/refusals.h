@@ -34,6 +34,9 @@ public:
     /// Another element comes.
     void Clear() { m_lTargets.clear(); }
 
+    /// To be told before an element is taken out of its parent.
+    void LeaveOut(const QDomNode &node) { m_oPath.LeaveOut(node); }
+
 private:
     struct Target
     {

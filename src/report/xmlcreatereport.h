@@ -8,20 +8,23 @@
 #include <QDateTime>
 #include <QPointer>
 #include <QString>
-#include <QStringList>
 #include <QTime>
 
-#include <functional>
 #include <list>
 #include <memory>
 
 class CommentDialogImpl;
+class CurrentAttributes;
 class DomParser;
 class QDialog;
 class QDomDocument;
 class QDomElement;
 class QXmlSimpleReader;
 class XmlSchemaHandler;
+struct ValueKind;
+namespace facets {
+struct Verdict;
+}
 
 /// Makes one report: reads a schema, walks its template through the callback and saves what came out of it.
 ///
@@ -112,29 +115,22 @@ private:
     void SaveReport(const QString &reportPath);
     void ShowCommentDialog(const QString &reportPath);
 
-    // What the setters share. `attribute` is empty for the element's own value.
+    // What the setters share.
     void Error(int id);
-    void Refuse(int error, const QString &attribute, const QString &value, const std::function<QString()> &reason);
-    void RefuseType(int error, const QString &attribute, const QString &value, const char *kind);
-    bool HasValue();
-    void NoteWritten(const QString &attribute);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;
     bool FetchElementToSet(const char *setter);
 
-    // Element values.
-    template <typename Number>
-    void SetNumber(Number value, const QString &text);
-    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text, const char *kind);
-    void WriteValue(const QStringList &testedAttributes, const QString &text);
+    // Values. `attribute` is empty for the element's own value.
+    CurrentAttributes &GetAttributes();
+    void SetUncheckedValue(const ValueKind &kind, const QString &text);
+    bool FitsElementType(const ValueKind &kind, const QString &text);
+    bool FitsAttributeType(const ValueKind &kind, const QString &name, const QString &text);
     QString TypeControl(QString expectedType);
+    void NoteTypeRefusal(int error, const QString &attribute, const QString &text, const char *noun);
+    bool HasValue();
+    void WriteValue(const QString &attribute, const QString &text, const facets::Verdict &verdict);
     void CreateAndAppendTextNode(QString text);
-
-    // Attribute values.
-    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError, const QString &value);
-    template <typename Number>
-    void SetAttributeNumber(const QString &name, Number value, const QString &text);
-    void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
 
     // Occurrences.
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
@@ -154,6 +150,6 @@ private:
     std::unique_ptr<DomParser> m_pDomParser;
     std::list<QPointer<CommentDialogImpl>> m_CommentDialogs; // owned
     std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
-    // What the walk resumes behind after a discard; it must live until the walk has read it.
+    // The element that the walk resumes behind after a discard; the walk reads it when the event has returned.
     std::unique_ptr<QDomElement> m_pDiscardSuccessor;
 };

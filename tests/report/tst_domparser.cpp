@@ -41,7 +41,7 @@ struct NewWalk : DomParser
     }
     void ChangeAsSetter(const std::function<void()> &change)
     {
-        const ElementIndex::OwnChange own(GetElementIndex());
+        const WalkedDocument::OwnChange own(GetWalked());
         change();
     }
 };

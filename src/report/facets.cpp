@@ -1,0 +1,135 @@
+#include "report/facets.h"
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+namespace facets {
+
+namespace {
+
+enum Side : std::size_t { MinInclusive, MaxInclusive, MinExclusive, MaxExclusive, SideCount };
+
+// In the order in which an attribute's name is searched for them.
+constexpr std::array<const char *, SideCount> kNames = { "minInclusive", "maxInclusive", "minExclusive",
+                                                         "maxExclusive" };
+// What a value does that breaks the bound.
+constexpr std::array<const char *, SideCount> kBreaches = { "below", "above", "not above", "not below" };
+
+// Every integer of 32 bits is a double, so that the comparison is exact for both kinds of number.
+using Bounds = std::array<std::optional<double>, SideCount>;
+
+QLatin1String FacetName(std::size_t side)
+{
+    return QLatin1String(kNames[side]);
+}
+
+// The side that an attribute of this name bounds, or SideCount.
+std::size_t SideOf(const QString &name, const QString &attribute)
+{
+    const bool isOfElement = attribute.isEmpty();
+    std::size_t side = isOfElement || name.contains(attribute) ? MinInclusive : SideCount;
+    while (side < SideCount && !(isOfElement ? name == FacetName(side) : name.contains(FacetName(side)))) {
+        ++side;
+    }
+    return side;
+}
+
+// A text that can't be read counts as 0, and that bound is then in force.
+Bounds ReadBounds(const AttributeList &attributes, const QString &attribute, NumberKind kind)
+{
+    constexpr double kAbsent = 65535;
+    Bounds bounds;
+    std::array<bool, SideCount> isExact = {};
+    for (const auto &[name, text] : attributes) {
+        const std::size_t side = SideOf(name, attribute);
+        if (side < SideCount && !isExact[side]) {
+            const double bound = kind == NumberKind::Integer ? text.toInt() : text.toDouble();
+            bounds[side] = bound == kAbsent ? std::nullopt : std::optional<double>(bound);
+            isExact[side] = name == FacetName(side) + attribute;
+        }
+    }
+    return bounds;
+}
+
+bool IsHeld(const Bounds &bounds, Side side, double value)
+{
+    if (!bounds[side]) {
+        return false;
+    }
+    switch (side) {
+    case MinInclusive:
+        return value >= *bounds[side];
+    case MaxInclusive:
+        return value <= *bounds[side];
+    case MinExclusive:
+        return value > *bounds[side];
+    default:
+        return value < *bounds[side];
+    }
+}
+
+// The first of two bounds that is there and that the value holds; SideCount if there is none.
+Side FirstHeld(const Bounds &bounds, double value, Side inclusive, Side exclusive)
+{
+    if (IsHeld(bounds, inclusive, value)) {
+        return inclusive;
+    }
+    return IsHeld(bounds, exclusive, value) ? exclusive : SideCount;
+}
+
+QString Refusal(const Bounds &bounds, Side inclusive, Side exclusive)
+{
+    const Side broken = bounds[inclusive] ? inclusive : exclusive;
+    return QStringLiteral("%1 %2 %3")
+        .arg(QLatin1String(kBreaches[broken]), FacetName(broken), QString::number(*bounds[broken], 'g', 12));
+}
+
+} // namespace
+
+Verdict CheckNumber(const AttributeList &attributes, const QString &attribute, double value, NumberKind kind)
+{
+    const Bounds bounds = ReadBounds(attributes, attribute, kind);
+    const bool hasLower = bounds[MinInclusive] || bounds[MinExclusive];
+    const Side lower = FirstHeld(bounds, value, MinInclusive, MinExclusive);
+    if (hasLower && lower == SideCount) {
+        return { Refusal(bounds, MinInclusive, MinExclusive), {} };
+    }
+    const bool hasUpper = bounds[MaxInclusive] || bounds[MaxExclusive];
+    Side upper = FirstHeld(bounds, value, MaxInclusive, MaxExclusive);
+    if (hasLower && bounds[MaxInclusive] && upper == MaxExclusive) {
+        upper = SideCount; // behind a lower bound the inclusive upper one rules alone
+    }
+    if (hasUpper && upper == SideCount) {
+        return { Refusal(bounds, MaxInclusive, MaxExclusive), {} };
+    }
+    Verdict verdict;
+    for (const Side used : { lower, upper }) {
+        if (used != SideCount) {
+            verdict.m_lUsed.append(FacetName(used) + attribute);
+        }
+    }
+    return verdict;
+}
+
+// A text without a match fails if any of the values is not empty: which of them Qt would give last says nothing.
+Verdict CheckText(const AttributeList &attributes, const QString &attribute, const QString &text)
+{
+    Verdict verdict;
+    bool hasMatch = false;
+    bool restricts = false;
+    for (const auto &[name, value] : attributes) {
+        const bool isOfTarget = attribute.isEmpty() ? name.at(name.size() - 1).isDigit() : name.contains(attribute);
+        if (isOfTarget && name.contains(QLatin1String("enumeration"))) {
+            hasMatch = hasMatch || value == text;
+            restricts = restricts || !value.isEmpty();
+            verdict.m_lUsed.append(name);
+        }
+    }
+    if (restricts && !hasMatch) {
+        verdict.m_sRefusal = QStringLiteral("not among the enumeration values");
+    }
+    return verdict;
+}
+
+} // namespace facets
