@@ -6,7 +6,7 @@
 #include <QString>
 #include <QXmlAttributes>
 
-class INodeWatcher;
+#include <functional>
 
 /// The base of all events. A receiver reads GetType() and casts to the class of that type.
 class TAGWRIGHT_EXPORT XmlEvent
@@ -64,19 +64,16 @@ class TAGWRIGHT_EXPORT ElemBeginEvent : public XmlEvent
 public:
     /// `node` may be a null node.
     ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text);
-    /// For a walk that wants to know when somebody takes hold of the node. `watcher` is not owned and lives as long as
-    /// the delivery.
-    ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text,
-                   INodeWatcher *watcher);
     ElemBeginEvent(const ElemBeginEvent &other);
     ElemBeginEvent &operator=(const ElemBeginEvent &other);
     ~ElemBeginEvent() override;
 
-    /// A handle on the element in its document, not a copy: what is changed through it changes the document. A null
-    /// node where the sender has no document.
+    /// A handle on the element in its document, not a copy: a change through it changes the document. A null node where
+    /// the sender has no document. The document ends with its sender (XmlCreateReport, XMLReader), and a node that is
+    /// kept past it must not be asked for siblings or children any more.
     QDomNode GetElementNode();
-    /// The name of the node's parent. A receiver that needs no more of the document than this leaves the walk faster
-    /// than one that takes the node.
+    /// The name of the node's parent. A walk is faster as long as no receiver takes a node, and the parent's name can
+    /// be had without one.
     QString GetParentName();
     /// The qualified name.
     QString GetElementName();
@@ -85,6 +82,12 @@ public:
     /// The element's text as far as the sender knows it at this moment.
     QString GetElementText();
 
+protected:
+    /// For a walk that wants to know when somebody takes hold of the node: `nodeTaken`, not owned, is called then. It
+    /// lives as long as the delivery.
+    ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text,
+                   const std::function<void()> *nodeTaken);
+
 private:
     QDomNode TakeNode() const;
 
@@ -92,7 +95,7 @@ private:
     QString m_sName;
     QXmlAttributes m_oAttributes;
     QString m_sText;
-    INodeWatcher *m_pWatcher = nullptr; // not owned
+    const std::function<void()> *m_pNodeTaken = nullptr; // not owned
 };
 
 /// An element ends. A report's walk sends none.

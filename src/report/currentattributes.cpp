@@ -5,10 +5,11 @@
 
 namespace {
 
+// The attribute of that name, or else the place for it.
 AttributeList::iterator Find(AttributeList &attributes, const QString &name)
 {
     return std::find_if(attributes.begin(), attributes.end(),
-                        [&name](const auto &entry) { return entry.first == name; });
+                        [&name](const auto &entry) { return entry.first >= name; });
 }
 
 } // namespace
@@ -22,14 +23,10 @@ void CurrentAttributes::Bind(const QDomElement &element, AttributeModel::Pointer
 
 const AttributeList &CurrentAttributes::GetAll()
 {
-    if (m_eHolder == Holder::Model) {
-        return m_pModel->GetAttributes();
-    }
     if (m_eHolder == Holder::Document) {
         m_lOwn = SortedAttributes(m_oElement);
-        m_eHolder = m_pDocument->IsWatched() ? Holder::Document : Holder::Mirror;
     }
-    return m_lOwn;
+    return m_eHolder == Holder::Model ? m_pModel->GetAttributes() : m_lOwn;
 }
 
 QXmlAttributes CurrentAttributes::GetEventAttributes()
@@ -52,27 +49,29 @@ QString CurrentAttributes::GetValue(const QString &name)
 
 void CurrentAttributes::Remove(const QString &name)
 {
+    if (m_eHolder == Holder::Document) {
+        m_oElement.removeAttribute(name);
+        return;
+    }
     AttributeList &own = GetOwn();
     const auto entry = Find(own, name);
-    if (entry != own.end()) {
+    if (entry != own.end() && entry->first == name) {
         own.erase(entry);
-    }
-    if (IsInDocument()) {
-        m_oElement.removeAttribute(name);
     }
 }
 
 void CurrentAttributes::Set(const QString &name, const QString &value)
 {
+    if (m_eHolder == Holder::Document) {
+        m_oElement.setAttribute(name, value);
+        return;
+    }
     AttributeList &own = GetOwn();
     const auto entry = Find(own, name);
-    if (entry != own.end()) {
+    if (entry != own.end() && entry->first == name) {
         entry->second = value;
     } else {
-        own.emplace(std::lower_bound(own.begin(), own.end(), std::make_pair(name, value)), name, value);
-    }
-    if (IsInDocument()) {
-        m_oElement.setAttribute(name, value);
+        own.emplace(entry, name, value);
     }
 }
 
@@ -86,10 +85,11 @@ AttributeModel::Pointer CurrentAttributes::MakeModel()
 
 void CurrentAttributes::WriteOwn()
 {
-    if (!IsInDocument()) {
-        for (const auto &[name, value] : GetAll()) {
-            m_oElement.setAttribute(name, value);
-        }
+    if (m_eHolder == Holder::Document) {
+        return;
+    }
+    for (const auto &[name, value] : GetAll()) {
+        m_oElement.setAttribute(name, value);
     }
     m_eHolder = Holder::Document;
 }
@@ -103,13 +103,12 @@ void CurrentAttributes::WriteAll()
     }
 }
 
+// The list of a bare element, to be changed.
 AttributeList &CurrentAttributes::GetOwn()
 {
     if (m_eHolder == Holder::Model) {
         m_lOwn = m_pModel->GetAttributes();
         m_eHolder = Holder::Own;
-    } else {
-        GetAll();
     }
     return m_lOwn;
 }

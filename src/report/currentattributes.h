@@ -1,7 +1,6 @@
 #pragma once
 
 #include "report/attributemodel.h"
-#include "report/walkeddocument.h"
 
 #include <QDomElement>
 #include <QString>
@@ -12,12 +11,6 @@
 class CurrentAttributes
 {
 public:
-    /// `document` is not owned.
-    explicit CurrentAttributes(const WalkedDocument &document)
-        : m_pDocument(&document)
-    {
-    }
-
     /// Goes to another element. A null model says that the document holds its attributes.
     void Bind(const QDomElement &element, AttributeModel::Pointer model);
     /// Lets go of the element; nothing is written to it.
@@ -46,18 +39,15 @@ public:
 private:
     // Who holds the attributes of the element.
     enum class Holder {
-        Document, // asked each time: in a watched document a receiver may change them at any time
-        Mirror, // the document, and m_lOwn repeats it
+        Document, // asked each time: a receiver may change them at any time
         Model, // the element is bare and has the attributes of m_pModel
         Own // the element is bare and its attributes have been changed: m_lOwn
     };
 
-    bool IsInDocument() const { return m_eHolder == Holder::Document || m_eHolder == Holder::Mirror; }
     AttributeList &GetOwn();
 
-    const WalkedDocument *m_pDocument; // not owned
     QDomElement m_oElement;
     AttributeModel::Pointer m_pModel;
-    AttributeList m_lOwn;
+    AttributeList m_lOwn; // or the latest answer of the document
     Holder m_eHolder = Holder::Document;
 };

@@ -11,23 +11,13 @@
 
 namespace {
 
-// The text of an element whose first child is a text; a CDATA section is none.
-bool ReadText(const QDomNode &node, QString &text)
-{
-    const QDomNode first = node.firstChild();
-    const bool isText = first.nodeType() == QDomNode::TextNode;
-    if (isText) {
-        text = first.nodeValue();
-    }
-    return isText;
-}
-
 // The walk's own events tell it when somebody takes hold of their node.
 class WalkEvent final : public ElemBeginEvent
 {
 public:
-    WalkEvent(const QDomNode &node, const QXmlAttributes &attributes, const QString &text, INodeWatcher *watcher)
-        : ElemBeginEvent(node, node.nodeName(), attributes, text, watcher)
+    WalkEvent(const QDomNode &node, const QXmlAttributes &attributes, const QString &text,
+              const std::function<void()> *nodeTaken)
+        : ElemBeginEvent(node, node.nodeName(), attributes, text, nodeTaken)
     {
     }
 };
@@ -129,9 +119,11 @@ void DomParser::WalkLevels(const QDomElement &root)
 {
     m_lLevels.push_back({ ChildCursor(root), QString(), true });
     while (!m_lLevels.empty()) {
-        if (IsAtEnd(m_lLevels.back())) {
+        Level &level = m_lLevels.back();
+        const QDomNode &child = level.m_oCursor.GetNode();
+        if (child.isNull() || (!level.m_bTop && child.nodeType() == QDomNode::TextNode)) {
             LeaveLevel();
-        } else if (HandleChild(m_lLevels.back())) {
+        } else if (HandleChild(level)) {
             EnterChild();
         }
     }
@@ -155,12 +147,6 @@ void DomParser::LeaveLevel()
     }
 }
 
-bool DomParser::IsAtEnd(const Level &level)
-{
-    const QDomNode &node = level.m_oCursor.GetNode();
-    return node.isNull() || (!level.m_bTop && node.nodeType() == QDomNode::TextNode);
-}
-
 // Announces the level's child and moves the level on to the node that comes next. True if the child is to be entered.
 bool DomParser::HandleChild(Level &level)
 {
@@ -181,7 +167,10 @@ void DomParser::AnnounceChild(Level &level)
 {
     const QDomNode child = level.m_oCursor.GetNode();
     SetCurrent(child, level.m_oCursor.GetModel());
-    if (!ReadText(child, level.m_sText) && !level.m_bTop) {
+    const QDomNode first = child.firstChild();
+    if (first.nodeType() == QDomNode::TextNode) {
+        level.m_sText = first.nodeValue();
+    } else if (!level.m_bTop) {
         TakeDefaultAsText();
     }
     SendElemBegin(child, level.m_sText);
@@ -250,8 +239,8 @@ bool DomParser::HandleUnsetElement()
     return true;
 }
 
-// Called behind the error, which the receiver may have answered with a value. A container needs no value, and an element
-// with a default has one.
+// Called behind the error, which the receiver may have answered with a value. A container needs no value, and an
+// element with a default has one.
 void DomParser::TellMissing()
 {
     if (!trace::IsOn() || m_bResumeRequested) {
@@ -343,28 +332,17 @@ void DomParser::Multiply(int count)
         return; // there can't be a second root
     }
     const WalkedDocument::OwnChange change(m_oWalked);
-    if (!m_oWalked.IsWatched() && !m_lLevels.empty()) {
-        InsertBareCopies(parent, count - 1);
-        return;
+    const bool isBare = !m_oWalked.IsWatched() && !m_lLevels.empty();
+    QDomNode copy = m_pCurrentElement->cloneNode(true);
+    if (isBare) {
+        m_lLevels.back().m_oCursor.InsertBehind(m_oAttributes.MakeModel(), count - 1);
+        AttributeModel::Strip(copy);
     }
     for (int i = 1; i < count; ++i) {
-        const QDomNode copy = m_pCurrentElement->cloneNode(true);
+        copy = i == 1 ? copy : copy.cloneNode(true);
         parent.insertAfter(copy, *m_pCurrentElement);
         m_oMultiplied.Insert(copy);
     }
-}
-
-void DomParser::InsertBareCopies(QDomElement parent, int copies)
-{
-    const AttributeModel::Pointer model = m_oAttributes.MakeModel();
-    const QDomNode bare = m_pCurrentElement->cloneNode(true);
-    AttributeModel::Strip(bare);
-    for (int i = 0; i < copies; ++i) {
-        const QDomNode copy = i == 0 ? bare : bare.cloneNode(true);
-        parent.insertAfter(copy, *m_pCurrentElement);
-        m_oMultiplied.Insert(copy);
-    }
-    m_lLevels.back().m_oCursor.InsertBehind(model, copies);
 }
 
 // Whether the current element may be left out where it stands.
@@ -394,7 +372,7 @@ void DomParser::SetCurrent(const QDomNode &node, AttributeModel::Pointer model)
 
 void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
 {
-    SendEvent<WalkEvent>(m_pCallback, node, m_oAttributes.GetEventAttributes(), text, &m_oNodeWatch);
+    SendEvent<WalkEvent>(m_pCallback, node, m_oAttributes.GetEventAttributes(), text, &m_fnNodeTaken);
     // An element that is announced again may still get its values then.
     if (trace::IsOn() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
         m_oRefusals.Tell(node.toElement());

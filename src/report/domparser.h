@@ -1,6 +1,5 @@
 #pragma once
 
-#include "events/inodewatcher.h"
 #include "events/itagwright.h"
 #include "report/childcursor.h"
 #include "report/currentattributes.h"
@@ -15,6 +14,7 @@
 #include <QDomNode>
 #include <QString>
 
+#include <functional>
 #include <list>
 #include <memory>
 #include <vector>
@@ -88,20 +88,6 @@ public:
     const ChoiceKeys &GetChoiceKeys() const { return m_hChoiceKeys; }
 
 private:
-    // Hears from an event that the receiver takes hold of its node.
-    class NodeWatch final : public INodeWatcher
-    {
-    public:
-        explicit NodeWatch(DomParser *walk)
-            : m_pWalk(walk)
-        {
-        }
-        void NodeTaken() override { m_pWalk->NodeTaken(); }
-
-    private:
-        DomParser *m_pWalk; // not owned
-    };
-
     // The children of an element that has been entered.
     struct Level
     {
@@ -113,7 +99,6 @@ private:
     void WalkLevels(const QDomElement &root);
     void EnterChild();
     void LeaveLevel();
-    static bool IsAtEnd(const Level &level);
     bool HandleChild(Level &level);
     void AnnounceChild(Level &level);
     void TakeDefaultAsText();
@@ -121,7 +106,6 @@ private:
     void MoveToResumeNode(Level &level);
     void LetGo();
     void NodeTaken();
-    void InsertBareCopies(QDomElement parent, int copies);
 
     bool HandleUnsetElement();
     bool HasType();
@@ -153,11 +137,11 @@ private:
     bool m_bResumeOnSameNode = false;
 
     bool m_bWalking = false;
-    NodeWatch m_oNodeWatch { this };
+    std::function<void()> m_fnNodeTaken { [this] { NodeTaken(); } };
     WalkedDocument m_oWalked;
     std::vector<Level> m_lLevels; // from the top down to the one that is walked
     std::size_t m_iPendingLevel = 0; // where m_pPendingElement is a child
-    CurrentAttributes m_oAttributes { m_oWalked };
+    CurrentAttributes m_oAttributes;
     NodeSet m_oMultiplied;
     Refusals m_oRefusals;
     QDomNode m_oResumeNode;

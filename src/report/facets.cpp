@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <optional>
 
 namespace facets {
@@ -36,7 +37,7 @@ std::size_t SideOf(const QString &name, const QString &attribute)
 }
 
 // A text that can't be read counts as 0, and that bound is then in force.
-Bounds ReadBounds(const AttributeList &attributes, const QString &attribute, NumberKind kind)
+Bounds ReadBounds(const AttributeList &attributes, const QString &attribute, Facets kind)
 {
     constexpr double kAbsent = 65535;
     Bounds bounds;
@@ -44,7 +45,7 @@ Bounds ReadBounds(const AttributeList &attributes, const QString &attribute, Num
     for (const auto &[name, text] : attributes) {
         const std::size_t side = SideOf(name, attribute);
         if (side < SideCount && !isExact[side]) {
-            const double bound = kind == NumberKind::Integer ? text.toInt() : text.toDouble();
+            const double bound = kind == Facets::IntegerBounds ? text.toInt() : text.toDouble();
             bounds[side] = bound == kAbsent ? std::nullopt : std::optional<double>(bound);
             isExact[side] = name == FacetName(side) + attribute;
         }
@@ -54,19 +55,10 @@ Bounds ReadBounds(const AttributeList &attributes, const QString &attribute, Num
 
 bool IsHeld(const Bounds &bounds, Side side, double value)
 {
-    if (!bounds[side]) {
-        return false;
-    }
-    switch (side) {
-    case MinInclusive:
-        return value >= *bounds[side];
-    case MaxInclusive:
-        return value <= *bounds[side];
-    case MinExclusive:
-        return value > *bounds[side];
-    default:
-        return value < *bounds[side];
-    }
+    const bool isInclusive = side == MinInclusive || side == MaxInclusive;
+    const bool isLower = side == MinInclusive || side == MinExclusive;
+    const double bound = bounds[side].value_or(std::numeric_limits<double>::quiet_NaN()); // nothing holds it
+    return (isInclusive && value == bound) || (isLower ? value > bound : value < bound);
 }
 
 // The first of two bounds that is there and that the value holds; SideCount if there is none.
@@ -87,7 +79,7 @@ QString Refusal(const Bounds &bounds, Side inclusive, Side exclusive)
 
 } // namespace
 
-Verdict CheckNumber(const AttributeList &attributes, const QString &attribute, double value, NumberKind kind)
+Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, const QString &attribute)
 {
     const Bounds bounds = ReadBounds(attributes, attribute, kind);
     const bool hasLower = bounds[MinInclusive] || bounds[MinExclusive];
@@ -113,7 +105,7 @@ Verdict CheckNumber(const AttributeList &attributes, const QString &attribute, d
 }
 
 // A text without a match fails if any of the values is not empty: which of them Qt would give last says nothing.
-Verdict CheckText(const AttributeList &attributes, const QString &attribute, const QString &text)
+Verdict CheckText(const QString &text, const AttributeList &attributes, const QString &attribute)
 {
     Verdict verdict;
     bool hasMatch = false;

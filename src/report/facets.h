@@ -13,7 +13,7 @@
 /// the last by name. A bound of 65535 counts as absent.
 namespace facets {
 
-enum class NumberKind { Integer, Double };
+enum class Facets { None, Enumeration, IntegerBounds, DoubleBounds };
 
 struct Verdict
 {
@@ -23,11 +23,10 @@ struct Verdict
     QStringList m_lUsed;
 };
 
-/// Holds a number against the bounds, which are read as numbers of that kind. Of two lower bounds one is enough; an
-/// upper bound has its say after that.
-Verdict CheckNumber(const AttributeList &attributes, const QString &attribute, double value, NumberKind kind);
+/// Holds a number against the bounds. Of two lower bounds one is enough; an upper bound has its say after that.
+Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, const QString &attribute);
 
 /// Holds a text against the enumeration values.
-Verdict CheckText(const AttributeList &attributes, const QString &attribute, const QString &text);
+Verdict CheckText(const QString &text, const AttributeList &attributes, const QString &attribute);
 
 } // namespace facets

@@ -194,11 +194,8 @@ bool XmlCreateReport::HasCurrentElement() const
     return m_pCurrentElement != nullptr && !m_pCurrentElement->isNull();
 }
 
-bool XmlCreateReport::FetchElementToSet(const char *setter)
+bool XmlCreateReport::CheckCurrentElement()
 {
-    if (!FetchCurrentElement(setter)) {
-        return false;
-    }
     if (!HasCurrentElement()) {
         Error(ITagwright::CURRENT_ELEMENT_IS_NULL);
         return false;

@@ -21,7 +21,7 @@ class QDomDocument;
 class QDomElement;
 class QXmlSimpleReader;
 class XmlSchemaHandler;
-struct ValueKind;
+struct GivenValue;
 namespace facets {
 struct Verdict;
 }
@@ -119,16 +119,15 @@ private:
     void Error(int id);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;
-    bool FetchElementToSet(const char *setter);
+    bool CheckCurrentElement();
 
     // Values. `attribute` is empty for the element's own value.
     CurrentAttributes &GetAttributes();
-    void SetUncheckedValue(const ValueKind &kind, const QString &text);
-    bool FitsElementType(const ValueKind &kind, const QString &text);
-    bool FitsAttributeType(const ValueKind &kind, const QString &name, const QString &text);
+    void SetElement(const GivenValue &given);
+    void SetAttribute(const QString &name, const GivenValue &given);
+    facets::Verdict Check(const GivenValue &given, const QString &attribute);
     QString TypeControl(QString expectedType);
-    void NoteTypeRefusal(int error, const QString &attribute, const QString &text, const char *noun);
-    bool HasValue();
+    void RefuseType(const GivenValue &given, const QString &attribute);
     void WriteValue(const QString &attribute, const QString &text, const facets::Verdict &verdict);
     void CreateAndAppendTextNode(QString text);
 

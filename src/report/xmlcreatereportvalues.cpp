@@ -11,48 +11,25 @@
 #include <cmath>
 #include <limits>
 
-/// What a setter takes, and the types that take it.
-struct ValueKind
-{
-    QString m_sTypeWord; // stands in the name of a type that takes the value
-    ITagwright::ErrorID m_eError;
-    const char *m_pNoun;
-};
-
 namespace {
 
-constexpr char kElementSetter[] = "SetXmlValue";
-constexpr char kAttributeSetter[] = "SetAttributeValue";
+using facets::Facets;
 
-ValueKind StringKind()
+/// A kind of value: the types that take it, and the facets that it is held against.
+struct ValueKind
 {
-    return { QStringLiteral("string"), ITagwright::CURRENT_TYPE_IS_NOT_STRING, "string" };
-}
+    const char *m_pTypeWord; // stands in the name of a type that takes the value
+    const char *m_pNoun; // for a trace
+    ITagwright::ErrorID m_eError;
+    Facets m_eFacets;
+};
 
-ValueKind DoubleKind()
-{
-    return { QStringLiteral("double"), ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE, "double" };
-}
-
-ValueKind IntegerKind()
-{
-    return { QStringLiteral("integer"), ITagwright::CURRENT_TYPE_IS_NOT_INTEGER, "integer" };
-}
-
-ValueKind BoolKind()
-{
-    return { QStringLiteral("bool"), ITagwright::CURRENT_TYPE_IS_NOT_BOOL, "boolean" };
-}
-
-ValueKind DateTimeKind()
-{
-    return { QStringLiteral("dateTime"), ITagwright::CURRENT_TYPE_IS_NOT_DATETIME, "date and time" };
-}
-
-ValueKind TimeKind()
-{
-    return { QStringLiteral("time"), ITagwright::CURRENT_TYPE_IS_NOT_TIME, "time" };
-}
+constexpr ValueKind kString { "string", "string", ITagwright::CURRENT_TYPE_IS_NOT_STRING, Facets::Enumeration };
+constexpr ValueKind kDouble { "double", "double", ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE, Facets::DoubleBounds };
+constexpr ValueKind kInteger { "integer", "integer", ITagwright::CURRENT_TYPE_IS_NOT_INTEGER, Facets::IntegerBounds };
+constexpr ValueKind kBool { "bool", "boolean", ITagwright::CURRENT_TYPE_IS_NOT_BOOL, Facets::None };
+constexpr ValueKind kDateTime { "dateTime", "date and time", ITagwright::CURRENT_TYPE_IS_NOT_DATETIME, Facets::None };
+constexpr ValueKind kTime { "time", "time", ITagwright::CURRENT_TYPE_IS_NOT_TIME, Facets::None };
 
 QString TypeName()
 {
@@ -64,11 +41,6 @@ QString ShortType()
     return QStringLiteral("short");
 }
 
-QString NumberText(double value)
-{
-    return QString::number(value, 'g', 12);
-}
-
 // False for a number that has no integer form, NaN among them.
 bool FitsInteger(double value)
 {
@@ -78,107 +50,110 @@ bool FitsInteger(double value)
 
 } // namespace
 
+/// A value as a setter was given it.
+struct GivenValue
+{
+    const ValueKind &m_oKind;
+    QString m_sText;
+    double m_dNumber = 0.0; // of a double and an integer
+};
+
 void XmlCreateReport::SetXmlValue(QString value)
 {
-    if (FetchElementToSet(kElementSetter) && FitsElementType(StringKind(), value)) {
-        WriteValue(QString(), value, facets::CheckText(GetAttributes().GetAll(), QString(), value));
-    }
+    SetElement({ kString, value });
 }
 
 void XmlCreateReport::SetXmlValue(const char *value)
 {
-    SetXmlValue(QString::fromUtf8(value));
+    SetElement({ kString, QString::fromUtf8(value) });
 }
 
 void XmlCreateReport::SetXmlValue(double value)
 {
-    if (!FetchElementToSet(kElementSetter)) {
-        return;
-    }
-    const bool isShort = TypeControl(DoubleKind().m_sTypeWord) == ShortType();
-    // The type is judged once more for the check itself, so that an element without a type says so twice: receivers
-    // count on it.
-    if (!FitsElementType(DoubleKind(), NumberText(value))) {
-        return;
-    }
-    if (isShort && !FitsInteger(value)) {
-        WriteValue(QString(), NumberText(value), { QStringLiteral("no integer holds it"), {} });
-        return;
-    }
-    WriteValue(QString(), isShort ? QString::number(static_cast<int>(value)) : NumberText(value),
-               facets::CheckNumber(GetAttributes().GetAll(), QString(), value, facets::NumberKind::Double));
+    SetElement({ kDouble, QString::number(value, 'g', 12), value });
 }
 
 void XmlCreateReport::SetXmlValue(int value)
 {
-    const QString text = QString::number(value);
-    if (FetchElementToSet(kElementSetter) && FitsElementType(IntegerKind(), text)) {
-        // Even if the bounds refuse the value: the walk then takes the element for a container.
-        GetAttributes().Remove(TypeName());
-        WriteValue(QString(), text,
-                   facets::CheckNumber(GetAttributes().GetAll(), QString(), value, facets::NumberKind::Integer));
-    }
+    SetElement({ kInteger, QString::number(value), double(value) });
 }
 
 void XmlCreateReport::SetXmlValue(bool value)
 {
-    SetUncheckedValue(BoolKind(), value ? QStringLiteral("true") : QStringLiteral("false"));
+    SetElement({ kBool, value ? QStringLiteral("true") : QStringLiteral("false") });
 }
 
 void XmlCreateReport::SetXmlValue(QDateTime value)
 {
-    SetUncheckedValue(DateTimeKind(), value.toString(Qt::ISODate));
+    SetElement({ kDateTime, value.toString(Qt::ISODate) });
 }
 
 void XmlCreateReport::SetXmlValue(QTime value)
 {
-    SetUncheckedValue(TimeKind(), value.toString(Qt::ISODate));
+    SetElement({ kTime, value.toString(Qt::ISODate) });
 }
 
-void XmlCreateReport::SetUncheckedValue(const ValueKind &kind, const QString &text)
+void XmlCreateReport::SetElement(const GivenValue &given)
 {
-    if (FetchElementToSet(kElementSetter) && FitsElementType(kind, text)) {
-        WriteValue(QString(), text, facets::Verdict());
+    if (!FetchCurrentElement("SetXmlValue") || !CheckCurrentElement()) {
+        return;
     }
+    const QString typeWord = QLatin1String(given.m_oKind.m_pTypeWord);
+    // A double asks for the type twice, so that an element without one says so twice: receivers count on it.
+    const bool isShort = &given.m_oKind == &kDouble && TypeControl(typeWord) == ShortType();
+    if (TypeControl(typeWord).isEmpty()) {
+        RefuseType(given, QString());
+        return;
+    }
+    if (isShort && !FitsInteger(given.m_dNumber)) {
+        WriteValue(QString(), given.m_sText, { QStringLiteral("no integer holds it"), {} });
+        return;
+    }
+    if (&given.m_oKind == &kInteger) {
+        // Even if the bounds refuse the value: the walk then takes the element for a container.
+        GetAttributes().Remove(TypeName());
+    }
+    WriteValue(QString(), isShort ? QString::number(static_cast<int>(given.m_dNumber)) : given.m_sText,
+               Check(given, QString()));
 }
 
 void XmlCreateReport::SetAttributeValue(QString name, QString value)
 {
-    if (FetchCurrentElement(kAttributeSetter) && HasCurrentElement()
-        && FitsAttributeType(StringKind(), name, value)) {
-        WriteValue(name, value, facets::CheckText(GetAttributes().GetAll(), name, value));
-    }
+    SetAttribute(name, { kString, value });
 }
 
 void XmlCreateReport::SetAttributeValue(QString name, const char *value)
 {
-    SetAttributeValue(name, QString::fromUtf8(value));
+    SetAttribute(name, { kString, QString::fromUtf8(value) });
 }
 
 void XmlCreateReport::SetAttributeValue(QString name, QDateTime value)
 {
-    const QString text = value.toString(Qt::ISODate);
-    if (FetchCurrentElement(kAttributeSetter) && HasCurrentElement()
-        && FitsAttributeType(DateTimeKind(), name, text)) {
-        WriteValue(name, text, facets::Verdict());
-    }
+    SetAttribute(name, { kDateTime, value.toString(Qt::ISODate) });
 }
 
 void XmlCreateReport::SetAttributeValue(QString name, int value)
 {
-    const QString text = QString::number(value);
-    if (FetchElementToSet(kAttributeSetter) && FitsAttributeType(IntegerKind(), name, text)) {
-        WriteValue(name, text,
-                   facets::CheckNumber(GetAttributes().GetAll(), name, value, facets::NumberKind::Integer));
-    }
+    SetAttribute(name, { kInteger, QString::number(value), double(value) });
 }
 
 void XmlCreateReport::SetAttributeValue(QString name, double value)
 {
-    const QString text = NumberText(value);
-    if (FetchElementToSet(kAttributeSetter) && FitsAttributeType(DoubleKind(), name, text)) {
-        WriteValue(name, text,
-                   facets::CheckNumber(GetAttributes().GetAll(), name, value, facets::NumberKind::Double));
+    SetAttribute(name, { kDouble, QString::number(value, 'g', 12), value });
+}
+
+// Until it has a value, an attribute holds its type. Unlike an element's, "short" and "long" take only their own kind,
+// and an empty type takes nothing.
+void XmlCreateReport::SetAttribute(const QString &name, const GivenValue &given)
+{
+    const bool isNumber = &given.m_oKind == &kInteger || &given.m_oKind == &kDouble;
+    if (!FetchCurrentElement("SetAttributeValue") || !(isNumber ? CheckCurrentElement() : HasCurrentElement())) {
+        return;
+    }
+    if (GetAttributes().GetValue(name).contains(QLatin1String(given.m_oKind.m_pTypeWord))) {
+        WriteValue(name, given.m_sText, Check(given, name));
+    } else {
+        RefuseType(given, name);
     }
 }
 
@@ -194,31 +169,16 @@ CurrentAttributes &XmlCreateReport::GetAttributes()
     return m_pDomParser->GetAttributes();
 }
 
-bool XmlCreateReport::FitsElementType(const ValueKind &kind, const QString &text)
+facets::Verdict XmlCreateReport::Check(const GivenValue &given, const QString &attribute)
 {
-    if (!TypeControl(kind.m_sTypeWord).isEmpty()) {
-        return true;
+    const ValueKind &kind = given.m_oKind;
+    const AttributeList &attributes = GetAttributes().GetAll();
+    if (kind.m_eFacets == Facets::None) {
+        return facets::Verdict();
     }
-    // An element that is announced once more with its value has lost its type: that is no refusal to tell of.
-    if (trace::IsOn() && !HasValue()) {
-        NoteTypeRefusal(kind.m_eError, QString(), text, kind.m_pNoun);
-    }
-    Error(kind.m_eError);
-    return false;
-}
-
-// Until it has a value, an attribute holds its type. Unlike an element's, "short" and "long" take only their own kind,
-// and an empty type takes nothing.
-bool XmlCreateReport::FitsAttributeType(const ValueKind &kind, const QString &name, const QString &text)
-{
-    if (GetAttributes().GetValue(name).contains(kind.m_sTypeWord)) {
-        return true;
-    }
-    if (trace::IsOn()) {
-        NoteTypeRefusal(kind.m_eError, name, text, kind.m_sTypeWord.toUtf8().constData());
-    }
-    Error(kind.m_eError);
-    return false;
+    return kind.m_eFacets == Facets::Enumeration
+        ? facets::CheckText(given.m_sText, attributes, attribute)
+        : facets::CheckNumber(kind.m_eFacets, given.m_dNumber, attributes, attribute);
 }
 
 QString XmlCreateReport::TypeControl(QString expectedType)
@@ -238,19 +198,22 @@ QString XmlCreateReport::TypeControl(QString expectedType)
     return type.contains(longType) ? longType : QString();
 }
 
-// Refusals are only told when the receiver is done with the element: it may have the value in another form.
-void XmlCreateReport::NoteTypeRefusal(int error, const QString &attribute, const QString &text, const char *noun)
+// A refusal is only told when the receiver is done with the element: it may have the value in another form.
+void XmlCreateReport::RefuseType(const GivenValue &given, const QString &attribute)
 {
-    const QString type = GetAttributes().GetValue(attribute.isEmpty() ? TypeName() : attribute);
-    const QString reason = type.isEmpty()
-        ? QStringLiteral("there is no type here")
-        : QStringLiteral("the type \"%1\" takes no %2").arg(type, QLatin1String(noun));
-    m_pDomParser->GetRefusals().Note(attribute, text, reason, error);
-}
-
-bool XmlCreateReport::HasValue()
-{
-    return m_pCurrentElement->firstChild().isText() && GetAttributes().GetValue(TypeName()).isEmpty();
+    const ValueKind &kind = given.m_oKind;
+    const bool isElement = attribute.isEmpty();
+    const QString type = GetAttributes().GetValue(isElement ? TypeName() : attribute);
+    // An element that is announced once more with its value has no type any more; nothing is missing there.
+    const bool hasValue = isElement && type.isEmpty() && m_pCurrentElement->firstChild().isText();
+    if (trace::IsOn() && !hasValue) {
+        const QString reason = type.isEmpty()
+            ? QStringLiteral("there is no type here")
+            : QStringLiteral("the type \"%1\" takes no %2")
+                  .arg(type, QLatin1String(isElement ? kind.m_pNoun : kind.m_pTypeWord));
+        m_pDomParser->GetRefusals().Note(attribute, given.m_sText, reason, kind.m_eError);
+    }
+    Error(kind.m_eError);
 }
 
 void XmlCreateReport::WriteValue(const QString &attribute, const QString &text, const facets::Verdict &verdict)
