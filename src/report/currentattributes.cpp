@@ -5,11 +5,10 @@
 
 namespace {
 
-// The attribute of that name, or else the place for it.
 AttributeList::iterator Find(AttributeList &attributes, const QString &name)
 {
     return std::find_if(attributes.begin(), attributes.end(),
-                        [&name](const auto &entry) { return entry.first >= name; });
+                        [&name](const auto &entry) { return entry.first == name; });
 }
 
 } // namespace
@@ -55,7 +54,7 @@ void CurrentAttributes::Remove(const QString &name)
     }
     AttributeList &own = GetOwn();
     const auto entry = Find(own, name);
-    if (entry != own.end() && entry->first == name) {
+    if (entry != own.end()) {
         own.erase(entry);
     }
 }
@@ -68,10 +67,10 @@ void CurrentAttributes::Set(const QString &name, const QString &value)
     }
     AttributeList &own = GetOwn();
     const auto entry = Find(own, name);
-    if (entry != own.end() && entry->first == name) {
+    if (entry != own.end()) {
         entry->second = value;
     } else {
-        own.emplace(entry, name, value);
+        own.emplace(std::lower_bound(own.begin(), own.end(), std::make_pair(name, value)), name, value);
     }
 }
 

@@ -18,18 +18,24 @@ using facets::Facets;
 /// A kind of value: the types that take it, and the facets that it is held against.
 struct ValueKind
 {
-    const char *m_pTypeWord; // stands in the name of a type that takes the value
+    QString (*m_fnTypeWord)(); // a word in the names of the types that take the value
     const char *m_pNoun; // for a trace
     ITagwright::ErrorID m_eError;
     Facets m_eFacets;
 };
 
-constexpr ValueKind kString { "string", "string", ITagwright::CURRENT_TYPE_IS_NOT_STRING, Facets::Enumeration };
-constexpr ValueKind kDouble { "double", "double", ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE, Facets::DoubleBounds };
-constexpr ValueKind kInteger { "integer", "integer", ITagwright::CURRENT_TYPE_IS_NOT_INTEGER, Facets::IntegerBounds };
-constexpr ValueKind kBool { "bool", "boolean", ITagwright::CURRENT_TYPE_IS_NOT_BOOL, Facets::None };
-constexpr ValueKind kDateTime { "dateTime", "date and time", ITagwright::CURRENT_TYPE_IS_NOT_DATETIME, Facets::None };
-constexpr ValueKind kTime { "time", "time", ITagwright::CURRENT_TYPE_IS_NOT_TIME, Facets::None };
+constexpr ValueKind kString { [] { return QStringLiteral("string"); }, "string", ITagwright::CURRENT_TYPE_IS_NOT_STRING,
+                              Facets::Enumeration };
+constexpr ValueKind kDouble { [] { return QStringLiteral("double"); }, "double", ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE,
+                              Facets::DoubleBounds };
+constexpr ValueKind kInteger { [] { return QStringLiteral("integer"); }, "integer",
+                               ITagwright::CURRENT_TYPE_IS_NOT_INTEGER, Facets::IntegerBounds };
+constexpr ValueKind kBool { [] { return QStringLiteral("bool"); }, "boolean", ITagwright::CURRENT_TYPE_IS_NOT_BOOL,
+                            Facets::None };
+constexpr ValueKind kDateTime { [] { return QStringLiteral("dateTime"); }, "date and time",
+                                ITagwright::CURRENT_TYPE_IS_NOT_DATETIME, Facets::None };
+constexpr ValueKind kTime { [] { return QStringLiteral("time"); }, "time", ITagwright::CURRENT_TYPE_IS_NOT_TIME,
+                            Facets::None };
 
 QString TypeName()
 {
@@ -98,7 +104,7 @@ void XmlCreateReport::SetElement(const GivenValue &given)
     if (!FetchCurrentElement("SetXmlValue") || !CheckCurrentElement()) {
         return;
     }
-    const QString typeWord = QLatin1String(given.m_oKind.m_pTypeWord);
+    const QString typeWord = given.m_oKind.m_fnTypeWord();
     // A double asks for the type twice, so that an element without one says so twice: receivers count on it.
     const bool isShort = &given.m_oKind == &kDouble && TypeControl(typeWord) == ShortType();
     if (TypeControl(typeWord).isEmpty()) {
@@ -150,7 +156,7 @@ void XmlCreateReport::SetAttribute(const QString &name, const GivenValue &given)
     if (!FetchCurrentElement("SetAttributeValue") || !(isNumber ? CheckCurrentElement() : HasCurrentElement())) {
         return;
     }
-    if (GetAttributes().GetValue(name).contains(QLatin1String(given.m_oKind.m_pTypeWord))) {
+    if (GetAttributes().GetValue(name).contains(given.m_oKind.m_fnTypeWord())) {
         WriteValue(name, given.m_sText, Check(given, name));
     } else {
         RefuseType(given, name);
@@ -210,7 +216,7 @@ void XmlCreateReport::RefuseType(const GivenValue &given, const QString &attribu
         const QString reason = type.isEmpty()
             ? QStringLiteral("there is no type here")
             : QStringLiteral("the type \"%1\" takes no %2")
-                  .arg(type, QLatin1String(isElement ? kind.m_pNoun : kind.m_pTypeWord));
+                  .arg(type, isElement ? QLatin1String(kind.m_pNoun) : kind.m_fnTypeWord());
         m_pDomParser->GetRefusals().Note(attribute, given.m_sText, reason, kind.m_eError);
     }
     Error(kind.m_eError);
