@@ -272,8 +272,10 @@ ChildCursor DomParser::CursorOfPending()
     if (m_iPendingLevel < m_lLevels.size() && m_lLevels[m_iPendingLevel].m_oCursor.GetNode() == *m_pPendingElement) {
         return m_lLevels[m_iPendingLevel].m_oCursor;
     }
-    // The walk has left the pending element and comes back to siblings of which the models are used up.
+    // The walk has left the pending element and comes back to siblings of which the models are used up and the positions
+    // change.
     CompleteDocument();
+    m_oRefusals.ForgetPath();
     ChildCursor cursor;
     cursor.MoveTo(*m_pPendingElement);
     return cursor;

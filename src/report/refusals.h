@@ -36,6 +36,8 @@ public:
 
     /// To be told before an element is taken out of its parent.
     void LeaveOut(const QDomNode &node) { m_oPath.LeaveOut(node); }
+    /// To be told before an element in front of the latest one is taken out.
+    void ForgetPath() { m_oPath = NodePath(); }
 
 private:
     struct Target

@@ -42,23 +42,6 @@ public:
         SendEvent<DocEndEvent>(m_pCallback);
     }
 
-    template <typename KeyTest>
-    bool IsFound(const QString &name, const QString &tagName, const QDomElement &element, KeyTest keyApplies) const
-    {
-        const auto row = m_OccursMap.find(name);
-        bool result = false;
-        for (const auto &[key, parents] : row == m_OccursMap.end() ? OccursMap::mapped_type() : row->second) {
-            for (const QString &parent : keyApplies(key) ? parents : std::list<QString>()) {
-                for (const QDomNode &node : GetElement(parent, QString())) {
-                    for (const QDomNode &found : GetElement(tagName, node.nodeName())) {
-                        result = result || found == element;
-                    }
-                }
-            }
-        }
-        return result;
-    }
-
 private:
     void WalkChildren(const QDomElement &element, bool isTop)
     {
@@ -120,10 +103,22 @@ private:
 
     bool CheckOccursMap(const QString &name)
     {
-        if (m_OccursMap.count(name) == 0) {
+        const auto row = m_OccursMap.find(name);
+        if (row == m_OccursMap.end()) {
             SendEvent<ErrorEvent>(m_pCallback, ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+            return false;
         }
-        return IsFound(name, name, m_oCurrent, [](int key) { return key % 100 == 0; });
+        bool result = false;
+        for (const auto &[key, parents] : row->second) {
+            for (const QString &parent : key % 100 == 0 ? parents : std::list<QString>()) {
+                for (const QDomNode &node : GetElement(parent, QString())) {
+                    for (const QDomNode &found : GetElement(name, node.nodeName())) {
+                        result = result || found == m_oCurrent;
+                    }
+                }
+            }
+        }
+        return result;
     }
 
     bool IsChoiceItem(const QString &name) const

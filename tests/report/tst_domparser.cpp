@@ -1,7 +1,6 @@
 #include "support/scriptedreceiver.h"
 #include "support/templates.h"
 
-#include "host/veldra.h"
 #include "report/domparser.h"
 #include "report/literalwalk.h"
 
@@ -35,10 +34,6 @@ struct NewWalk : DomParser
         DomParser::Parse();
     }
     QDomElement &Current() { return *GetCurrentElement(); }
-    bool IsFound(const QString &name, const OccurrenceLookup::KeyTest &keyApplies)
-    {
-        return GetOccurrences().IsFound(name, Current().tagName(), Current(), keyApplies);
-    }
     void ChangeAsSetter(const std::function<void()> &change)
     {
         const WalkedDocument::OwnChange own(GetWalked());
@@ -51,10 +46,6 @@ struct OldWalk : LiteralWalk
     using LiteralWalk::LiteralWalk;
 
     QDomElement &Current() { return m_oCurrent; }
-    bool IsFound(const QString &name, const OccurrenceLookup::KeyTest &keyApplies)
-    {
-        return LiteralWalk::IsFound(name, m_oCurrent.tagName(), m_oCurrent, keyApplies);
-    }
     void ChangeAsSetter(const std::function<void()> &change) { change(); }
 };
 
@@ -93,11 +84,6 @@ private:
     {
         if (++m_iActions > 300) {
             return;
-        }
-        for (unsigned name = 0; name < 6; ++name) {
-            const int key = static_cast<int>(Draw(4));
-            const bool isFound = m_oWalk.IsFound(NameAt(name), [key](int k) { return k % 100 == 0 || k > key; });
-            m_lHeard.append(isFound ? QStringLiteral("+") : QStringLiteral("-"));
         }
         QDomElement &current = m_oWalk.Current();
         const unsigned action = current.isNull() ? 99 : Draw(24);
@@ -297,10 +283,7 @@ void TestDomParser::RefusesWhatCannotBeWalked()
     QDomDocument document;
     QVERIFY(parser.SetDocument(&document) && !parser.Parse() && receiver.m_lHeard.isEmpty());
 
-    ErrorHandler::SetTraceMask(32);
-    QTest::ignoreMessage(QtInfoMsg, "DomParser: pCallback is NULL!");
     DomParser unusable(nullptr, OccursMap(), ChoiceMap());
-    ErrorHandler::SetTraceMask(0);
     document = ReadTemplate(QStringLiteral("<R/>"));
     QVERIFY(unusable.SetDocument(&document) && !unusable.Parse() && unusable.GetCurrentElement() == nullptr);
 }
