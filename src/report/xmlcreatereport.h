@@ -8,19 +8,22 @@
 #include <QDateTime>
 #include <QPointer>
 #include <QString>
-#include <QStringList>
 #include <QTime>
 
-#include <functional>
 #include <list>
 #include <memory>
 
 class CommentDialogImpl;
+class CurrentAttributes;
 class DomParser;
 class QDialog;
 class QDomDocument;
 class QDomElement;
 class XmlSchemaHandler;
+struct GivenValue;
+namespace facets {
+struct Verdict;
+}
 
 namespace dom {
 class GuardedReader;
@@ -115,29 +118,21 @@ private:
     void SaveReport(const QString &reportPath);
     void ShowCommentDialog(const QString &reportPath);
 
-    // What the setters share. `attribute` is empty for the element's own value.
+    // What the setters share.
     void Error(int id);
-    void Refuse(int error, const QString &attribute, const QString &value, const std::function<QString()> &reason);
-    void RefuseType(int error, const QString &attribute, const QString &value, const char *kind);
-    bool HasValue();
-    void NoteWritten(const QString &attribute);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;
-    bool FetchElementToSet(const char *setter);
+    bool CheckCurrentElement();
 
-    // Element values.
-    template <typename Number>
-    void SetNumber(Number value, const QString &text);
-    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text, const char *kind);
-    void WriteValue(const QStringList &testedAttributes, const QString &text);
+    // Values. `attribute` is empty for the element's own value.
+    CurrentAttributes &GetAttributes();
+    void SetElement(const GivenValue &given);
+    void SetAttribute(const QString &name, const GivenValue &given);
+    facets::Verdict Check(const GivenValue &given, const QString &attribute);
     QString TypeControl(QString expectedType);
+    void RefuseType(const GivenValue &given, const QString &attribute);
+    void WriteValue(const QString &attribute, const QString &text, const facets::Verdict &verdict);
     void CreateAndAppendTextNode(QString text);
-
-    // Attribute values.
-    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError, const QString &value);
-    template <typename Number>
-    void SetAttributeNumber(const QString &name, Number value, const QString &text);
-    void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
 
     // Occurrences.
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
@@ -157,6 +152,6 @@ private:
     std::unique_ptr<DomParser> m_pDomParser;
     std::list<QPointer<CommentDialogImpl>> m_CommentDialogs; // owned
     std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
-    // What the walk resumes behind after a discard; it must live until the walk has read it.
+    // The element that the walk resumes behind after a discard; the walk reads it when the event has returned.
     std::unique_ptr<QDomElement> m_pDiscardSuccessor;
 };
