@@ -104,7 +104,7 @@ void TestCommentDialog::cleanup()
     for (QWidget *widget : QApplication::topLevelWidgets()) {
         widget->hide();
     }
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
     m_pRun.reset();
 }
@@ -317,7 +317,7 @@ void TestCommentDialog::OutlivesItsControl()
     const QPointer<CommentDialogImpl> dialog = Open();
     const QPointer<VCReporting> control = m_pControl.release();
     toolBar.reset();
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(control.isNull());
     QVERIFY(dialog != nullptr && dialog->isVisible());
     QTest::keyClicks(dialog->m_pTextEdit, QStringLiteral("typed"));
@@ -326,7 +326,7 @@ void TestCommentDialog::OutlivesItsControl()
     } else {
         QTest::keyClick(dialog->m_pTextEdit, Qt::Key_Escape);
     }
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(dialog.isNull());
     QCOMPARE(m_pRun->LatestReport().contains(QLatin1String("<Comment>typed</Comment>")), saves);
 }
@@ -339,7 +339,7 @@ void TestCommentDialog::GoesOnceItIsSuperseded()
     // The latest stays until the next report, an earlier one goes when it has ended.
     second->close();
     first->close();
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(first.isNull() && second != nullptr);
     const QPointer<CommentDialogImpl> third = Open();
     QVERIFY(second.isNull() && third != nullptr);
