@@ -278,9 +278,9 @@ void TestValueResolution::TracesAUnitThatIsNoText()
     const ControlRun run;
     const auto control = MakeWatched(run);
     control->m_fnDecorate = SetAttributes(QStringLiteral("type=double Unit=xs:double"));
-    const TraceLog log;
+    const TraceCapture log;
     QCOMPARE(Report(run, *control, QStringLiteral("A=1@m")), QStringLiteral("<A Unit='xs:double'>1</A>"));
-    QVERIFY(TraceLog::Lines().contains(QStringLiteral(
+    QVERIFY(TraceCapture::Lines().contains(QStringLiteral(
         "VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_STRING: m_iIndex is not valid.")));
 }
 
