@@ -45,7 +45,9 @@ XmlCreateReport::~XmlCreateReport()
 {
     while (!m_CommentDialogs.empty()) {
         // A host that closes up may have destroyed all windows already.
-        const std::unique_ptr<CommentDialogImpl> ended(m_CommentDialogs.front().data());
+        if (CommentDialogImpl *dialog = m_CommentDialogs.front()) {
+            dialog->End();
+        }
         m_CommentDialogs.pop_front();
     }
     m_pDialogDocument.reset();

@@ -12,6 +12,7 @@
 
 #include <list>
 #include <memory>
+#include <type_traits>
 
 class CommentDialogImpl;
 class CurrentAttributes;
@@ -69,6 +70,9 @@ public:
     void SetXmlValue(QString value);
     /// The same for a text literal in UTF-8: without it C++ would take a literal for a bool.
     void SetXmlValue(const char *value);
+    /// Any other pointer would be taken for a bool.
+    template <typename Pointee, typename = std::enable_if_t<!std::is_same_v<std::remove_cv_t<Pointee>, char>>>
+    void SetXmlValue(Pointee *value) = delete;
     /// Twelve significant digits are written; for the type "short" the value is cut towards zero. Raises 7, 8 (twice)
     /// and 10, 10, or 15 for a value outside its bounds or one that a "short" can't hold.
     void SetXmlValue(double value);
