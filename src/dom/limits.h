@@ -29,7 +29,7 @@ constexpr int kMaxTemplateDepth = 500;
 constexpr int kMaxElementAttributes = 2000;
 /// Most elements and most attributes of all declarations of a schema and its includes together.
 constexpr int kMaxRunElements = 500000;
-constexpr int kMaxRunAttributes = 2000000;
+constexpr int kMaxRunAttributes = 1000000;
 /// Most includes open within each other.
 constexpr int kMaxOpenIncludes = 64;
 /// Most includes in a run.

@@ -23,15 +23,15 @@ int LevelOf(const QDomNode &node)
     return level;
 }
 
-// A copy, because setting attributes on the element itself would change the map.
+// Takes the attributes from a copy one by one: Qt finds an attribute by its index only by counting up to it.
 AttributeList ListAttributes(const QDomNode &node)
 {
-    const QDomNamedNodeMap map = node.attributes();
+    const QDomNode copy = node.cloneNode(false);
+    QDomNamedNodeMap left = copy.attributes();
     AttributeList list;
-    list.reserve(static_cast<std::size_t>(map.count()));
-    for (int i = 0; i < map.count(); ++i) {
-        const QDomNode attribute = map.item(i);
-        list.emplace_back(attribute.nodeName(), attribute.nodeValue());
+    for (QDomNode first = left.item(0); !first.isNull(); first = left.item(0)) {
+        list.emplace_back(first.nodeName(), first.nodeValue());
+        left.removeNamedItem(first.nodeName());
     }
     return list;
 }

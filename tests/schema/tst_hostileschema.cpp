@@ -3,6 +3,8 @@
 #include "support/schemareading.h"
 #include "support/tracecapture.h"
 
+#include "dom/nodewalk.h"
+
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -27,7 +29,10 @@ QByteArray ReadSchema(const QString &path)
     const TraceCapture capture;
     SchemaReading reading(path);
     const bool result = reading.m_oReader.ReadFile(path);
-    const int elements = reading.m_oHandler.GetDocument()->elementsByTagName(QStringLiteral("*")).size();
+    int elements = 0;
+    for (dom::NodeWalk walk(*reading.m_oHandler.GetDocument()); !walk.AtEnd(); walk.Next()) {
+        elements += walk.Node().isElement() ? 1 : 0;
+    }
     return QStringLiteral("%1 %2 %3 %4")
         .arg(result)
         .arg(elements)
@@ -93,15 +98,15 @@ const Case kCases[] = {
       "<xs:schema><xs:simpleType name='S'><xs:restriction base='xs:string'>{1999|<xs:enumeration value='v'/>}"
       "</xs:restriction></xs:simpleType><xs:element name='r'><xs:complexType>"
       "<xs:element name='a' type='S' minOccurs='200000'/></xs:complexType></xs:element></xs:schema>",
-      "0 0 .*all declarations hold at most 2000000 attributes" },
+      "0 0 .*all declarations hold at most 1000000 attributes" },
     { "very many enumerations",
       "<xs:schema><xs:simpleType name='S'><xs:restriction base='xs:string'>{2000|<xs:enumeration value='v'/>}"
       "</xs:restriction></xs:simpleType></xs:schema>",
       "0 0 .*an element holds at most 2000 attributes" },
     { "many attributes that are listed many times",
-      "<xs:schema><xs:element name='r'><xs:complexType>{2000|<xs:attribute name='a#'/>}{2000|<xs:extension base='r'/>}"
+      "<xs:schema><xs:element name='r'><xs:complexType>{2000|<xs:attribute name='a#'/>}{1000|<xs:extension base='r'/>}"
       "</xs:complexType></xs:element></xs:schema>",
-      "0 0 .*2000000 attributes" },
+      "0 0 .*1000000 attributes" },
     { "a deep chain of types",
       "<xs:schema><xs:complexType name='T10000'/>{3000|<xs:complexType name='T^'><xs:element name='e' type='T#'/>"
       "</xs:complexType>}</xs:schema>",
