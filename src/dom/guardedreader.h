@@ -42,6 +42,7 @@ private:
     bool Read(Source &source, QDomDocument *document);
 
     std::unique_ptr<Guard> m_pGuard;
+    Source *m_pSource = nullptr; // not owned; what is being read
     // Where calls go. Not owned, but for m_oNobody.
     QXmlDefaultHandler m_oNobody;
     QXmlContentHandler *m_pContent = &m_oNobody;
