@@ -273,13 +273,15 @@ GuardedReader::~GuardedReader() = default;
 bool GuardedReader::ReadFile(const QString &path, QDomDocument *document)
 {
     m_sName = path + QLatin1String(", ");
+    const QFileInfo info(path);
     QFile file(path);
-    const bool isRegular = QFileInfo(path).isFile();
-    if (!isRegular || !file.open(QIODevice::ReadOnly)) {
-        m_sRefusal = path
-            + (isRegular ? QLatin1String(" can't be opened: ") + file.errorString()
-                         : QStringLiteral(" is no regular file"));
+    if (info.exists() && !info.isFile()) {
+        m_sRefusal = path + QLatin1String(" is no regular file");
         return false;
+    }
+    // Qt's reader begins, and ends, a document also where there is none.
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_sRefusal = path + QLatin1String(" can't be opened: ") + file.errorString();
     }
     Source source(*this, &file);
     return Read(source, document);
