@@ -61,6 +61,7 @@ bool DocumentWriter::Write(const QDomDocument &document)
     if (!document.doctype().name().isEmpty() || DeclaresOtherEncoding(document.firstChild())) {
         return false;
     }
+    m_sText.reserve(2 * kPiece);
     NodeWalk walk(document);
     for (walk.Next(); !walk.AtEnd(); walk.Next()) {
         CloseDownTo(walk.Depth() - 1);
@@ -188,19 +189,20 @@ void DocumentWriter::End(const char *mark, Next next)
 
 void DocumentWriter::Append(const QString &text, Escape escape)
 {
+    const QChar *const begin = text.constData();
     int done = 0;
     for (int at = 0; at < text.size(); ++at) {
-        if (IsOrdinary(text.at(at).unicode())) {
+        if (IsOrdinary(begin[at].unicode())) {
             continue;
         }
         const QString escaped = Escaped(text, at, escape);
         if (!escaped.isEmpty()) {
-            m_sText.append(text.constData() + done, at - done);
+            m_sText.append(begin + done, at - done);
             m_sText += escaped;
             done = at + 1;
         }
     }
-    m_sText.append(text.constData() + done, text.size() - done);
+    m_sText.append(begin + done, text.size() - done);
 }
 
 /// Empty where the character stays.

@@ -22,23 +22,31 @@ public:
     {
     }
 
-    /// Gets each character of the input first. What entities put in isn't seen here: Qt puts them into values without a
-    /// word, so each reference counts as the longest entity. For a "(" of a content model Qt recurses, and tells nobody
-    /// before the model's end.
+    /// Looks at a character of the input, up to "<", before Qt's reader has it. What entities put in isn't seen here:
+    /// Qt puts them into values without a word, so each reference counts as the longest entity. For a "(" of a content
+    /// model Qt recurses, and tells nobody before the model's end.
     void See(ushort character)
     {
-        m_iLatest = character;
-        if (character > '<') {
-            return;
-        }
-        if (character == '<') {
+        switch (character) {
+        case '<':
             m_bInMarkup = true;
             m_iParentheses = 0;
-        } else if (character == '&' || (character == '%' && m_bInProlog)) {
+            break;
+        case '%':
+            m_iParentheses += m_iEntityParentheses;
+            m_iGrowth += m_bInProlog ? m_iLongestEntity : 0;
+            break;
+        case '&':
             m_iGrowth += m_iLongestEntity;
-            m_iParentheses += character == '%' ? m_iEntityParentheses : 0;
-        } else if (character == '(' || character == ')') {
-            m_iParentheses += character == '(' ? 1 : -1;
+            break;
+        case '(':
+            ++m_iParentheses;
+            break;
+        case ')':
+            --m_iParentheses;
+            break;
+        default:
+            return;
         }
         if (m_iGrowth > limits::kMaxEntityGrowth) {
             Refuse(QStringLiteral("its entities may come to more than %1 characters").arg(limits::kMaxEntityGrowth));
@@ -155,8 +163,7 @@ public:
     bool m_bFillsDocument = false;
 
 private:
-    /// A handler is told of some markup; the reader may have taken the first character behind it already.
-    void EndMarkup() { m_bInMarkup = m_iLatest == '<'; }
+    void EndMarkup();
     static QString Reference(const QString &name)
     {
         return (name.startsWith(QLatin1Char('%')) ? name : QLatin1Char('&') + name) + QLatin1Char(';');
@@ -174,7 +181,6 @@ private:
     QXmlLocator *m_pLocator = nullptr;
     int m_iDepth;
     bool m_bInProlog = true;
-    ushort m_iLatest = 0;
     /// A "<" has come of which no handler has been told yet.
     bool m_bInMarkup = false;
     /// The references that there are to entities, as "&e;" or "%p;".
@@ -209,34 +215,50 @@ public:
     }
     QChar next() override
     {
-        if (m_pAt == m_pEnd && m_bHasMore) {
-            fetchData();
-            TakePiece();
-        }
-        if (m_pAt == m_pEnd) {
+        if (m_pAt == m_pEnd && !Fetch()) {
             return QChar(EndOfDocument);
         }
         const ushort character = *m_pAt++;
-        m_oReader.m_pGuard->See(character);
-        const bool isEnd = character == EndOfData || !m_oReader.m_sRefusal.isEmpty();
-        return QChar(isEnd ? ushort(EndOfDocument) : character);
+        if (character <= '<') {
+            m_oReader.m_pGuard->See(character);
+            return QChar(m_oReader.m_sRefusal.isEmpty() ? character : ushort(EndOfDocument));
+        }
+        return QChar(character == EndOfData ? ushort(EndOfDocument) : character);
     }
+    /// The character that Qt's reader has taken last is this one.
+    bool IsAt(char character) const { return m_pAt != m_pBegin && m_pAt[-1] == character; }
 
 private:
+    bool Fetch()
+    {
+        if (m_bHasMore) {
+            fetchData();
+            TakePiece();
+        }
+        return m_pAt != m_pEnd;
+    }
     void TakePiece()
     {
         m_sPiece = data();
-        m_pAt = m_sPiece.utf16();
+        m_pBegin = m_sPiece.utf16();
+        m_pAt = m_pBegin;
         m_pEnd = m_pAt + m_sPiece.size();
     }
 
     GuardedReader &m_oReader;
     QString m_sPiece;
+    const ushort *m_pBegin = nullptr;
     const ushort *m_pAt = nullptr;
     const ushort *m_pEnd = nullptr;
     /// A text is there whole.
     bool m_bHasMore = false;
 };
+
+/// A handler is told of some markup. Qt's reader may have taken the first character behind it already.
+void GuardedReader::Guard::EndMarkup()
+{
+    m_bInMarkup = m_oReader.m_pSource->IsAt('<');
+}
 
 GuardedReader::GuardedReader(int openTags)
     : m_pGuard(std::make_unique<Guard>(*this, openTags))
@@ -251,13 +273,15 @@ GuardedReader::~GuardedReader() = default;
 bool GuardedReader::ReadFile(const QString &path, QDomDocument *document)
 {
     m_sName = path + QLatin1String(", ");
+    const QFileInfo info(path);
     QFile file(path);
-    const bool isRegular = QFileInfo(path).isFile();
-    if (!isRegular || !file.open(QIODevice::ReadOnly)) {
-        m_sRefusal = path
-            + (isRegular ? QLatin1String(" can't be opened: ") + file.errorString()
-                         : QStringLiteral(" is no regular file"));
+    if (info.exists() && !info.isFile()) {
+        m_sRefusal = path + QLatin1String(" is no regular file");
         return false;
+    }
+    // Qt's reader begins, and ends, a document also where there is none.
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_sRefusal = path + QLatin1String(" can't be opened: ") + file.errorString();
     }
     Source source(*this, &file);
     return Read(source, document);
@@ -271,6 +295,7 @@ bool GuardedReader::ReadText(const QString &text, QDomDocument *document)
 
 bool GuardedReader::Read(Source &source, QDomDocument *document)
 {
+    m_pSource = &source;
     if (document == nullptr) {
         return parse(&source) && GetRefusal().isEmpty();
     }

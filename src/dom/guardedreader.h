@@ -21,8 +21,8 @@ public:
     ~GuardedReader() override;
     Q_DISABLE_COPY(GuardedReader)
 
-    /// Reads a file, which is opened once. False if it is faulty, or refused: only a regular file or a Qt resource is
-    /// opened, since all else may block or never end. With a document this is filled, with the nodes that its
+    /// Reads a file, which is opened once. False if it is faulty, or refused: what exists and is neither a regular file
+    /// nor a Qt resource isn't opened, since it may block or never end. With a document this is filled, with the nodes that its
     /// setContent makes, and nobody else hears of anything; up to a fault they stay.
     bool ReadFile(const QString &path, QDomDocument *document = nullptr);
     bool ReadText(const QString &text, QDomDocument *document = nullptr);
@@ -42,6 +42,7 @@ private:
     bool Read(Source &source, QDomDocument *document);
 
     std::unique_ptr<Guard> m_pGuard;
+    Source *m_pSource = nullptr; // not owned; what is being read
     // Where calls go. Not owned, but for m_oNobody.
     QXmlDefaultHandler m_oNobody;
     QXmlContentHandler *m_pContent = &m_oNobody;

@@ -6,16 +6,20 @@ namespace dom {
 
 void NodeWalk::Next(bool passOver)
 {
-    QDomNode next = passOver ? QDomNode() : m_oNode.firstChild();
-    m_iDepth += next.isNull() ? 0 : 1;
-    for (; next.isNull() && m_iDepth > 0; --m_iDepth) {
-        next = m_oNode.nextSibling();
-        if (!next.isNull()) {
-            break;
+    if (!passOver && m_oNode.hasChildNodes()) {
+        m_oNode = m_oNode.firstChild();
+        ++m_iDepth;
+        return;
+    }
+    for (; m_iDepth > 0; --m_iDepth) {
+        const QDomNode sibling = m_oNode.nextSibling();
+        if (!sibling.isNull()) {
+            m_oNode = sibling;
+            return;
         }
         m_oNode = m_oNode.parentNode();
     }
-    m_oNode = next;
+    m_oNode = QDomNode();
 }
 
 bool IsDeeperThan(const QDomNode &top, int limit)

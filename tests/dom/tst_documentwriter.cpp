@@ -167,8 +167,8 @@ private Q_SLOTS:
         QDomDocument document;
         const QDomElement chain = MakeChain(document, document.createElement(QStringLiteral("x")), 3000);
         document.appendChild(chain);
-        const auto result = limitedprocess::Run(
-            [&] { return dom::SaveDocument(document, Path("any.xml")).m_sFailure.toUtf8(); });
+        const auto result =
+            limitedprocess::Run([&] { return dom::SaveDocument(document, Path("any.xml")).m_sFailure.toUtf8(); });
         QCOMPARE(result.m_sReason + QString::fromUtf8(result.m_sOutput), QString());
         QCOMPARE(FileBytes(Path("any.xml")).count("</n>"), 3000);
         DismantleChain(chain);
