@@ -87,11 +87,6 @@ void DomParser::LetGo()
     m_oWalked.SetDocument(QDomDocument());
 }
 
-QDomElement *DomParser::GetCurrentElement()
-{
-    return m_pCurrentElement.get();
-}
-
 bool DomParser::SetNodeToContinue(QDomNode *node, bool stayOnNode)
 {
     if (node == nullptr) {
@@ -167,24 +162,16 @@ void DomParser::AnnounceChild(Level &level)
 {
     const QDomNode child = level.m_oCursor.GetNode();
     SetCurrent(child, level.m_oCursor.GetModel());
+    const QString defaultName = QStringLiteral("default");
     const QDomNode first = child.firstChild();
     if (first.nodeType() == QDomNode::TextNode) {
         level.m_sText = first.nodeValue();
-    } else if (!level.m_bTop) {
-        TakeDefaultAsText();
-    }
-    SendElemBegin(child, level.m_sText);
-}
-
-void DomParser::TakeDefaultAsText()
-{
-    const QString name = QStringLiteral("default");
-    const QString value = m_oAttributes.GetValue(name);
-    if (!value.isEmpty()) {
+    } else if (const QString value = level.m_bTop ? QString() : m_oAttributes.GetValue(defaultName); !value.isEmpty()) {
         const WalkedDocument::OwnChange change(m_oWalked);
-        m_oAttributes.Remove(name);
+        m_oAttributes.Remove(defaultName);
         m_pCurrentElement->appendChild(m_pDocument->createTextNode(value));
     }
+    SendElemBegin(child, level.m_sText);
 }
 
 void DomParser::TakeUpRequest(Level &level)
@@ -217,7 +204,8 @@ bool DomParser::HandleUnsetElement()
         if (!HasType()) {
             return false;
         }
-        DropPendingElement();
+        Drop(CursorOfPending());
+        m_pPendingElement.reset();
         return true;
     }
     const QString name = m_pCurrentElement->tagName();
@@ -228,7 +216,9 @@ bool DomParser::HandleUnsetElement()
     }
     // Asked only now: the receiver may have taken the type away when it was told of error 15.
     if (HasType()) {
-        DropCurrentElement();
+        if (!Drop(m_lLevels.back().m_oCursor)) {
+            Error(ITagwright::GENERAL_ERROR);
+        }
         return true;
     }
     // A container of which the content decides.
@@ -252,28 +242,14 @@ void DomParser::TellMissing()
     }
 }
 
-// An element without a type is a container, whatever it holds.
-bool DomParser::HasType()
-{
-    return !m_oAttributes.GetValue(QStringLiteral("type")).isEmpty();
-}
-
-void DomParser::DropPendingElement()
-{
-    const QDomElement pending = *m_pPendingElement;
-    ResumeBehind(CursorOfPending());
-    Remove(pending);
-    m_pPendingElement.reset();
-}
-
 // The level that is walked goes on over the siblings of the pending element.
 ChildCursor DomParser::CursorOfPending()
 {
     if (m_iPendingLevel < m_lLevels.size() && m_lLevels[m_iPendingLevel].m_oCursor.GetNode() == *m_pPendingElement) {
         return m_lLevels[m_iPendingLevel].m_oCursor;
     }
-    // The walk has left the pending element and comes back to siblings of which the models are used up and the positions
-    // change.
+    // The walk has left the pending element and comes back to siblings of which the models are used up and the
+    // positions change.
     CompleteDocument();
     m_oRefusals.ForgetPath();
     ChildCursor cursor;
@@ -281,25 +257,17 @@ ChildCursor DomParser::CursorOfPending()
     return cursor;
 }
 
-void DomParser::DropCurrentElement()
+// The walk goes on behind the element that the cursor stands on. Its attributes aren't written back: it is removed.
+bool DomParser::Drop(ChildCursor cursor)
 {
-    const QDomElement unset = *m_pCurrentElement;
-    ResumeBehind(m_lLevels.back().m_oCursor);
-    if (!Remove(unset)) {
-        Error(ITagwright::GENERAL_ERROR);
-    }
-}
-
-// `cursor` stands on the element that is about to be removed; its attributes aren't written back.
-void DomParser::ResumeBehind(const ChildCursor &cursor)
-{
-    ChildCursor &walked = m_lLevels.back().m_oCursor;
-    walked = cursor;
-    walked.Advance();
-    m_oResumeNode = walked.GetNode();
+    const QDomNode dropped = cursor.GetNode();
+    cursor.Advance();
+    m_lLevels.back().m_oCursor = cursor;
+    m_oResumeNode = cursor.GetNode();
     m_pResumeNode = &m_oResumeNode;
     m_oAttributes.Release();
-    SetCurrent(m_oResumeNode, walked.GetModel());
+    SetCurrent(m_oResumeNode, cursor.GetModel());
+    return Remove(dropped);
 }
 
 bool DomParser::Remove(const QDomNode &node)
@@ -357,11 +325,6 @@ bool DomParser::CheckOccursMap(const QString &name)
     return m_oOccurrences.IsFound(name, name, *m_pCurrentElement, [](int key) { return key % 100 == 0; });
 }
 
-bool DomParser::IsChoiceItem(const QString &name) const
-{
-    return !name.isEmpty() && m_hChoiceKeys.contains(name);
-}
-
 void DomParser::SetCurrent(const QDomNode &node, AttributeModel::Pointer model)
 {
     *m_pCurrentElement = node.toElement();
@@ -379,9 +342,4 @@ void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
     if (trace::IsOn() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
         m_oRefusals.Tell(node.toElement());
     }
-}
-
-void DomParser::Error(ITagwright::ErrorID id)
-{
-    SendEvent<ErrorEvent>(m_pCallback, id);
 }

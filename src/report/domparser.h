@@ -1,6 +1,6 @@
 #pragma once
 
-#include "events/itagwright.h"
+#include "events/eventsender.h"
 #include "report/childcursor.h"
 #include "report/currentattributes.h"
 #include "report/nodeset.h"
@@ -47,7 +47,7 @@ public:
 
     /// The element being handled, as the walk itself holds it: a null element while there is none. A null pointer
     /// without a callback.
-    QDomElement *GetCurrentElement();
+    QDomElement *GetCurrentElement() { return m_pCurrentElement.get(); }
 
     /// Tells the walk, from inside an event, that the element in delivery has been dealt with. It goes on with `node`
     /// itself, or else behind it. Only the pointer is kept: the node is read when the walk goes on. False, and no
@@ -101,31 +101,29 @@ private:
     void LeaveLevel();
     bool HandleChild(Level &level);
     void AnnounceChild(Level &level);
-    void TakeDefaultAsText();
     void TakeUpRequest(Level &level);
     void MoveToResumeNode(Level &level);
     void LetGo();
     void NodeTaken();
 
     bool HandleUnsetElement();
-    bool HasType();
-    void DropPendingElement();
-    void DropCurrentElement();
-    void ResumeBehind(const ChildCursor &cursor);
+    // An element without a type is a container, whatever it holds.
+    bool HasType() { return !m_oAttributes.GetValue(QStringLiteral("type")).isEmpty(); }
+    bool Drop(ChildCursor cursor);
     ChildCursor CursorOfPending();
     bool CheckOccursMap(const QString &name);
-    bool IsChoiceItem(const QString &name) const;
+    bool IsChoiceItem(const QString &name) const { return !name.isEmpty() && m_hChoiceKeys.contains(name); }
 
     void SetCurrent(const QDomNode &node, AttributeModel::Pointer model);
     void TellMissing();
     void SendElemBegin(const QDomNode &node, const QString &text);
-    void Error(ITagwright::ErrorID id);
+    void Error(ITagwright::ErrorID id) { SendEvent<ErrorEvent>(m_pCallback, id); }
 
     QDomDocument *m_pDocument = nullptr; // not owned
     QDomNode *m_pResumeNode = nullptr; // m_oResumeNode, or what SetNodeToContinue was given; not owned
     std::unique_ptr<QDomElement> m_pCurrentElement;
     // An optional container that the walk has announced and of which the content decides. The first element with a type
-    // that stays without a value takes it out, with all below it (DropPendingElement). Anything that a receiver handles
+    // that stays without a value takes it out, with all below it (HandleUnsetElement). Anything that a receiver handles
     // below the top level makes it stay (TakeUpRequest). A container without a type decides nothing. Leaving it decides
     // nothing either: an element behind it may still take it out, and is announced once more then. Null: none.
     std::unique_ptr<QDomElement> m_pPendingElement;

@@ -80,8 +80,6 @@ QString Refusal(const Bounds &bounds, Side inclusive, Side exclusive)
         .arg(QLatin1String(kBreaches[broken]), kNames[broken], QString::number(bounds[broken].m_dValue, 'g', 12));
 }
 
-} // namespace
-
 Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, const QString &attribute)
 {
     const Bounds bounds = ReadBounds(attributes, attribute, kind);
@@ -125,6 +123,21 @@ Verdict CheckText(const QString &text, const AttributeList &attributes, const QS
         verdict.m_sRefusal = QStringLiteral("not among the enumeration values");
     }
     return verdict;
+}
+
+} // namespace
+
+Verdict Check(Facets kind, const QString &text, double number, const AttributeList &attributes,
+              const QString &attribute)
+{
+    switch (kind) {
+    case Facets::None:
+        return Verdict();
+    case Facets::Enumeration:
+        return CheckText(text, attributes, attribute);
+    default:
+        return CheckNumber(kind, number, attributes, attribute);
+    }
 }
 
 } // namespace facets

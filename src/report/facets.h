@@ -23,10 +23,9 @@ struct Verdict
     QStringList m_lUsed;
 };
 
-/// Holds a number against the bounds. Of two lower bounds one is enough; an upper bound has its say after that.
-Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, const QString &attribute);
-
-/// Holds a text against the enumeration values.
-Verdict CheckText(const QString &text, const AttributeList &attributes, const QString &attribute);
+/// Holds a value, as text and as number, against the facets of its kind. Of two lower bounds one is enough; an upper
+/// bound has its say after that.
+Verdict Check(Facets kind, const QString &text, double number, const AttributeList &attributes,
+              const QString &attribute);
 
 } // namespace facets

@@ -22,9 +22,6 @@ class QDomDocument;
 class QDomElement;
 class XmlSchemaHandler;
 struct GivenValue;
-namespace facets {
-struct Verdict;
-}
 
 namespace dom {
 class GuardedReader;
@@ -130,12 +127,12 @@ private:
 
     // Values. `attribute` is empty for the element's own value.
     CurrentAttributes &GetAttributes();
-    void SetElement(const GivenValue &given);
+    void SetElement(GivenValue given);
     void SetAttribute(const QString &name, const GivenValue &given);
-    facets::Verdict Check(const GivenValue &given, const QString &attribute);
     QString TypeControl(QString expectedType);
     void RefuseType(const GivenValue &given, const QString &attribute);
-    void WriteValue(const QString &attribute, const QString &text, const facets::Verdict &verdict);
+    void RefuseValue(const GivenValue &given, const QString &attribute, const QString &reason);
+    void WriteValue(const GivenValue &given, const QString &attribute);
     void CreateAndAppendTextNode(QString text);
 
     // Occurrences.

@@ -99,7 +99,7 @@ void XmlCreateReport::SetXmlValue(QTime value)
     SetElement({ kTime, value.toString(Qt::ISODate) });
 }
 
-void XmlCreateReport::SetElement(const GivenValue &given)
+void XmlCreateReport::SetElement(GivenValue given)
 {
     if (!FetchCurrentElement("SetXmlValue") || !CheckCurrentElement()) {
         return;
@@ -112,15 +112,16 @@ void XmlCreateReport::SetElement(const GivenValue &given)
         return;
     }
     if (isShort && !FitsInteger(given.m_dNumber)) {
-        WriteValue(QString(), given.m_sText, { QStringLiteral("no integer holds it"), {} });
+        RefuseValue(given, QString(), QStringLiteral("no integer holds it"));
         return;
     }
-    if (&given.m_oKind == &kInteger) {
+    if (isShort) {
+        given.m_sText = QString::number(static_cast<int>(given.m_dNumber));
+    } else if (&given.m_oKind == &kInteger) {
         // Even if the bounds refuse the value: the walk then takes the element for a container.
         GetAttributes().Remove(TypeName());
     }
-    WriteValue(QString(), isShort ? QString::number(static_cast<int>(given.m_dNumber)) : given.m_sText,
-               Check(given, QString()));
+    WriteValue(given, QString());
 }
 
 void XmlCreateReport::SetAttributeValue(QString name, QString value)
@@ -157,7 +158,7 @@ void XmlCreateReport::SetAttribute(const QString &name, const GivenValue &given)
         return;
     }
     if (GetAttributes().GetValue(name).contains(given.m_oKind.m_fnTypeWord())) {
-        WriteValue(name, given.m_sText, Check(given, name));
+        WriteValue(given, name);
     } else {
         RefuseType(given, name);
     }
@@ -173,18 +174,6 @@ void XmlCreateReport::RemoveAttribute(QString name)
 CurrentAttributes &XmlCreateReport::GetAttributes()
 {
     return m_pDomParser->GetAttributes();
-}
-
-facets::Verdict XmlCreateReport::Check(const GivenValue &given, const QString &attribute)
-{
-    const ValueKind &kind = given.m_oKind;
-    const AttributeList &attributes = GetAttributes().GetAll();
-    if (kind.m_eFacets == Facets::None) {
-        return facets::Verdict();
-    }
-    return kind.m_eFacets == Facets::Enumeration
-        ? facets::CheckText(given.m_sText, attributes, attribute)
-        : facets::CheckNumber(kind.m_eFacets, given.m_dNumber, attributes, attribute);
 }
 
 QString XmlCreateReport::TypeControl(QString expectedType)
@@ -222,29 +211,35 @@ void XmlCreateReport::RefuseType(const GivenValue &given, const QString &attribu
     Error(kind.m_eError);
 }
 
-void XmlCreateReport::WriteValue(const QString &attribute, const QString &text, const facets::Verdict &verdict)
+void XmlCreateReport::RefuseValue(const GivenValue &given, const QString &attribute, const QString &reason)
 {
-    Refusals &refusals = m_pDomParser->GetRefusals();
+    if (trace::IsOn()) {
+        m_pDomParser->GetRefusals().Note(attribute, given.m_sText, reason, ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+    }
+    Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+}
+
+void XmlCreateReport::WriteValue(const GivenValue &given, const QString &attribute)
+{
+    const facets::Verdict verdict =
+        facets::Check(given.m_oKind.m_eFacets, given.m_sText, given.m_dNumber, GetAttributes().GetAll(), attribute);
     if (!verdict.m_sRefusal.isEmpty()) {
-        if (trace::IsOn()) {
-            refusals.Note(attribute, text, verdict.m_sRefusal, ITagwright::CURRENT_VALUE_IS_NOT_VALID);
-        }
-        Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+        RefuseValue(given, attribute, verdict.m_sRefusal);
         return;
     }
     if (trace::IsOn()) {
-        refusals.Written(attribute);
+        m_pDomParser->GetRefusals().Written(attribute);
     }
     for (const QString &used : verdict.m_lUsed) {
         GetAttributes().Remove(used);
     }
     if (attribute.isEmpty()) {
         GetAttributes().Remove(TypeName());
-        CreateAndAppendTextNode(text);
+        CreateAndAppendTextNode(given.m_sText);
     } else {
         // The value takes the place of the type. The element itself still counts as one without a value.
         const WalkedDocument::OwnChange change(m_pDomParser->GetWalked());
-        GetAttributes().Set(attribute, text);
+        GetAttributes().Set(attribute, given.m_sText);
     }
 }
 
