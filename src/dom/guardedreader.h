@@ -22,8 +22,8 @@ public:
     Q_DISABLE_COPY(GuardedReader)
 
     /// Reads a file, which is opened once. False if it is faulty, or refused: what exists and is neither a regular file
-    /// nor a Qt resource isn't opened, since it may block or never end. With a document this is filled, with the nodes that its
-    /// setContent makes, and nobody else hears of anything; up to a fault they stay.
+    /// nor a Qt resource isn't opened, since it may block or never end. With a document this is filled, with the nodes
+    /// that its setContent makes, and nobody else hears of anything; up to a fault they stay.
     bool ReadFile(const QString &path, QDomDocument *document = nullptr);
     bool ReadText(const QString &text, QDomDocument *document = nullptr);
 
