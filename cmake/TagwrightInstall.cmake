@@ -73,6 +73,9 @@ install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
   COMPONENT devel)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${TAGWRIGHT_DOC_DIR} COMPONENT devel
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+# Built into the library as well; here a host that looks for translators in a folder finds them.
+install(FILES ${PROJECT_SOURCE_DIR}/translations/tagwright_de.qm ${PROJECT_SOURCE_DIR}/translations/tagwright_fr.qm
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/tagwright/translations COMPONENT runtime)
 
 if(TARGET receiver)
   set_target_properties(receiver PROPERTIES INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})

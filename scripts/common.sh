@@ -7,17 +7,20 @@ cd "$TOP"
 export LC_ALL="${LC_ALL:-C.UTF-8}"
 # No screen is needed for anything here.
 export QT_QPA_PLATFORM=offscreen
-# Builds of the same sources (release, package, a fresh clone) share their objects in the compiler cache.
+# Where there is a compiler cache, builds of the same sources (release, package, a fresh clone) share their objects.
 export CCACHE_BASEDIR="$TOP"
 
 JOBS="${JOBS:-$(nproc)}"
 
 # What each script needs of the distribution's packages.
-PACKAGES_BUILD=(g++ cmake ninja-build ccache qtbase5-dev qttools5-dev qttools5-dev-tools)
+PACKAGES_BUILD=(g++ cmake ninja-build qtbase5-dev)
 PACKAGES_TEST=(libxml2-utils fonts-dejavu-core)
+PACKAGES_VALGRIND=(valgrind)
+PACKAGES_TRANSLATE=(qttools5-dev-tools)
 PACKAGES_LINT=(clang-format clang-tidy)
 PACKAGES_DOCS=(doxygen)
-PACKAGES_INSTALL=(pkg-config dpkg-dev file)
+PACKAGES_PACKAGE=(dpkg-dev file)
+PACKAGES_INSTALL=(pkg-config)
 PACKAGES_BENCH=(libbenchmark-dev)
 PACKAGES_PEERS=(libxml2-dev libxerces-c-dev)
 

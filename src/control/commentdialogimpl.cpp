@@ -2,6 +2,7 @@
 
 #include "dom/documentsaver.h"
 #include "host/veldra.h"
+#include "report/xmlcreatereport.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -9,6 +10,7 @@
 #include <QLayout>
 #include <QMessageBox>
 #include <QPointer>
+#include <QScreen>
 
 #include <memory>
 #include <utility>
@@ -33,8 +35,8 @@ QString TextOrDashes(const QDomElement &element, const QString &suffix = QString
     return element.isNull() ? QStringLiteral("---") : element.text() + suffix;
 }
 
-/// No widget may outlive the application, whoever owns it; its owner hears of that through a guarded pointer.
-void EndWithApplication()
+/// No dialog may outlive the application, whoever owns it; its owner hears of its end through a guarded pointer.
+void EndAllDialogs()
 {
     std::vector<std::unique_ptr<CommentDialogImpl>> ended;
     for (QWidget *widget : QApplication::topLevelWidgets()) {
@@ -43,6 +45,28 @@ void EndWithApplication()
         }
     }
 }
+
+/// Has EndAllDialogs() called when the application ends, or before that when the library is unloaded: nothing of the
+/// library may stay with Qt then.
+class DialogsEnd
+{
+public:
+    DialogsEnd() = default;
+    ~DialogsEnd()
+    {
+        qRemovePostRoutine(&EndAllDialogs);
+        EndAllDialogs();
+    }
+    Q_DISABLE_COPY(DialogsEnd)
+
+    /// Once is enough, but the next application needs it again.
+    static void Arrange()
+    {
+        static const DialogsEnd end;
+        qRemovePostRoutine(&EndAllDialogs);
+        qAddPostRoutine(&EndAllDialogs);
+    }
+};
 
 QString UnitSuffix(const QDomElement &element)
 {
@@ -55,9 +79,7 @@ QString UnitSuffix(const QDomElement &element)
 CommentDialogImpl::CommentDialogImpl()
     : QDialog(nullptr, Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
 {
-    // Once in the list, however many dialogs there are.
-    qRemovePostRoutine(&EndWithApplication);
-    qAddPostRoutine(&EndWithApplication);
+    DialogsEnd::Arrange();
     setObjectName(QStringLiteral("ToReportCommentDialog"));
     setupUi(this);
     for (QLabel *label : { m_pFrequencyLabel, m_pLevelLabel, m_pBandwidthLabel, m_pTimeLabel, m_pAzimuthLabel }) {
@@ -89,6 +111,41 @@ void CommentDialogImpl::ShowData()
     GrowToTexts();
     m_pTextEdit->setFocus();
     show();
+}
+
+void CommentDialogImpl::End()
+{
+    if (m_iBusy == 0) {
+        const std::unique_ptr<CommentDialogImpl> ended(this);
+        return;
+    }
+    m_pDocument = nullptr;
+    hide();
+    deleteLater();
+}
+
+void CommentDialogImpl::Keep(std::unique_ptr<XmlCreateReport> report)
+{
+    m_bKeepsReport = true;
+    // No member: the builder's end must find the dialog destroyed, or it would destroy it once more.
+    connect(this, &QObject::destroyed, [kept = std::shared_ptr<XmlCreateReport>(std::move(report))] {});
+}
+
+void CommentDialogImpl::setVisible(bool isVisible)
+{
+    ++m_iBusy;
+    QDialog::setVisible(isVisible);
+    --m_iBusy;
+    if (m_bKeepsReport && !isVisible) {
+        deleteLater();
+    }
+}
+
+void CommentDialogImpl::done(int result)
+{
+    ++m_iBusy;
+    QDialog::done(result);
+    --m_iBusy;
 }
 
 void CommentDialogImpl::SlotSaveWithComment()
@@ -155,13 +212,24 @@ void CommentDialogImpl::ShowValues()
     m_pAzimuthLabel->setText(TextOrDashes(azimuth, QStringLiteral(" \u00B0")));
 }
 
-// The least sizes of the form let the layout cut texts; values, larger fonts and translations may need more room.
+// The least sizes of the form let the layout cut texts; values, larger fonts and translations may need more room. What
+// would not leave room on the screen for the rest of the form is cut, and shows more when the operator widens the
+// dialog.
 void CommentDialogImpl::GrowToTexts()
 {
+    const QSize available = screen()->availableSize();
+    for (QLabel *label : { m_pFrequencyLabel, m_pLevelLabel, m_pBandwidthLabel, m_pTimeLabel, m_pAzimuthLabel }) {
+        const QSize wanted = label->sizeHint();
+        if (wanted.width() > available.width() / 4 || wanted.height() > available.height() / 8) {
+            label->setMinimumWidth(qMax(label->minimumWidth(), qMin(wanted.width(), available.width() / 4)));
+            label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+            label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        }
+    }
     vboxLayout->activate();
     const QMargins margins = vboxLayout->contentsMargins();
     const int labelsWidth = gridLayout->sizeHint().width() + margins.left() + margins.right();
-    resize(size().expandedTo(vboxLayout->totalMinimumSize()).expandedTo(QSize(labelsWidth, 0)));
+    resize(size().expandedTo(vboxLayout->totalMinimumSize()).expandedTo(QSize(labelsWidth, 0)).boundedTo(available));
 }
 
 // The schema isn't asked: the operator's word stands in every report.
@@ -175,7 +243,7 @@ void CommentDialogImpl::AddComment(const QString &comment)
     element.appendChild(m_pDocument->createTextNode(comment));
 }
 
-// What can't be saved is not told to the operator; the dialog ends all the same.
+// A failure is not told to the operator; the dialog ends all the same.
 void CommentDialogImpl::SaveDocument()
 {
     m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty() || m_bSaved;

@@ -5,10 +5,13 @@
 #include <QDialog>
 #include <QString>
 
+#include <memory>
+
 class QDomDocument;
+class XmlCreateReport;
 
 /// Shows the operator the main values of a finished report, takes a comment and saves the report. It is not modal and
-/// decides by itself when it ends, which it shows by being hidden; its owner destroys it. GUI thread only.
+/// decides by itself when it ends, which it shows by being hidden; its owner ends it with End(). GUI thread only.
 class CommentDialogImpl : public QDialog, public Ui::CommentDialog
 {
     Q_OBJECT
@@ -17,16 +20,24 @@ public:
     CommentDialogImpl();
     ~CommentDialogImpl() override;
 
-    /// The document to show, to add the comment to and to save. Not owned: it must outlive the dialog.
+    /// The document to show, to add the comment to and to save. Not owned: it must outlive the dialog or its End().
     void SetDocument(QDomDocument *document);
     /// The complete path of the report file.
     void SetFileName(QString fileName);
     /// Fills the labels and opens the dialog. Doesn't wait for its end.
     void ShowData();
+    /// Destroys the dialog without saving. One that Qt is just showing or hiding is destroyed when Qt is through with
+    /// it: a host can hear of that and end the dialog's owner at once.
+    void End();
+    /// Takes over the builder to which the dialog belongs, as nobody else needs it: both go when the dialog has ended.
+    void Keep(std::unique_ptr<XmlCreateReport> report);
+
+    void setVisible(bool isVisible) override;
 
 public Q_SLOTS:
     void SlotSaveWithComment();
     void SlotSaveWithoutComment();
+    void done(int result) override;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -41,4 +52,6 @@ private:
     QDomDocument *m_pDocument = nullptr; // not owned
     QString m_sFileName;
     bool m_bSaved = false;
+    bool m_bKeepsReport = false;
+    int m_iBusy = 0; // how many of Qt's functions that show or hide the dialog are on the stack
 };

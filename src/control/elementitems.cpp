@@ -1,11 +1,5 @@
 #include "control/elementitems.h"
 
-#include "control/itemindex.h"
-
-#include <QXmlAttributes>
-
-#include <algorithm>
-
 namespace {
 
 constexpr int kElement = -1;
@@ -24,37 +18,45 @@ bool IsTimeName(const QString &name)
     return name == QLatin1String("DateTime") || name == QLatin1String("DFDateTime");
 }
 
-ElementItems::ElementItems(const ItemIndex &index, const QString &name, const QString &parentName,
+ElementItems::ElementItems(const ItemList &list, const QString &name, const QString &parentName,
                            const QXmlAttributes &attributes)
-    : m_sPathName(index.HasPathNames() ? MakePathName(parentName, name) : QString())
+    : m_lItems(list)
+    , m_sName(name)
+    , m_oAttributes(attributes)
+    , m_iLast(list.GetLast())
+    , m_sPathName(list.HasPathNames() ? MakePathName(parentName, name) : QString())
 {
-    Add(index, name, kElement);
-    if (!m_sPathName.isEmpty()) {
-        Add(index, m_sPathName, kElement);
-    }
     // No item gets past the first date-time attribute: it serves an attribute up to there, or stamps that one.
     for (int i = 0; i < attributes.count() && !m_bStamp; ++i) {
-        const QString attribute = attributes.qName(i);
-        Add(index, attribute, i);
         m_iLastLookedAt = i;
-        m_bStamp = IsTimeName(attribute);
+        m_bStamp = IsTimeName(attributes.qName(i));
     }
-    Sort();
 }
 
-const QVarLengthArray<ElementItems::Candidate, 8> &ElementItems::GetCandidates() const
+bool ElementItems::Next()
 {
-    return m_lCandidates;
+    m_iBefore = m_iSerial;
+    m_iSerial = m_iLast + 1;
+    // An item that bears the name of the element and of an attribute as well is the element's.
+    Offer(m_sName, kElement);
+    if (!m_sPathName.isEmpty()) {
+        Offer(m_sPathName, kElement);
+    }
+    for (int i = 0; i <= m_iLastLookedAt; ++i) {
+        Offer(m_oAttributes.qName(i), i);
+    }
+    m_pItem = m_iSerial > m_iLast ? ItemList::Item() : m_lItems.Get(m_iSerial);
+    return m_pItem != nullptr;
 }
 
-int ElementItems::GetLastLookedAt() const
+bool ElementItems::HasPassedItems() const
 {
-    return m_iLastLookedAt;
+    return m_lItems.HasBetween(m_iBefore, m_iSerial);
 }
 
-bool ElementItems::HasStamp() const
+ItemList::Item ElementItems::GetLastItem() const
 {
-    return m_bStamp;
+    return m_pItem != nullptr ? m_pItem : m_lItems.GetLastUpTo(m_iLast);
 }
 
 bool ElementItems::IsPathName(const QString &itemName) const
@@ -62,24 +64,12 @@ bool ElementItems::IsPathName(const QString &itemName) const
     return !m_sPathName.isEmpty() && itemName == m_sPathName;
 }
 
-void ElementItems::Add(const ItemIndex &index, const QString &name, int attribute)
+/// The earliest item of all names is the next stop; of names that share it, the first that was offered counts.
+void ElementItems::Offer(const QString &name, int attribute)
 {
-    index.ForEach(name, [&](int position) { m_lCandidates.append({ position, attribute }); });
-}
-
-// An item that bears the name of the element and of an attribute as well is the element's.
-void ElementItems::Sort()
-{
-    if (m_lCandidates.size() < 2) {
-        return;
+    const ItemList::Serial serial = m_lItems.FindBehind(m_iBefore, name);
+    if (serial != ItemList::kNone && serial < m_iSerial) {
+        m_iSerial = serial;
+        m_iAttribute = attribute;
     }
-    std::sort(m_lCandidates.begin(), m_lCandidates.end(), [](const Candidate &left, const Candidate &right) {
-        return left.m_iPosition != right.m_iPosition ? left.m_iPosition < right.m_iPosition
-                                                     : left.m_iAttribute < right.m_iAttribute;
-    });
-    const auto end =
-        std::unique(m_lCandidates.begin(), m_lCandidates.end(), [](const Candidate &left, const Candidate &right) {
-            return left.m_iPosition == right.m_iPosition;
-        });
-    m_lCandidates.resize(static_cast<int>(end - m_lCandidates.begin()));
 }

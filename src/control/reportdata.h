@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <type_traits>
+
 namespace values {
 class TreeItem;
 class ValueBase;
@@ -31,6 +33,9 @@ public:
     ExplicitReportData(QString text);
     /// The same for a text literal in UTF-8: without it C++ would take a literal for a bool.
     ExplicitReportData(const char *text);
+    /// Any other pointer would be taken for a bool.
+    template <typename Pointee, typename = std::enable_if_t<!std::is_same_v<std::remove_cv_t<Pointee>, char>>>
+    ExplicitReportData(Pointee *) = delete;
     /// A number. It is divided by 10 to the item's exponent when it is written.
     ExplicitReportData(double number);
     /// A truth value.

@@ -1,9 +1,9 @@
 #include "control/vcreporting.h"
 
-#include "control/itemindex.h"
+#include "control/commentdialogimpl.h"
+#include "control/itemlist.h"
 #include "control/notepadpicture.h"
 #include "control/reportdata.h"
-#include "control/reportkeeper.h"
 #include "host/tessaly.h"
 #include "host/veldra.h"
 #include "report/xmlcreatereport.h"
@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QHBoxLayout>
+#include <QScopeGuard>
 #include <QTimer>
 #include <QToolBar>
 
@@ -47,6 +48,16 @@ void End(const QPointer<Object> &object)
     const std::unique_ptr<Object> ended(object.data());
 }
 
+/// Ends a builder that the control needs no longer, or leaves it to its comment dialog while that is open.
+void Release(std::unique_ptr<XmlCreateReport> report)
+{
+    // A builder serves one run, and a run opens one dialog at most.
+    const std::list<QDialog *> dialogs = report == nullptr ? std::list<QDialog *>() : report->GetCommentDialogs();
+    if (!dialogs.empty() && !dialogs.front()->isHidden()) {
+        qobject_cast<CommentDialogImpl *>(dialogs.front())->Keep(std::move(report));
+    }
+}
+
 } // namespace
 
 VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *toolBar, bool showButton,
@@ -55,7 +66,7 @@ VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *tool
     , m_Pixmap(icon)
     , m_bDeleteAfterUse(deleteAfterUse)
     , m_sReportDirectory(reportDirectory.replace(kSlash, kBackslash))
-    , m_pItemIndex(std::make_unique<ItemIndex>())
+    , m_Items(std::make_unique<ItemList>())
 {
     setObjectName(QLatin1String(objectName));
     SetInputPathToSchema(schema);
@@ -73,12 +84,16 @@ VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *tool
 VCReporting::~VCReporting()
 {
     ClearReportData();
-    End(m_pReportButton);
-    if (m_pCheckTimer != nullptr) {
-        m_pCheckTimer->stop();
+    if (m_bReporting && m_pReportButton != nullptr) {
+        // Perhaps the button is still handling its press, and Qt goes on with it behind the slots.
+        m_pReportButton->hide();
+        m_pReportButton->setParent(nullptr);
+        m_pReportButton->deleteLater();
+    } else {
+        End(m_pReportButton);
     }
     End(m_pCheckTimer);
-    ReportKeeper::Release(std::move(m_pReport));
+    Release(std::move(m_pReport));
 }
 
 bool VCReporting::SetSchema(QString schema)
@@ -92,15 +107,19 @@ void VCReporting::EnableReportButton(bool enable)
     if (m_pReportButton == nullptr) {
         return;
     }
+    const QPointer<QTimer> timer = m_pCheckTimer;
     if (!enable) {
-        m_pCheckTimer->stop();
         m_pReportButton->setEnabled(false);
+        if (timer != nullptr) {
+            timer->stop();
+        }
         return;
     }
-    const QPointer<VCReporting> guard(this);
+    // The host may delete the control in a slot of the poll's signal, and the timer goes with it.
+    const int interval = m_iCheckInterval;
     SlotCheckFileAndDirectory();
-    if (guard != nullptr && !m_pCheckTimer->isActive()) {
-        m_pCheckTimer->start(m_iCheckInterval);
+    if (timer != nullptr && !timer->isActive()) {
+        timer->start(interval);
     }
 }
 
@@ -119,19 +138,23 @@ bool VCReporting::SlotToReport()
     if (m_bReporting) {
         return false;
     }
-    // Whoever hears one of the signals may delete the control.
+    // The host may delete the control in a slot of each signal, and its values may throw.
     const QPointer<VCReporting> guard(this);
+    const auto end = qScopeGuard([&guard] {
+        if (guard != nullptr) {
+            guard->EndReporting();
+        }
+    });
     m_bReporting = true;
     Q_EMIT PrepareToReport();
-    if (guard == nullptr) {
-        return false;
-    }
-    const bool isSuccessful = RunReport();
-    if (guard != nullptr) {
-        m_bReporting = false;
-        m_lRetiredItems.clear();
-    }
-    return isSuccessful;
+    return guard != nullptr && RunReport();
+}
+
+void VCReporting::EndReporting()
+{
+    m_bReporting = false;
+    m_bValueWritten = false;
+    PutAtRest();
 }
 
 bool VCReporting::RunReport()
@@ -140,7 +163,7 @@ bool VCReporting::RunReport()
         return false;
     }
     const QString reportPath = MakeReportPath();
-    ReportKeeper::Release(std::move(m_pReport));
+    Release(std::move(m_pReport));
     m_pReport = std::make_unique<XmlCreateReport>(this);
     const bool isSuccessful = m_pReport->CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
     if (isSuccessful) {

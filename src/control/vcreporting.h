@@ -11,12 +11,12 @@
 #include <QWidget>
 
 #include <memory>
-#include <vector>
+#include <type_traits>
 
 class ElemBeginEvent;
 class ElementItems;
 class ExplicitReportData;
-class ItemIndex;
+class ItemList;
 class QTimer;
 class QToolBar;
 class QToolButton;
@@ -34,7 +34,8 @@ class Node;
 ///
 /// A host builds it, adds values by name, and the operator presses the button. Everything happens on the GUI thread.
 /// A report runs to its end on the stack of its caller. The control may be deleted in a slot of any of its signals, but
-/// not while a report asks the value tree for its values.
+/// not while a report asks the value tree for its values. A button that was pressed for that report goes a little later
+/// then, when its press has been handled.
 class TAGWRIGHT_EXPORT VCReporting : public QWidget, public ITagwright
 {
     Q_OBJECT
@@ -86,6 +87,10 @@ public:
     void AddExplicitReportData(QString name, long value, int maxOccurs, QString auxText, int exponent, QString unit);
     /// The same for a plain int, for which C++ would find three forms equally good.
     void AddExplicitReportData(QString name, int value, int maxOccurs, QString auxText, int exponent, QString unit);
+    /// Any other pointer would be taken for a bool.
+    template <typename Pointee, typename = std::enable_if_t<!std::is_same_v<std::remove_cv_t<Pointee>, char>>>
+    void AddExplicitReportData(QString name, Pointee *value, int maxOccurs, QString auxText, int exponent,
+                               QString unit) = delete;
     /// Removes every value of exactly that name.
     void DeleteReportData(QString name);
     /// Removes all values.
@@ -120,6 +125,7 @@ private:
     void SetButtonEnabled(bool enable);
     QString MakeReportPath() const;
     bool RunReport();
+    void EndReporting();
 
     // The list.
     std::unique_ptr<ReportData> CreateReportData(QString name, int maxOccurs, QString auxText, int exponent,
@@ -131,18 +137,18 @@ private:
     // The values of an element that the report announces.
     struct Element;
     void HandleElement(ElemBeginEvent &event);
-    ReportData *ServeElement(const ElementItems &items, Element &element);
+    void ServeElement(ElementItems &items, Element &element);
     void PassOverItems(const ElementItems &items, const Element &element);
-    bool ServeElementFrom(int index, Element &element);
-    void SetExplicitValue(int index, const Element &element);
-    void SetGeneralValue(int index);
+    bool ServeElementFrom(const std::shared_ptr<ReportData> &item, Element &element);
+    void SetExplicitValue(const std::shared_ptr<ReportData> &item, const Element &element);
+    void SetGeneralValue(const std::shared_ptr<ReportData> &item);
     void FinishElement(const Element &element, const QString &itemName);
-    ReportData *GetItem(int index);
 
     // The values of its attributes.
     void HandleAttributes(QXmlAttributes attributes);
-    void SetAttributeFrom(int index);
+    void SetAttributeFrom(const std::shared_ptr<ReportData> &item);
     void StampAttribute();
+    void PutAtRest();
 
     // The next form of a value that didn't fit.
     void HandleError(ITagwright::ErrorID id);
@@ -151,9 +157,9 @@ private:
     void RetryAsDateTime();
     template <typename Value>
     void Retry(Value value);
-    bool HasIndex(const char *message);
+    bool HasItem(const char *message);
 
-    // A host may take the button to another place and see it destroyed there.
+    // A host may take the button to another place, or the timer, and see it destroyed there.
     QPointer<VCButton> m_pReportButton;
     QPointer<QTimer> m_pCheckTimer;
     std::unique_ptr<XmlCreateReport> m_pReport; // the latest
@@ -162,16 +168,13 @@ private:
     bool m_bDeleteAfterUse = false;
     bool m_bSettingAttribute = false;
     double m_dCurrentNumber = 65535.0;
-    int m_iIndex = -100;
+    std::shared_ptr<ReportData> m_pItem; // whose value is on its way to the builder
     int m_iCheckInterval = 10000;
     QString m_sSchemaPath;
     QString m_sReportDirectory; // with backslashes
     QString m_sCurrentAttribute;
-    std::vector<std::unique_ptr<ReportData>> m_Items;
-    std::unique_ptr<ItemIndex> m_pItemIndex; // of m_Items
-    // What has left the list during a report: the host may do so while one of these is being read.
-    std::vector<std::unique_ptr<ReportData>> m_lRetiredItems;
-    // The text that was read as a date last, and what came of it.
+    std::unique_ptr<ItemList> m_Items;
+    // The text that was read as a date last, and its date.
     QString m_sLastDateText;
     QDateTime m_tLastDate;
     bool m_bShowCommentDialog = false;

@@ -1,20 +1,42 @@
-#include "control/itemindex.h"
+#include "control/itemlist.h"
 #include "control/reportdata.h"
 #include "control/vcreporting.h"
 #include "host/quilmar.h"
 #include "host/trace.h"
 
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 // The control's list of values: what the host adds and removes.
+
+namespace {
+
+/// What the traces of all explicit values share.
+struct ExplicitTail
+{
+    const QString &m_sAuxText;
+    int m_iExponent;
+    const QString &m_sUnit;
+};
+
+/// `directive` is the format of `value`.
+template <typename Value>
+void TraceExplicit(const char *directive, const QString &name, Value value, const ExplicitTail &tail)
+{
+    if (trace::IsOn()) {
+        _Q_TraceOld(QStringLiteral("VCReporting::AddExplicitReportData(%s, %1, %s, %ld, %s)")
+                        .replace(QLatin1String("%1"), QLatin1String(directive)),
+                    name.toStdWString().c_str(), value, tail.m_sAuxText.toStdWString().c_str(),
+                    static_cast<long>(tail.m_iExponent), tail.m_sUnit.toStdWString().c_str());
+    }
+}
+
+} // namespace
 
 void VCReporting::AddReportData(QString name, QString path, QString value, int maxOccurs, QString auxText, int exponent,
                                 QString unit)
 {
     if (trace::IsOn()) {
-        _Q_TraceOld(QStringLiteral("VCReporting::AddReportData(%s, %s, %s, %s, %ld, %s)"), name.toStdWString().c_str(),
+        _Q_TraceOld(QLatin1String("VCReporting::AddReportData(%s, %s, %s, %s, %ld, %s)"), name.toStdWString().c_str(),
                     path.toStdWString().c_str(), value.toStdWString().c_str(), auxText.toStdWString().c_str(),
                     static_cast<long>(exponent), unit.toStdWString().c_str());
     }
@@ -42,11 +64,7 @@ void VCReporting::AddReportData(values::Node *node)
 void VCReporting::AddExplicitReportData(QString name, QString value, int maxOccurs, QString auxText, int exponent,
                                         QString unit)
 {
-    if (trace::IsOn()) {
-        _Q_TraceOld(QStringLiteral("VCReporting::AddExplicitReportData(%s, %s, %s, %ld, %s)"),
-                    name.toStdWString().c_str(), value.toStdWString().c_str(), auxText.toStdWString().c_str(),
-                    static_cast<long>(exponent), unit.toStdWString().c_str());
-    }
+    TraceExplicit("%s", name, value.toStdWString().c_str(), { auxText, exponent, unit });
     AddExplicit(name, value, maxOccurs, auxText, exponent, unit);
 }
 
@@ -59,33 +77,26 @@ void VCReporting::AddExplicitReportData(QString name, const char *value, int max
 void VCReporting::AddExplicitReportData(QString name, double value, int maxOccurs, QString auxText, int exponent,
                                         QString unit)
 {
-    if (trace::IsOn()) {
-        _Q_TraceOld(QStringLiteral("VCReporting::AddExplicitReportData(%s, %f4.2, %s, %ld, %s)"),
-                    name.toStdWString().c_str(), value, auxText.toStdWString().c_str(), static_cast<long>(exponent),
-                    unit.toStdWString().c_str());
-    }
+    TraceExplicit("%f4.2", name, value, { auxText, exponent, unit });
     AddExplicit(name, value, maxOccurs, auxText, exponent, unit);
 }
 
 void VCReporting::AddExplicitReportData(QString name, bool value, int maxOccurs, QString auxText, int exponent,
                                         QString unit)
 {
-    if (trace::IsOn()) {
-        _Q_TraceOld(QStringLiteral("VCReporting::AddExplicitReportData(%s, %s, %s, %ld, %s)"),
-                    name.toStdWString().c_str(), value ? L"true" : L"false", auxText.toStdWString().c_str(),
-                    static_cast<long>(exponent), unit.toStdWString().c_str());
-    }
+    TraceExplicit("%s", name, value ? L"true" : L"false", { auxText, exponent, unit });
     AddExplicit(name, value, maxOccurs, auxText, exponent, unit);
 }
 
 void VCReporting::AddExplicitReportData(QString name, long value, int maxOccurs, QString auxText, int exponent,
                                         QString unit)
 {
-    if (trace::IsOn()) {
-        // The trace's "%d" takes an int: a longer value is shown cut, as it can't be written either.
-        _Q_TraceOld(QStringLiteral("VCReporting::AddExplicitReportData(%s, %d, %s, %ld, %s)"),
-                    name.toStdWString().c_str(), static_cast<int>(value), auxText.toStdWString().c_str(),
-                    static_cast<long>(exponent), unit.toStdWString().c_str());
+    // "%d" takes an int, and would show another number for a longer value.
+    const int shortValue = static_cast<int>(value);
+    if (shortValue == value) {
+        TraceExplicit("%d", name, shortValue, { auxText, exponent, unit });
+    } else {
+        TraceExplicit("%ld", name, value, { auxText, exponent, unit });
     }
     AddExplicit(name, value, maxOccurs, auxText, exponent, unit);
 }
@@ -98,22 +109,12 @@ void VCReporting::AddExplicitReportData(QString name, int value, int maxOccurs, 
 
 void VCReporting::DeleteReportData(QString name)
 {
-    const std::vector<int> positions = m_pItemIndex->Remove(name);
-    if (m_bReporting) {
-        for (const int position : positions) {
-            m_lRetiredItems.push_back(std::move(m_Items[position]));
-        }
-    }
-    EraseAt(m_Items, positions);
+    m_Items->Remove(name);
 }
 
 void VCReporting::ClearReportData()
 {
-    m_pItemIndex->Clear();
-    if (m_bReporting) {
-        std::move(m_Items.begin(), m_Items.end(), std::back_inserter(m_lRetiredItems));
-    }
-    m_Items.clear();
+    m_Items->Clear();
 }
 
 std::unique_ptr<ReportData> VCReporting::CreateReportData(QString name, int maxOccurs, QString auxText, int exponent,
@@ -125,8 +126,7 @@ std::unique_ptr<ReportData> VCReporting::CreateReportData(QString name, int maxO
 void VCReporting::CheckReportData(std::unique_ptr<ReportData> item)
 {
     if (item != nullptr && item->IsOpen()) {
-        m_pItemIndex->Append(item->GetName());
-        m_Items.push_back(std::move(item));
+        m_Items->Append(std::move(item));
     }
 }
 

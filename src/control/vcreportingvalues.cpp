@@ -1,5 +1,4 @@
 #include "control/elementitems.h"
-#include "control/itemindex.h"
 #include "control/reportdata.h"
 #include "control/vcreporting.h"
 #include "events/xmlevent.h"
@@ -11,11 +10,11 @@
 #include <optional>
 
 // How an element that a report announces gets its values from the list. A setter of the builder that refuses a value
-// calls XmlUpdate() again before it returns; the nested call learns from the members what is on its way.
+// calls XmlUpdate() again before it returns; the nested call learns from the members which value is on its way. Reading
+// an item runs host code, which may change the list: an item that is being served is shared, never looked up again.
 
 namespace {
 
-constexpr int kNoIndex = -100;
 constexpr double kNoNumber = 65535.0;
 
 /// The number of an item. What a host gave as a double stands in no source that GetDataValue() looks at.
@@ -74,7 +73,7 @@ void VCReporting::XmlUpdate(XmlEvent *event)
     }
 }
 
-/// What the walk has announced, and what has been found for it so far.
+/// The element that the walk has announced, and what its items have asked for so far.
 struct VCReporting::Element
 {
     QString m_sName;
@@ -88,10 +87,10 @@ void VCReporting::HandleElement(ElemBeginEvent &event)
     Element element;
     element.m_sName = event.GetElementName();
     element.m_oAttributes = event.GetElementAttributes();
-    const QString parentName = event.GetParentName();
-    const ElementItems items(*m_pItemIndex, element.m_sName, parentName, element.m_oAttributes);
-    ReportData *last = ServeElement(items, element);
+    ElementItems items(*m_Items, element.m_sName, event.GetParentName(), element.m_oAttributes);
+    ServeElement(items, element);
     if (m_bValueWritten) {
+        const ItemList::Item last = items.GetLastItem();
         const QString lastName = last == nullptr ? QString() : last->GetName();
         FinishElement(element, items.IsPathName(lastName) ? lastName : element.m_sName);
     }
@@ -100,34 +99,25 @@ void VCReporting::HandleElement(ElemBeginEvent &event)
     }
 }
 
-/// Gives the last item that was looked at, null if there is none.
-ReportData *VCReporting::ServeElement(const ElementItems &items, Element &element)
+void VCReporting::ServeElement(ElementItems &items, Element &element)
 {
-    const int count = m_pItemIndex->GetCount();
-    int next = 0;
-    for (const ElementItems::Candidate &candidate : items.GetCandidates()) {
-        if (candidate.m_iPosition > next) {
-            PassOverItems(items, element);
-        }
-        next = candidate.m_iPosition + 1;
-        if (candidate.m_iAttribute >= 0) {
-            m_sCurrentAttribute = element.m_oAttributes.qName(candidate.m_iAttribute);
-            SetAttributeFrom(candidate.m_iPosition);
-        } else if (ServeElementFrom(candidate.m_iPosition, element)) {
-            return GetItem(candidate.m_iPosition);
-        }
-    }
-    if (next < count) {
+    while (items.Next()) {
         PassOverItems(items, element);
+        if (items.GetAttribute() >= 0) {
+            m_sCurrentAttribute = element.m_oAttributes.qName(items.GetAttribute());
+            SetAttributeFrom(items.GetItem());
+        } else if (ServeElementFrom(items.GetItem(), element)) {
+            return;
+        }
     }
-    return GetItem(count - 1);
+    PassOverItems(items, element);
 }
 
-// However many items stand side by side that match nothing, they do what one of them does: a stamp that was refused
-// once is refused again, and after one that was taken the attribute holds no type any more.
+// However many items stand side by side that match nothing, they do what the first of them does: a stamp that was
+// refused is refused again, and one that was taken leaves no type in the attribute for a second.
 void VCReporting::PassOverItems(const ElementItems &items, const Element &element)
 {
-    if (items.GetLastLookedAt() < 0) {
+    if (items.GetLastLookedAt() < 0 || !items.HasPassedItems()) {
         return;
     }
     m_sCurrentAttribute = element.m_oAttributes.qName(items.GetLastLookedAt());
@@ -137,55 +127,50 @@ void VCReporting::PassOverItems(const ElementItems &items, const Element &elemen
 }
 
 /// True if the item was the one to serve the element: those behind it are not looked at then.
-bool VCReporting::ServeElementFrom(int index, Element &element)
+bool VCReporting::ServeElementFrom(const std::shared_ptr<ReportData> &item, Element &element)
 {
-    ReportData *item = GetItem(index);
-    if (item == nullptr) {
-        return false;
-    }
     element.m_sUnit = item->GetUnit();
     element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
     if (item->GetMaxOccurs() > 1) {
         m_pReport->SetElementMaxOccurs(element.m_sName, item->GetMaxOccurs());
     }
-    SetExplicitValue(index, element);
+    SetExplicitValue(item, element);
     if (m_bValueWritten) {
         return false;
     }
-    SetGeneralValue(index);
+    SetGeneralValue(item);
     HandleAttributes(element.m_oAttributes);
     return true;
 }
 
-void VCReporting::SetExplicitValue(int index, const Element &element)
+void VCReporting::SetExplicitValue(const std::shared_ptr<ReportData> &item, const Element &element)
 {
-    const ExplicitReportData explicitData = GetItem(index)->GetExplicitData();
+    const ExplicitReportData explicitData = item->GetExplicitData();
     if (explicitData.m_Kind != EXPLICIT_BOOL && explicitData.m_Kind != EXPLICIT_LONG) {
         return;
     }
-    m_iIndex = index;
+    m_pItem = item;
     if (explicitData.m_Kind == EXPLICIT_BOOL) {
         m_pReport->SetXmlValue(explicitData.m_bFlag);
     } else if (FitsInt(explicitData.m_lValue)) {
         m_pReport->SetXmlValue(static_cast<int>(explicitData.m_lValue));
     }
-    m_iIndex = kNoIndex;
+    m_pItem.reset();
     m_bValueWritten = true;
     HandleAttributes(element.m_oAttributes);
 }
 
-void VCReporting::SetGeneralValue(int index)
+void VCReporting::SetGeneralValue(const std::shared_ptr<ReportData> &item)
 {
-    ReportData &item = *GetItem(index);
-    const bool isNumber = ReadNumber(item, m_dCurrentNumber);
-    m_iIndex = index;
+    const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
+    m_pItem = item;
     if (isNumber) {
         m_pReport->SetXmlValue(m_dCurrentNumber);
         m_dCurrentNumber = kNoNumber;
     } else {
-        m_pReport->SetXmlValue(ReadText(item));
+        m_pReport->SetXmlValue(ReadText(*item));
     }
-    m_iIndex = kNoIndex;
+    m_pItem.reset();
     m_bValueWritten = true;
 }
 
@@ -202,48 +187,37 @@ void VCReporting::FinishElement(const Element &element, const QString &itemName)
     m_bValueWritten = false;
 }
 
-ReportData *VCReporting::GetItem(int index)
-{
-    return index >= 0 && index < static_cast<int>(m_Items.size()) ? m_Items[index].get() : nullptr;
-}
-
+// A stamp and the end of a default happen at the list's first item already, so an item that bears the attribute's name
+// counts for these two only if it is the first.
 void VCReporting::HandleAttributes(QXmlAttributes attributes)
 {
-    for (int i = 0; i < attributes.count() && !m_Items.empty(); ++i) {
+    for (int i = 0; i < attributes.count() && m_Items->GetFirst() != ItemList::kNone; ++i) {
         m_sCurrentAttribute = attributes.qName(i);
-        // What needs no item happens at the first one already, unless that item bears the attribute's name.
-        const int index = m_pItemIndex->FindFirst(m_sCurrentAttribute);
+        const ItemList::Serial serial = m_Items->FindBehind(ItemList::kNone, m_sCurrentAttribute);
         const bool isTime = IsTimeName(m_sCurrentAttribute);
         const bool isDefault = m_sCurrentAttribute == QLatin1String("default");
-        if (index == 0 || (index > 0 && !isTime && !isDefault)) {
-            SetAttributeFrom(index);
+        if (serial == m_Items->GetFirst() || (serial != ItemList::kNone && !isTime && !isDefault)) {
+            SetAttributeFrom(m_Items->Get(serial));
         } else if (isTime) {
             StampAttribute();
         } else if (isDefault) {
-            // The element has a value now.
             m_pReport->RemoveAttribute(m_sCurrentAttribute);
             m_bValueWritten = true;
         }
     }
 }
 
-void VCReporting::SetAttributeFrom(int index)
+void VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
 {
-    ReportData *item = GetItem(index);
-    if (item == nullptr) {
-        return;
-    }
     const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
-    m_iIndex = index;
+    m_pItem = item;
     m_bSettingAttribute = true;
     if (isNumber) {
         m_pReport->SetAttributeValue(m_sCurrentAttribute, m_dCurrentNumber);
     } else {
         m_pReport->SetAttributeValue(m_sCurrentAttribute, ReadText(*item));
     }
-    m_dCurrentNumber = kNoNumber;
-    m_bSettingAttribute = false;
-    m_iIndex = kNoIndex;
+    PutAtRest();
     m_bValueWritten = true;
 }
 
@@ -251,6 +225,14 @@ void VCReporting::StampAttribute()
 {
     m_pReport->SetAttributeValue(m_sCurrentAttribute, QDateTime::currentDateTime());
     m_bValueWritten = true;
+}
+
+/// No value is on its way to the builder.
+void VCReporting::PutAtRest()
+{
+    m_pItem.reset();
+    m_dCurrentNumber = kNoNumber;
+    m_bSettingAttribute = false;
 }
 
 void VCReporting::HandleError(ITagwright::ErrorID id)
@@ -275,16 +257,16 @@ void VCReporting::RetryAsInteger()
 
 void VCReporting::RetryAsText()
 {
-    if (HasIndex("VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_INTEGER: m_iIndex is not valid.")) {
-        Retry(ReadText(*GetItem(m_iIndex)));
+    if (HasItem("VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_INTEGER: m_iIndex is not valid.")) {
+        Retry(ReadText(*m_pItem));
     }
 }
 
 void VCReporting::RetryAsDateTime()
 {
-    if (HasIndex("VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_STRING: m_iIndex is not valid.")) {
+    if (HasItem("VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_STRING: m_iIndex is not valid.")) {
         // The same item serves one element after the other, and reading a date takes longer than all else here.
-        const QString text = ReadText(*GetItem(m_iIndex));
+        const QString text = ReadText(*m_pItem);
         if (!text.isEmpty() && text != m_sLastDateText) {
             m_sLastDateText = text;
             m_tLastDate = QDateTime::fromString(text, Qt::ISODate);
@@ -304,11 +286,10 @@ void VCReporting::Retry(Value value)
     m_bValueWritten = true;
 }
 
-bool VCReporting::HasIndex(const char *message)
+bool VCReporting::HasItem(const char *message)
 {
-    const bool hasItem = GetItem(m_iIndex) != nullptr;
-    if (!hasItem) {
+    if (m_pItem == nullptr) {
         trace::Write(QStringLiteral("vcreporting"), __LINE__, [message] { return QLatin1String(message); });
     }
-    return hasItem;
+    return m_pItem != nullptr;
 }

@@ -25,15 +25,11 @@ constexpr qint64 kMaxPrefixComparisons = 200'000'000;
 constexpr int kPrefixCharacters = 32;
 /// Deepest nesting of a template while its schema is read.
 constexpr int kMaxTemplateDepth = 500;
-/// Most elements of a template while its schema is read, copies and clones counted before they are made.
-constexpr int kMaxTemplateElements = 250000;
-/// Most attributes of one element, and most steps in which a run may list the attributes of its types: Qt finds an
-/// attribute by its index only by counting up to it.
-constexpr int kMaxElementAttributes = 10000;
-constexpr qint64 kMaxListingSteps = 250'000'000;
-/// Most elements and most attributes of all declarations of a run together. What a template holds is a part of it.
+/// Most attributes of one element of a template: Qt finds an attribute by its index only by counting up to it.
+constexpr int kMaxElementAttributes = 2000;
+/// Most elements and most attributes of all declarations of a schema and its includes together.
 constexpr int kMaxRunElements = 500000;
-constexpr int kMaxRunAttributes = 2000000;
+constexpr int kMaxRunAttributes = 1000000;
 /// Most includes open within each other.
 constexpr int kMaxOpenIncludes = 64;
 /// Most includes in a run.

@@ -39,6 +39,7 @@ public:
 
     /// Called for each event. `event` is never null and belongs to the sender, which destroys it when the call has
     /// returned: copy what is to be kept. The call is entered again, on the same thread, from inside a setter that
-    /// the receiver has called.
+    /// the receiver has called. It must not throw: an exception ends the walk or the parse, and may not pass the frames
+    /// of Qt below.
     virtual void XmlUpdate(XmlEvent *event) = 0;
 };

@@ -1,7 +1,5 @@
 #include "events/xmlevent.h"
 
-#include "events/inodewatcher.h"
-
 XmlEvent::XmlEvent()
     : XmlEvent(EVENT_NONE)
 {
@@ -46,13 +44,13 @@ ElemBeginEvent::ElemBeginEvent(const QDomNode &node, const QString &name, const 
 }
 
 ElemBeginEvent::ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes,
-                               const QString &text, INodeWatcher *watcher)
+                               const QString &text, const std::function<void()> *nodeTaken)
     : XmlEvent(EVENT_ELEM_BEGIN)
     , m_oNode(node)
     , m_sName(name)
     , m_oAttributes(attributes)
     , m_sText(text)
-    , m_pWatcher(watcher)
+    , m_pNodeTaken(nodeTaken)
 {
 }
 
@@ -74,7 +72,7 @@ ElemBeginEvent &ElemBeginEvent::operator=(const ElemBeginEvent &other)
         m_sName = other.m_sName;
         m_oAttributes = other.m_oAttributes;
         m_sText = other.m_sText;
-        m_pWatcher = nullptr;
+        m_pNodeTaken = nullptr;
     }
     return *this;
 }
@@ -88,8 +86,8 @@ QDomNode ElemBeginEvent::GetElementNode()
 
 QDomNode ElemBeginEvent::TakeNode() const
 {
-    if (m_pWatcher != nullptr) {
-        m_pWatcher->NodeTaken();
+    if (m_pNodeTaken != nullptr) {
+        (*m_pNodeTaken)();
     }
     return m_oNode;
 }

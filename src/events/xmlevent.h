@@ -6,7 +6,7 @@
 #include <QString>
 #include <QXmlAttributes>
 
-class INodeWatcher;
+#include <functional>
 
 /// The base of all events. A receiver reads GetType() and casts to the class of that type.
 class TAGWRIGHT_EXPORT XmlEvent
@@ -64,10 +64,6 @@ class TAGWRIGHT_EXPORT ElemBeginEvent : public XmlEvent
 public:
     /// `node` may be a null node.
     ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text);
-    /// For a walk that wants to know when somebody takes hold of the node. `watcher` is not owned and lives as long as
-    /// the delivery.
-    ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text,
-                   INodeWatcher *watcher);
     ElemBeginEvent(const ElemBeginEvent &other);
     ElemBeginEvent &operator=(const ElemBeginEvent &other);
     ~ElemBeginEvent() override;
@@ -76,8 +72,8 @@ public:
     /// node where the sender has no document. A node that is kept past the builder or reader that has sent it keeps
     /// only its own subtree: it has no parent, and to ask it for its siblings is an error that Qt doesn't catch.
     QDomNode GetElementNode();
-    /// The name of the node's parent. A receiver that needs no more of the document than this leaves the walk faster
-    /// than one that takes the node.
+    /// The name of the node's parent. A walk is faster as long as no receiver takes a node, and the parent's name can
+    /// be had without one.
     QString GetParentName();
     /// The qualified name.
     QString GetElementName();
@@ -86,6 +82,12 @@ public:
     /// The element's text as far as the sender knows it at this moment.
     QString GetElementText();
 
+protected:
+    /// For a walk that wants to know when somebody takes hold of the node: `nodeTaken`, not owned, is called then. It
+    /// lives as long as the delivery.
+    ElemBeginEvent(const QDomNode &node, const QString &name, const QXmlAttributes &attributes, const QString &text,
+                   const std::function<void()> *nodeTaken);
+
 private:
     QDomNode TakeNode() const;
 
@@ -93,7 +95,7 @@ private:
     QString m_sName;
     QXmlAttributes m_oAttributes;
     QString m_sText;
-    INodeWatcher *m_pWatcher = nullptr; // not owned
+    const std::function<void()> *m_pNodeTaken = nullptr; // not owned
 };
 
 /// An element ends. A report's walk sends none.

@@ -12,12 +12,19 @@ inline bool IsOn()
     return (ErrorHandler::Instance().GetTraceMask() & kTraceBit) != 0;
 }
 
-/// Traces what `buildMessage()` gives, a QString. `unit` is the name of the calling source file without suffix.
+/// A copy with characters of its own. Those of a literal lie in the library, and a host may keep a text past its end.
+inline QString Owned(const QString &text)
+{
+    return QString(text.constData(), text.size());
+}
+
+/// Traces the text that `buildMessage()` gives, a QString. `unit` is the name of the calling source file without
+/// suffix.
 template <typename BuildMessage>
 void Write(const QString &unit, int line, BuildMessage buildMessage)
 {
     if (IsOn()) {
-        _Q_Trace(buildMessage(), unit, static_cast<unsigned short>(line));
+        _Q_Trace(Owned(buildMessage()), Owned(unit), static_cast<unsigned short>(line));
     }
 }
 

@@ -41,28 +41,3 @@ private:
     QXmlAttributes m_oEventAttributes;
     std::vector<Pointer> m_lChildren;
 };
-
-/// The models of the siblings from a level's present child on. Empty, it says that the document holds their attributes.
-class ModelSequence
-{
-public:
-    ModelSequence() = default;
-    /// The children of an element of this model, from the first on.
-    explicit ModelSequence(AttributeModel::Pointer parent);
-
-    /// The model of the present child; null if the document has its attributes.
-    AttributeModel::Pointer GetCurrent() const;
-    /// True if a sibling behind the present child may have a model.
-    bool HasMore() const;
-    /// Goes on to the next sibling.
-    void Advance();
-    /// `count` siblings of this model have been put behind the present child.
-    void InsertBehind(AttributeModel::Pointer model, int count);
-
-private:
-    AttributeModel::Pointer m_pParent;
-    std::size_t m_iIndex = 0;
-    AttributeModel::Pointer m_pCopied;
-    int m_iCopies = 0;
-    bool m_bAtCopy = false;
-};

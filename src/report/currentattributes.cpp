@@ -17,32 +17,25 @@ void CurrentAttributes::Bind(const QDomElement &element, AttributeModel::Pointer
 {
     m_oElement = element;
     m_pModel = std::move(model);
-    m_bInDocument = m_pModel == nullptr;
-    m_bOwn = false;
-}
-
-void CurrentAttributes::Release()
-{
-    Bind(QDomElement(), nullptr);
+    m_eHolder = m_pModel == nullptr ? Holder::Document : Holder::Model;
 }
 
 const AttributeList &CurrentAttributes::GetAll()
 {
-    if (m_bInDocument && (m_bShared || !m_bOwn)) {
+    if (m_eHolder == Holder::Document) {
         m_lOwn = SortedAttributes(m_oElement);
-        m_bOwn = true;
     }
-    return m_bOwn ? m_lOwn : m_pModel->GetAttributes();
+    return m_eHolder == Holder::Model ? m_pModel->GetAttributes() : m_lOwn;
 }
 
 QXmlAttributes CurrentAttributes::GetEventAttributes()
 {
-    return m_bInDocument || m_bOwn ? ToXmlAttributes(GetAll()) : m_pModel->GetEventAttributes();
+    return m_eHolder == Holder::Model ? m_pModel->GetEventAttributes() : ToXmlAttributes(GetAll());
 }
 
 QString CurrentAttributes::GetValue(const QString &name)
 {
-    if (m_bInDocument && m_bShared) {
+    if (m_eHolder == Holder::Document) {
         return m_oElement.attribute(name);
     }
     for (const auto &[present, value] : GetAll()) {
@@ -55,27 +48,29 @@ QString CurrentAttributes::GetValue(const QString &name)
 
 void CurrentAttributes::Remove(const QString &name)
 {
+    if (m_eHolder == Holder::Document) {
+        m_oElement.removeAttribute(name);
+        return;
+    }
     AttributeList &own = GetOwn();
     const auto entry = Find(own, name);
     if (entry != own.end()) {
         own.erase(entry);
     }
-    if (m_bInDocument) {
-        m_oElement.removeAttribute(name);
-    }
 }
 
 void CurrentAttributes::Set(const QString &name, const QString &value)
 {
+    if (m_eHolder == Holder::Document) {
+        m_oElement.setAttribute(name, value);
+        return;
+    }
     AttributeList &own = GetOwn();
     const auto entry = Find(own, name);
     if (entry != own.end()) {
         entry->second = value;
     } else {
         own.emplace(std::lower_bound(own.begin(), own.end(), std::make_pair(name, value)), name, value);
-    }
-    if (m_bInDocument) {
-        m_oElement.setAttribute(name, value);
     }
 }
 
@@ -89,34 +84,30 @@ AttributeModel::Pointer CurrentAttributes::MakeModel()
 
 void CurrentAttributes::WriteOwn()
 {
-    if (!m_bInDocument) {
-        for (const auto &[name, value] : GetAll()) {
-            m_oElement.setAttribute(name, value);
-        }
-        m_bInDocument = true;
+    if (m_eHolder == Holder::Document) {
+        return;
     }
+    for (const auto &[name, value] : GetAll()) {
+        m_oElement.setAttribute(name, value);
+    }
+    m_eHolder = Holder::Document;
 }
 
 void CurrentAttributes::WriteAll()
 {
     WriteOwn();
-    if (m_pModel != nullptr && !m_pModel->GetChildren().empty()) {
+    if (m_pModel != nullptr) {
         m_pModel->WriteToChildren(m_oElement);
+        m_pModel.reset();
     }
-    m_pModel.reset();
 }
 
-ModelSequence CurrentAttributes::GetChildModels() const
-{
-    return m_pModel == nullptr ? ModelSequence() : ModelSequence(m_pModel);
-}
-
+// The list of a bare element, to be changed.
 AttributeList &CurrentAttributes::GetOwn()
 {
-    const AttributeList &all = GetAll();
-    if (!m_bOwn) {
-        m_lOwn = all;
-        m_bOwn = true;
+    if (m_eHolder == Holder::Model) {
+        m_lOwn = m_pModel->GetAttributes();
+        m_eHolder = Holder::Own;
     }
     return m_lOwn;
 }

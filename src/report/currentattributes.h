@@ -11,16 +11,13 @@
 class CurrentAttributes
 {
 public:
-    /// Goes to another element; a null model says that the document holds its attributes.
+    /// Goes to another element. A null model says that the document holds its attributes.
     void Bind(const QDomElement &element, AttributeModel::Pointer model);
-    /// Lets go of an element that was removed: nothing is written to it.
-    void Release();
+    /// Lets go of the element; nothing is written to it.
+    void Release() { Bind(QDomElement(), nullptr); }
 
     /// True if the element is the one that is bound.
     bool IsBoundTo(const QDomNode &node) const { return m_oElement == node; }
-
-    /// Says that a receiver may change the document by itself from now on, so that it is asked each time.
-    void SetShared() { m_bShared = true; }
 
     const AttributeList &GetAll();
     QXmlAttributes GetEventAttributes();
@@ -29,24 +26,28 @@ public:
     void Remove(const QString &name);
     void Set(const QString &name, const QString &value);
 
-    /// What a copy of the element is to carry.
+    /// A model for copies of the element as it stands.
     AttributeModel::Pointer MakeModel();
+    /// The model that the element was bound with, for a walk over its children; null if the document holds theirs.
+    AttributeModel::Pointer GetModel() const { return m_pModel; }
 
     /// Brings the attributes that are left into the document; the models of the children stay to be walked.
     void WriteOwn();
     /// The same for all below the element too: it will not be walked.
     void WriteAll();
 
-    /// The models of the children for a walk into the element; an empty sequence if the document holds theirs.
-    ModelSequence GetChildModels() const;
-
 private:
+    // Who holds the attributes of the element.
+    enum class Holder {
+        Document, // asked each time: a receiver may change them at any time
+        Model, // the element is bare and has the attributes of m_pModel
+        Own // the element is bare and its attributes have been changed: m_lOwn
+    };
+
     AttributeList &GetOwn();
 
     QDomElement m_oElement;
     AttributeModel::Pointer m_pModel;
-    AttributeList m_lOwn;
-    bool m_bShared = false;
-    bool m_bInDocument = true; // the document holds the element's own attributes
-    bool m_bOwn = false; // m_lOwn is what counts, not the model or what the document held when last asked
+    AttributeList m_lOwn; // or the latest answer of the document
+    Holder m_eHolder = Holder::Document;
 };

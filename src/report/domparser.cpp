@@ -5,20 +5,22 @@
 #include "events/eventsender.h"
 #include "host/trace.h"
 
+#include <QScopeGuard>
+
 #include <utility>
 
 namespace {
 
-// The text of an element whose first child is a text; a CDATA section is none.
-bool ReadText(const QDomNode &node, QString &text)
+// The walk's own events tell it when somebody takes hold of their node.
+class WalkEvent final : public ElemBeginEvent
 {
-    const QDomNode first = node.firstChild();
-    const bool isText = first.nodeType() == QDomNode::TextNode;
-    if (isText) {
-        text = first.nodeValue();
+public:
+    WalkEvent(const QDomNode &node, const QXmlAttributes &attributes, const QString &text,
+              const std::function<void()> *nodeTaken)
+        : ElemBeginEvent(node, node.nodeName(), attributes, text, nodeTaken)
+    {
     }
-    return isText;
-}
+};
 
 } // namespace
 
@@ -26,7 +28,7 @@ DomParser::DomParser(ITagwright *pCallback, OccursMap occursMap, ChoiceMap choic
     : m_OccursMap(std::move(occursMap))
     , m_ChoiceMap(std::move(choiceMap))
     , m_hChoiceKeys(GreatestChoiceKeys(m_ChoiceMap))
-    , m_oOccurrences(m_OccursMap, m_oElementIndex)
+    , m_oOccurrences(m_OccursMap, m_oWalked)
 {
     if (trace::CheckCallback(pCallback, "DomParser", QStringLiteral("domparser"), __LINE__)) {
         m_pCallback = pCallback;
@@ -55,27 +57,34 @@ bool DomParser::Parse()
     if (root.isNull()) {
         return false;
     }
+    // Also if a receiver throws.
+    const auto letGo = qScopeGuard([this] { LetGo(); });
     m_bWalking = true;
-    if (!m_bUnwatched) {
-        m_oAttributes.SetShared();
-    }
-    m_oElementIndex.SetDocument(*m_pDocument);
+    m_oWalked.SetDocument(*m_pDocument);
     SendEvent<DocBeginEvent>(m_pCallback);
-    AnnounceRoot(root);
+    // The root is never removed. Whatever the receiver asks for here is taken up at the root's first child.
+    SetCurrent(root, nullptr);
+    SendElemBegin(root, QString());
     WalkLevels(root);
-    EndWalk();
+    m_pCurrentElement->clear();
+    SendEvent<DocEndEvent>(m_pCallback);
     return true;
 }
 
-void DomParser::SetUnwatched()
+// The handler may end its document before this object goes, so no node of it is held on to.
+void DomParser::LetGo()
 {
-    m_bUnwatched = true;
-    m_oElementIndex.SetUnwatched(true);
-}
-
-QDomElement *DomParser::GetCurrentElement()
-{
-    return m_pCurrentElement.get();
+    m_bWalking = false;
+    m_pCurrentElement->clear();
+    m_pPendingElement.reset();
+    m_oResumeNode.clear();
+    m_pResumeNode = &m_oResumeNode;
+    m_bResumeRequested = false;
+    m_lLevels.clear();
+    m_oAttributes.Release();
+    m_oRefusals = Refusals();
+    m_oMultiplied.Clear();
+    m_oWalked.SetDocument(QDomDocument());
 }
 
 bool DomParser::SetNodeToContinue(QDomNode *node, bool stayOnNode)
@@ -99,24 +108,17 @@ std::list<QDomNode> *DomParser::GetElement(QString name, QString parent)
     return result.release();
 }
 
-// The root is never removed. Whatever the receiver asks for here is taken up at the root's first child.
-void DomParser::AnnounceRoot(const QDomElement &root)
-{
-    *m_pCurrentElement = root;
-    m_oAttributes.Bind(root, nullptr);
-    m_oRefusals.Clear();
-    SendElemBegin(root, QString());
-}
-
 // One level for each element that has been entered, on a stack of its own: each empty container that is removed leaves
 // a level behind, so that a row of them would overflow the call stack.
 void DomParser::WalkLevels(const QDomElement &root)
 {
-    m_lLevels.push_back({ root, root.firstChild(), QString(), true });
+    m_lLevels.push_back({ ChildCursor(root), QString(), true });
     while (!m_lLevels.empty()) {
-        if (IsAtEnd(m_lLevels.back())) {
+        Level &level = m_lLevels.back();
+        const QDomNode &child = level.m_oCursor.GetNode();
+        if (child.isNull() || (!level.m_bTop && child.nodeType() == QDomNode::TextNode)) {
             LeaveLevel();
-        } else if (HandleChild(m_lLevels.back())) {
+        } else if (HandleChild(level)) {
             EnterChild();
         }
     }
@@ -124,114 +126,86 @@ void DomParser::WalkLevels(const QDomElement &root)
 
 void DomParser::EnterChild()
 {
-    const QDomElement entered = m_lLevels.back().m_oChild.toElement();
-    const ModelSequence models = m_oAttributes.GetChildModels();
+    const QDomElement entered = m_lLevels.back().m_oCursor.GetNode().toElement();
+    const ChildCursor children(entered, m_oAttributes.GetModel());
     m_oAttributes.WriteOwn();
     m_oAttributes.Release();
-    m_lLevels.push_back({ entered, entered.firstChild(), QString(), false, models });
+    m_lLevels.push_back({ children, QString(), false });
 }
 
 void DomParser::LeaveLevel()
 {
-    if (!m_lLevels.back().m_oChild.isNull()) {
-        const Level &level = m_lLevels.back(); // a text has ended it: what follows is not walked
-        CompleteRest(level);
-    }
+    m_lLevels.back().m_oCursor.WriteRest(); // a text may have ended the level: the siblings behind it aren't walked
     m_lLevels.pop_back();
     if (!m_lLevels.empty()) {
-        Level &outer = m_lLevels.back();
-        outer.m_oChild = dom::NextSibling(outer.m_oChild);
-        outer.m_oModels.Advance();
+        m_lLevels.back().m_oCursor.Advance();
     }
 }
 
-bool DomParser::IsAtEnd(const Level &level) const
-{
-    return level.m_oChild.isNull() || (!level.m_bTop && level.m_oChild.nodeType() == QDomNode::TextNode);
-}
-
-// Announces the level's child and moves the level on to what comes next. True if that is the inside of its child.
+// Announces the level's child and moves the level on to the node that comes next. True if the child is to be entered.
 bool DomParser::HandleChild(Level &level)
 {
     AnnounceChild(level);
     if (m_bResumeRequested) {
-        TakeUpResumeNode(level);
+        TakeUpRequest(level);
         return false;
     }
     if (!HandleUnsetElement()) {
         return true;
     }
-    level.m_oChild = *m_pResumeNode;
-    // At the top a container of which the content decides is announced once more before it is entered.
+    MoveToResumeNode(level);
+    // At the top a pending container is announced once more before it is entered.
     return !level.m_bTop && m_pPendingElement != nullptr;
 }
 
 void DomParser::AnnounceChild(Level &level)
 {
-    *m_pCurrentElement = level.m_oChild.toElement();
-    if (!m_oAttributes.IsBoundTo(level.m_oChild)) {
-        m_oAttributes.Bind(*m_pCurrentElement, level.m_oModels.GetCurrent());
-        m_oRefusals.Clear();
-    }
-    if (!ReadText(level.m_oChild, level.m_sText) && !level.m_bTop) {
-        TakeDefaultAsText();
-    }
-    SendElemBegin(level.m_oChild, level.m_sText);
-}
-
-void DomParser::TakeDefaultAsText()
-{
-    const QString name = QStringLiteral("default");
-    const QString value = m_oAttributes.GetValue(name);
-    if (!value.isEmpty()) {
-        const ElementIndex::OwnChange change(m_oElementIndex);
-        m_oAttributes.Remove(name);
+    const QDomNode child = level.m_oCursor.GetNode();
+    SetCurrent(child, level.m_oCursor.GetModel());
+    const QString defaultName = QStringLiteral("default");
+    const QDomNode first = child.firstChild();
+    if (first.nodeType() == QDomNode::TextNode) {
+        level.m_sText = first.nodeValue();
+    } else if (const QString value = level.m_bTop ? QString() : m_oAttributes.GetValue(defaultName); !value.isEmpty()) {
+        const WalkedDocument::OwnChange change(m_oWalked);
+        m_oAttributes.Remove(defaultName);
         m_pCurrentElement->appendChild(m_pDocument->createTextNode(value));
     }
+    SendElemBegin(child, level.m_sText);
 }
 
-void DomParser::TakeUpResumeNode(Level &level)
+void DomParser::TakeUpRequest(Level &level)
 {
     m_bResumeRequested = false;
-    if (*m_pResumeNode != level.m_oChild) {
-        CompleteDocument(); // wherever that is, the models have not kept step
-    }
-    level.m_oChild = *m_pResumeNode;
+    MoveToResumeNode(level);
     if (!level.m_bTop) {
         m_pPendingElement.reset();
     }
     if (!m_bResumeOnSameNode) {
         m_oAttributes.WriteAll();
         m_oAttributes.Release();
-        level.m_oChild = dom::NextSibling(level.m_oChild);
-        level.m_oModels.Advance();
+        level.m_oCursor.Advance();
     }
 }
 
-// The handler may end its document before this object goes, so nothing of it is held on to.
-void DomParser::EndWalk()
+// The node may be one that the receiver has named, anywhere: the models don't belong to its siblings then.
+void DomParser::MoveToResumeNode(Level &level)
 {
-    m_pCurrentElement->clear();
-    SendEvent<DocEndEvent>(m_pCallback);
-    m_bWalking = false;
-    m_pCurrentElement->clear();
-    m_oAttributes.Release();
-    m_oRefusals = Refusals();
-    m_oMultiplied.Clear();
-    m_pPendingElement.reset();
-    m_oResumeNode.clear();
-    m_pResumeNode = &m_oResumeNode;
-    m_oElementIndex.SetDocument(QDomDocument());
+    if (level.m_oCursor.GetNode() != *m_pResumeNode) {
+        CompleteDocument();
+        level.m_oCursor.MoveTo(*m_pResumeNode);
+    }
 }
 
-// Called for an element that stays without a value. True: m_pResumeNode says where to go on.
+// Called for an element that stays without a value. True: the walk goes on at m_pResumeNode.
 bool DomParser::HandleUnsetElement()
 {
     if (m_pPendingElement != nullptr) {
         if (!HasType()) {
             return false;
         }
-        DropPendingElement();
+        Drop(CursorOfPending());
+        m_pPendingElement.reset();
         return true;
     }
     const QString name = m_pCurrentElement->tagName();
@@ -240,11 +214,14 @@ bool DomParser::HandleUnsetElement()
         TellMissing();
         return false;
     }
-    // Asked only now: what the receiver does on an error may take the type away.
+    // Asked only now: the receiver may have taken the type away when it was told of error 15.
     if (HasType()) {
-        DropCurrentElement();
+        if (!Drop(m_lLevels.back().m_oCursor)) {
+            Error(ITagwright::GENERAL_ERROR);
+        }
         return true;
     }
+    // A container of which the content decides.
     m_pPendingElement = std::make_unique<QDomElement>(*m_pCurrentElement);
     m_iPendingLevel = m_lLevels.size() - 1;
     m_oResumeNode = *m_pCurrentElement;
@@ -252,8 +229,8 @@ bool DomParser::HandleUnsetElement()
     return true;
 }
 
-// A container lacks nothing itself, and an element with a default has that for its value. Told behind the error, which
-// the receiver may have answered with a value.
+// Called behind the error, which the receiver may have answered with a value. A container needs no value, and an
+// element with a default has one.
 void DomParser::TellMissing()
 {
     if (!trace::IsOn() || m_bResumeRequested) {
@@ -265,122 +242,77 @@ void DomParser::TellMissing()
     }
 }
 
-// An element without a type is a container, whatever it holds.
-bool DomParser::HasType()
+// The level that is walked goes on over the siblings of the pending element.
+ChildCursor DomParser::CursorOfPending()
 {
-    return !m_oAttributes.GetValue(QStringLiteral("type")).isEmpty();
-}
-
-// The first element with simple content that gets no value decides for the whole container.
-void DomParser::DropPendingElement()
-{
-    const QDomElement pending = *m_pPendingElement;
-    const ModelSequence models = ModelsOfPending();
-    ResumeBehind(pending, models);
-    Remove(pending);
-    m_pPendingElement.reset();
-}
-
-// The level that the walk is on goes on over the siblings of the pending element, and so over their models.
-ModelSequence DomParser::ModelsOfPending()
-{
-    if (m_iPendingLevel >= m_lLevels.size() || m_lLevels[m_iPendingLevel].m_oChild != *m_pPendingElement) {
-        // The walk goes back to elements that it has dealt with already.
-        CompleteDocument();
-        return ModelSequence();
+    if (m_iPendingLevel < m_lLevels.size() && m_lLevels[m_iPendingLevel].m_oCursor.GetNode() == *m_pPendingElement) {
+        return m_lLevels[m_iPendingLevel].m_oCursor;
     }
-    return m_lLevels[m_iPendingLevel].m_oModels;
+    // The walk has left the pending element and comes back to siblings of which the models are used up and the
+    // positions change.
+    CompleteDocument();
+    m_oRefusals.ForgetPath();
+    ChildCursor cursor;
+    cursor.MoveTo(*m_pPendingElement);
+    return cursor;
 }
 
-void DomParser::DropCurrentElement()
+// The walk goes on behind the element that the cursor stands on. Its attributes aren't written back: it is removed.
+bool DomParser::Drop(ChildCursor cursor)
 {
-    const QDomElement unset = *m_pCurrentElement;
-    ResumeBehind(unset, m_lLevels.back().m_oModels);
-    if (!Remove(unset)) {
-        Error(ITagwright::GENERAL_ERROR);
-    }
-}
-
-// What is bound now is on its way out of the document, and nothing is written to it.
-void DomParser::ResumeBehind(const QDomNode &node, const ModelSequence &models)
-{
-    m_oResumeNode = dom::NextSibling(node);
+    const QDomNode dropped = cursor.GetNode();
+    cursor.Advance();
+    m_lLevels.back().m_oCursor = cursor;
+    m_oResumeNode = cursor.GetNode();
     m_pResumeNode = &m_oResumeNode;
-    *m_pCurrentElement = m_oResumeNode.toElement();
-    Level &level = m_lLevels.back();
-    level.m_oModels = models;
-    level.m_oModels.Advance();
-    m_oAttributes.Bind(*m_pCurrentElement, level.m_oModels.GetCurrent());
-    m_oRefusals.Clear();
+    m_oAttributes.Release();
+    SetCurrent(m_oResumeNode, cursor.GetModel());
+    return Remove(dropped);
 }
 
-// Whoever takes a node may look at any place of the document, now and later, and change it. Told once: what is noticed
-// of changes from then on must not begin anew at each node.
+bool DomParser::Remove(const QDomNode &node)
+{
+    m_oRefusals.LeaveOut(node);
+    return m_oWalked.Remove(node);
+}
+
+// A receiver that holds a node may look at any place of the document, now and later, and change it: from here on the
+// document is complete, and all questions read it.
 void DomParser::NodeTaken()
 {
-    if (!m_bUnwatched) {
-        return;
+    if (!m_oWalked.IsWatched()) {
+        CompleteDocument();
+        m_oWalked.SetWatched(true);
     }
-    CompleteDocument();
-    m_bUnwatched = false;
-    m_oElementIndex.SetUnwatched(false);
-    m_oAttributes.SetShared();
 }
 
 void DomParser::CompleteDocument()
 {
     m_oAttributes.WriteAll();
     for (Level &level : m_lLevels) {
-        CompleteRest(level);
-        level.m_oModels = ModelSequence();
+        level.m_oCursor.WriteRest();
     }
 }
 
-// The siblings behind the level's present child, as far as anything of them was kept out: a receiver may cause this at
-// each of them.
-void DomParser::CompleteRest(const Level &level)
-{
-    ModelSequence models = level.m_oModels;
-    QDomNode node = level.m_oChild;
-    while (models.HasMore() && !node.isNull()) {
-        node = dom::NextSibling(node);
-        models.Advance();
-        if (const AttributeModel::Pointer model = models.GetCurrent()) {
-            model->WriteTo(node);
-        }
-    }
-}
-
-void DomParser::InsertCopies(int count)
+void DomParser::Multiply(int count)
 {
     m_oMultiplied.Insert(*m_pCurrentElement);
     QDomElement parent = m_pCurrentElement->parentNode().toElement();
-    if (parent.isNull() || count < 1) {
-        return; // the root has no place for a second one
+    if (parent.isNull() || count <= 1) {
+        return; // there can't be a second root
     }
-    const ElementIndex::OwnChange change(m_oElementIndex);
-    if (m_bUnwatched && !m_lLevels.empty()) {
-        InsertBareCopies(parent, count);
-        return;
+    const WalkedDocument::OwnChange change(m_oWalked);
+    const bool isBare = !m_oWalked.IsWatched() && !m_lLevels.empty();
+    QDomNode copy = m_pCurrentElement->cloneNode(true);
+    if (isBare) {
+        m_lLevels.back().m_oCursor.InsertBehind(m_oAttributes.MakeModel(), count - 1);
+        AttributeModel::Strip(copy);
     }
-    for (int i = 0; i < count; ++i) {
-        const QDomNode copy = m_pCurrentElement->cloneNode(true);
+    for (int i = 1; i < count; ++i) {
+        copy = i == 1 ? copy : copy.cloneNode(true);
         parent.insertAfter(copy, *m_pCurrentElement);
         m_oMultiplied.Insert(copy);
     }
-}
-
-void DomParser::InsertBareCopies(QDomElement parent, int count)
-{
-    const AttributeModel::Pointer model = m_oAttributes.MakeModel();
-    const QDomNode bare = m_pCurrentElement->cloneNode(true);
-    AttributeModel::Strip(bare);
-    for (int i = 0; i < count; ++i) {
-        const QDomNode copy = i == 0 ? bare : bare.cloneNode(true);
-        parent.insertAfter(copy, *m_pCurrentElement);
-        m_oMultiplied.Insert(copy);
-    }
-    m_lLevels.back().m_oModels.InsertBehind(model, count);
 }
 
 // Whether the current element may be left out where it stands.
@@ -393,22 +325,21 @@ bool DomParser::CheckOccursMap(const QString &name)
     return m_oOccurrences.IsFound(name, name, *m_pCurrentElement, [](int key) { return key % 100 == 0; });
 }
 
-bool DomParser::IsChoiceItem(const QString &name) const
+void DomParser::SetCurrent(const QDomNode &node, AttributeModel::Pointer model)
 {
-    return !name.isEmpty() && m_hChoiceKeys.contains(name);
+    *m_pCurrentElement = node.toElement();
+    // An element that is announced again keeps its changed attributes and its refused values.
+    if (!m_oAttributes.IsBoundTo(node)) {
+        m_oAttributes.Bind(*m_pCurrentElement, std::move(model));
+        m_oRefusals.Clear();
+    }
 }
 
 void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
 {
-    SendEvent<ElemBeginEvent>(m_pCallback, node, node.nodeName(), m_oAttributes.GetEventAttributes(), text,
-                              static_cast<INodeWatcher *>(&m_oNodeWatch));
+    SendEvent<WalkEvent>(m_pCallback, node, m_oAttributes.GetEventAttributes(), text, &m_fnNodeTaken);
     // An element that is announced again may still get its values then.
     if (trace::IsOn() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
         m_oRefusals.Tell(node.toElement());
     }
-}
-
-void DomParser::Error(ITagwright::ErrorID id)
-{
-    SendEvent<ErrorEvent>(m_pCallback, id);
 }

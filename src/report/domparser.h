@@ -1,12 +1,12 @@
 #pragma once
 
-#include "events/inodewatcher.h"
-#include "events/itagwright.h"
+#include "events/eventsender.h"
+#include "report/childcursor.h"
 #include "report/currentattributes.h"
-#include "report/elementindex.h"
 #include "report/nodeset.h"
 #include "report/occurrences.h"
 #include "report/refusals.h"
+#include "report/walkeddocument.h"
 #include "schema/schematables.h"
 
 #include <QDomDocument>
@@ -14,6 +14,7 @@
 #include <QDomNode>
 #include <QString>
 
+#include <functional>
 #include <list>
 #include <memory>
 #include <vector>
@@ -38,15 +39,15 @@ public:
     bool Parse();
 
     /// Says that nobody but the receiver, through the nodes of the events, can see the document during the walk. Until
-    /// the receiver takes one, copies may then stand bare in it. To be called before Parse().
-    void SetUnwatched();
+    /// the receiver takes such a node, copies may then stand bare in it. To be called before Parse().
+    void SetUnwatched() { m_oWalked.SetWatched(false); }
 
     /// True from before the DocBeginEvent until after the DocEndEvent.
     bool IsWalking() const { return m_bWalking; }
 
     /// The element being handled, as the walk itself holds it: a null element while there is none. A null pointer
     /// without a callback.
-    QDomElement *GetCurrentElement();
+    QDomElement *GetCurrentElement() { return m_pCurrentElement.get(); }
 
     /// Tells the walk, from inside an event, that the element in delivery has been dealt with. It goes on with `node`
     /// itself, or else behind it. Only the pointer is kept: the node is read when the walk goes on. False, and no
@@ -59,20 +60,20 @@ public:
 
     /// Takes a node out of the document; it and all below it stay alive until the walk has ended, since the walk may
     /// still go on from inside. False if the node has no parent.
-    bool Remove(const QDomNode &node) { return m_oElementIndex.Remove(node); }
+    bool Remove(const QDomNode &node);
 
-    /// The order of the document. What the setters change is to be bracketed by its OwnChange.
-    ElementIndex &GetElementIndex() { return m_oElementIndex; }
+    /// The document as it is walked. The setters bracket their changes of it by its OwnChange.
+    WalkedDocument &GetWalked() { return m_oWalked; }
 
     /// The attributes of the current element.
     CurrentAttributes &GetAttributes() { return m_oAttributes; }
 
-    /// What of the current element's values was refused, while tracing is on.
+    /// The values of the current element that were refused, while tracing is on.
     Refusals &GetRefusals() { return m_oRefusals; }
 
-    /// Puts `count` copies of the current element, as it stands, behind it. They and the element itself are
-    /// multiplied then.
-    void InsertCopies(int count);
+    /// Puts copies of the current element, as it stands, behind it, so that it stands `count` times; none for 1 and
+    /// less. They and the element itself are multiplied then.
+    void Multiply(int count);
 
     /// True for an element that was multiplied and for each of its copies.
     bool IsMultiplied(const QDomElement &element) const { return m_oMultiplied.Contains(element); }
@@ -87,61 +88,44 @@ public:
     const ChoiceKeys &GetChoiceKeys() const { return m_hChoiceKeys; }
 
 private:
-    // Passes on what the events tell.
-    class NodeWatch final : public INodeWatcher
-    {
-    public:
-        explicit NodeWatch(DomParser *walk)
-            : m_pWalk(walk)
-        {
-        }
-        void NodeTaken() override { m_pWalk->NodeTaken(); }
-
-    private:
-        DomParser *m_pWalk; // not owned
-    };
-
-    // The children of one element. Its parent is held, so that the level keeps its nodes whatever a receiver does.
+    // The children of an element that has been entered.
     struct Level
     {
-        QDomNode m_oParent;
-        QDomNode m_oChild;
-        QString m_sText;
+        ChildCursor m_oCursor;
+        QString m_sText; // of the latest child that had one
         bool m_bTop = false;
-        ModelSequence m_oModels = ModelSequence();
     };
 
-    void AnnounceRoot(const QDomElement &root);
     void WalkLevels(const QDomElement &root);
     void EnterChild();
     void LeaveLevel();
-    void Leave(std::vector<Level> &levels);
-    bool IsAtEnd(const Level &level) const;
     bool HandleChild(Level &level);
     void AnnounceChild(Level &level);
-    void TakeDefaultAsText();
-    void TakeUpResumeNode(Level &level);
-    void EndWalk();
+    void TakeUpRequest(Level &level);
+    void MoveToResumeNode(Level &level);
+    void LetGo();
     void NodeTaken();
-    void InsertBareCopies(QDomElement parent, int count);
-    static void CompleteRest(const Level &level);
 
     bool HandleUnsetElement();
-    bool HasType();
-    void DropPendingElement();
-    void DropCurrentElement();
-    void ResumeBehind(const QDomNode &node, const ModelSequence &models);
-    ModelSequence ModelsOfPending();
+    // An element without a type is a container, whatever it holds.
+    bool HasType() { return !m_oAttributes.GetValue(QStringLiteral("type")).isEmpty(); }
+    bool Drop(ChildCursor cursor);
+    ChildCursor CursorOfPending();
     bool CheckOccursMap(const QString &name);
-    bool IsChoiceItem(const QString &name) const;
+    bool IsChoiceItem(const QString &name) const { return !name.isEmpty() && m_hChoiceKeys.contains(name); }
 
+    void SetCurrent(const QDomNode &node, AttributeModel::Pointer model);
     void TellMissing();
     void SendElemBegin(const QDomNode &node, const QString &text);
-    void Error(ITagwright::ErrorID id);
+    void Error(ITagwright::ErrorID id) { SendEvent<ErrorEvent>(m_pCallback, id); }
 
     QDomDocument *m_pDocument = nullptr; // not owned
     QDomNode *m_pResumeNode = nullptr; // m_oResumeNode, or what SetNodeToContinue was given; not owned
     std::unique_ptr<QDomElement> m_pCurrentElement;
+    // An optional container that the walk has announced and of which the content decides. The first element with a type
+    // that stays without a value takes it out, with all below it (HandleUnsetElement). Anything that a receiver handles
+    // below the top level makes it stay (TakeUpRequest). A container without a type decides nothing. Leaving it decides
+    // nothing either: an element behind it may still take it out, and is announced once more then. Null: none.
     std::unique_ptr<QDomElement> m_pPendingElement;
     ITagwright *m_pCallback = nullptr; // not owned
     OccursMap m_OccursMap;
@@ -151,15 +135,14 @@ private:
     bool m_bResumeOnSameNode = false;
 
     bool m_bWalking = false;
-    bool m_bUnwatched = false;
-    NodeWatch m_oNodeWatch { this };
-    std::vector<Level> m_lLevels;
-    std::size_t m_iPendingLevel = 0;
+    std::function<void()> m_fnNodeTaken { [this] { NodeTaken(); } };
+    WalkedDocument m_oWalked;
+    std::vector<Level> m_lLevels; // from the top down to the one that is walked
+    std::size_t m_iPendingLevel = 0; // where m_pPendingElement is a child
     CurrentAttributes m_oAttributes;
     NodeSet m_oMultiplied;
     Refusals m_oRefusals;
     QDomNode m_oResumeNode;
     ChoiceKeys m_hChoiceKeys;
-    ElementIndex m_oElementIndex;
     OccurrenceLookup m_oOccurrences;
 };

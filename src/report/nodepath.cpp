@@ -2,7 +2,7 @@
 
 namespace {
 
-/// Whether `element` stands at or behind `from`; counts the siblings of its name on the way into `position`.
+// Whether `element` stands at or behind `from`; counts the siblings of its name on the way into `position`.
 bool CountOn(const QDomElement &from, const QDomElement &element, int &position)
 {
     const QString name = element.tagName();
@@ -29,6 +29,16 @@ QString NodePath::Of(const QDomElement &element)
         path += QLatin1Char('/') + StepText(line[depth], depth);
     }
     return path;
+}
+
+// The next of its name takes over the position.
+void NodePath::LeaveOut(const QDomNode &node)
+{
+    for (Step &step : m_lSteps) {
+        if (step.m_oElement == node) {
+            step.m_oElement = step.m_oElement.nextSiblingElement(step.m_oElement.tagName());
+        }
+    }
 }
 
 QString NodePath::StepText(const QDomElement &element, std::size_t depth)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDomElement>
-#include <QDomNode>
 #include <QString>
 
 #include <vector>
@@ -13,6 +12,9 @@ class NodePath
 {
 public:
     QString Of(const QDomElement &element);
+
+    /// To be told before an element is taken out of its parent.
+    void LeaveOut(const QDomNode &node);
 
 private:
     struct Step

@@ -4,22 +4,11 @@
 
 namespace {
 
-bool IsListed(const QHash<QString, std::set<int>> &parents, const QString &parent,
+bool IsListed(const OccurrenceLookup::ParentKeys &parents, const QString &parent,
               const OccurrenceLookup::KeyTest &keyApplies)
 {
     const auto keys = parents.constFind(parent);
     return keys != parents.constEnd() && std::any_of(keys->begin(), keys->end(), keyApplies);
-}
-
-QHash<QString, std::set<int>> ByParent(const OccursMap::mapped_type &row)
-{
-    QHash<QString, std::set<int>> result;
-    for (const auto &[key, parents] : row) {
-        for (const QString &parent : parents) {
-            result[parent].insert(key);
-        }
-    }
-    return result;
 }
 
 } // namespace
@@ -33,9 +22,9 @@ ChoiceKeys GreatestChoiceKeys(const ChoiceMap &choiceMap)
     return keys;
 }
 
-OccurrenceLookup::OccurrenceLookup(const OccursMap &occursMap, ElementIndex &index)
+OccurrenceLookup::OccurrenceLookup(const OccursMap &occursMap, WalkedDocument &document)
     : m_pOccursMap(&occursMap)
-    , m_pIndex(&index)
+    , m_pDocument(&document)
 {
 }
 
@@ -51,9 +40,9 @@ bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, cons
         return false;
     }
     const ParentKeys &parents = GetParents(name);
-    const ElementIndex::Top &top = m_pIndex->GetTop();
+    const WalkedDocument::Top &top = m_pDocument->GetTop();
     if (element == top.m_oRoot) {
-        // It is found as what a search gives that begins on the name sought: the document's last child.
+        // A search for the root's name gives the document's last child.
         return element == top.m_oLast && IsListed(parents, tagName, keyApplies);
     }
     for (QDomNode node = element.parentNode(); node.isElement(); node = node.parentNode()) {
@@ -61,7 +50,7 @@ bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, cons
             return true;
         }
         if (node.nodeName() == tagName) {
-            return false; // what lies inside a match is not looked at
+            return false; // a search doesn't look inside a match
         }
     }
     return false;
@@ -69,24 +58,28 @@ bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, cons
 
 const OccurrenceLookup::ParentKeys &OccurrenceLookup::GetParents(const QString &name)
 {
-    auto row = m_hRows.find(name);
-    if (row == m_hRows.end()) {
-        const auto filed = m_pOccursMap->find(name);
-        row = m_hRows.insert(name, filed == m_pOccursMap->end() ? ParentKeys() : ByParent(filed->second));
+    ParentKeys &parents = m_hRows[name];
+    if (parents.isEmpty() && HasRow(name)) {
+        for (const auto &[key, listed] : m_pOccursMap->at(name)) {
+            for (const QString &parent : listed) {
+                parents[parent].push_back(key);
+            }
+        }
     }
-    return *row;
+    return parents;
 }
 
-// Whether a search below one of the parents begins at this node. The names searched for are those of the elements that
-// bear a listed name; for the root's name the document's last child stands in, whatever its own name is.
+// Whether a search below one of the parents begins at this node, which is an element. It begins at the first element
+// that is called like an element with a listed name. For the root's name the document's last child stands in, whatever
+// that is called.
 bool OccurrenceLookup::IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies)
 {
-    const ElementIndex::Top top = m_pIndex->GetTop();
+    const WalkedDocument::Top &top = m_pDocument->GetTop();
     const QString name = node.nodeName();
     if (node == top.m_oLast) {
         return name == top.m_sRootName && IsListed(parents, name, keyApplies);
     }
     const bool isListed = IsListed(parents, name, keyApplies)
         || (name == top.m_oLast.nodeName() && IsListed(parents, top.m_sRootName, keyApplies));
-    return isListed && name != top.m_sRootName && m_pIndex->FindFirst(name) == node;
+    return isListed && name != top.m_sRootName && m_pDocument->FindFirst(name) == node;
 }

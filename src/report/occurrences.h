@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/elementindex.h"
+#include "report/walkeddocument.h"
 #include "schema/schematables.h"
 
 #include <QDomElement>
@@ -8,7 +8,7 @@
 #include <QString>
 
 #include <functional>
-#include <set>
+#include <vector>
 
 /// The greatest choice key of each name that stands in a choice.
 using ChoiceKeys = QHash<QString, int>;
@@ -16,16 +16,18 @@ ChoiceKeys GreatestChoiceKeys(const ChoiceMap &choiceMap);
 
 /// Answers from the occurrence table whether an element stands where the table has filed it.
 ///
-/// The table's word is a search: an element counts for a parent name P if it is among the elements of its name below
-/// the first element called P. That is the same as standing below it with none of its own name between, which is seen
-/// from the element upwards, without a search of the document.
+/// By the table an element counts for a parent name P if a search below the first element called P finds it among the
+/// elements of its name. It does so where the element stands below that P with none of its own name between, which can
+/// be seen from the element upwards, without a search of the document.
 class OccurrenceLookup
 {
 public:
     using KeyTest = std::function<bool(int)>;
+    /// The keys under which a row lists each parent.
+    using ParentKeys = QHash<QString, std::vector<int>>;
 
     /// Neither is owned; the table must stay as it is.
-    OccurrenceLookup(const OccursMap &occursMap, ElementIndex &index);
+    OccurrenceLookup(const OccursMap &occursMap, WalkedDocument &document);
 
     bool HasRow(const QString &name) const;
 
@@ -34,13 +36,10 @@ public:
     bool IsFound(const QString &name, const QString &tagName, const QDomElement &element, const KeyTest &keyApplies);
 
 private:
-    // The keys under which a row lists each parent.
-    using ParentKeys = QHash<QString, std::set<int>>;
-
     const ParentKeys &GetParents(const QString &name);
     bool IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies);
 
     const OccursMap *m_pOccursMap; // not owned
-    ElementIndex *m_pIndex; // not owned
+    WalkedDocument *m_pDocument; // not owned
     QHash<QString, ParentKeys> m_hRows;
 };

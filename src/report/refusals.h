@@ -34,6 +34,11 @@ public:
     /// Another element comes.
     void Clear() { m_lTargets.clear(); }
 
+    /// To be told before an element is taken out of its parent.
+    void LeaveOut(const QDomNode &node) { m_oPath.LeaveOut(node); }
+    /// To be told before an element in front of the latest one is taken out.
+    void ForgetPath() { m_oPath = NodePath(); }
+
 private:
     struct Target
     {

@@ -12,6 +12,7 @@
 #include <QDomDocument>
 #include <QDomElement>
 #include <QFile>
+#include <QScopeGuard>
 
 namespace {
 
@@ -44,7 +45,9 @@ XmlCreateReport::~XmlCreateReport()
 {
     while (!m_CommentDialogs.empty()) {
         // A host that closes up may have destroyed all windows already.
-        const std::unique_ptr<CommentDialogImpl> ended(m_CommentDialogs.front().data());
+        if (CommentDialogImpl *dialog = m_CommentDialogs.front()) {
+            dialog->End();
+        }
         m_CommentDialogs.pop_front();
     }
     m_pDialogDocument.reset();
@@ -59,7 +62,6 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
         return false;
     }
     m_pSchemaHandler = std::make_unique<XmlSchemaHandler>(m_pCallback, normalisedPath);
-    m_pSchemaHandler->SetRootMoves();
     const bool isParsed = ParseSchema(schemaPath);
     // From here on nothing depends on the result: a report that could not be made is still a file, an empty one.
     m_pDocument = m_pSchemaHandler->GetDocument();
@@ -112,9 +114,12 @@ void XmlCreateReport::WalkTemplate()
     m_pDomParser->SetDocument(m_pDocument);
     // The document is the schema handler's and ours; a receiver gets at it through the events alone.
     m_pDomParser->SetUnwatched();
+    // Also if a receiver throws.
+    const auto letGo = qScopeGuard([this] {
+        m_pCurrentElement = nullptr;
+        m_pDiscardSuccessor.reset();
+    });
     m_pDomParser->Parse();
-    m_pCurrentElement = nullptr;
-    m_pDiscardSuccessor.reset();
 }
 
 void XmlCreateReport::SetSchemaAttributes(const QString &normalisedPath)
@@ -167,45 +172,7 @@ void XmlCreateReport::Error(int id)
     SendEvent<ErrorEvent>(m_pCallback, static_cast<ITagwright::ErrorID>(id));
 }
 
-// What was refused is only told once the receiver is done with the element: it may have the value in another form.
-void XmlCreateReport::Refuse(int error, const QString &attribute, const QString &value,
-                             const std::function<QString()> &reason)
-{
-    if (trace::IsOn()) {
-        m_pDomParser->GetRefusals().Note(attribute, value, reason(), error);
-    }
-    Error(error);
-}
-
-void XmlCreateReport::RefuseType(int error, const QString &attribute, const QString &value, const char *kind)
-{
-    if (trace::IsOn() && attribute.isEmpty() && HasValue()) {
-        Error(error); // announced once more: there is nothing to tell of an element that has got its value
-        return;
-    }
-    Refuse(error, attribute, value, [this, &attribute, kind] {
-        const QString holder = attribute.isEmpty() ? QStringLiteral("type") : attribute;
-        const QString type = m_pDomParser->GetAttributes().GetValue(holder);
-        return type.isEmpty() ? QStringLiteral("there is no type here")
-                              : QStringLiteral("the type \"%1\" takes no %2").arg(type, QLatin1String(kind));
-    });
-}
-
-bool XmlCreateReport::HasValue()
-{
-    return m_pCurrentElement->firstChild().isText()
-        && m_pDomParser->GetAttributes().GetValue(QStringLiteral("type")).isEmpty();
-}
-
-void XmlCreateReport::NoteWritten(const QString &attribute)
-{
-    if (trace::IsOn()) {
-        m_pDomParser->GetRefusals().Written(attribute);
-    }
-}
-
-// First step of every setter. The element is the walk's own and changes under it, so it is asked for each time. Outside
-// a walk there is nothing to set: the caller has missed when setters may be called.
+// First step of every setter. The walk changes its element, so that it is fetched each time.
 bool XmlCreateReport::FetchCurrentElement(const char *setter)
 {
     if (m_pDomParser == nullptr || !m_pDomParser->IsWalking()) {
@@ -224,11 +191,8 @@ bool XmlCreateReport::HasCurrentElement() const
     return m_pCurrentElement != nullptr && !m_pCurrentElement->isNull();
 }
 
-bool XmlCreateReport::FetchElementToSet(const char *setter)
+bool XmlCreateReport::CheckCurrentElement()
 {
-    if (!FetchCurrentElement(setter)) {
-        return false;
-    }
     if (!HasCurrentElement()) {
         Error(ITagwright::CURRENT_ELEMENT_IS_NULL);
         return false;

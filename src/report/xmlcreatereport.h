@@ -8,19 +8,20 @@
 #include <QDateTime>
 #include <QPointer>
 #include <QString>
-#include <QStringList>
 #include <QTime>
 
-#include <functional>
 #include <list>
 #include <memory>
+#include <type_traits>
 
 class CommentDialogImpl;
+class CurrentAttributes;
 class DomParser;
 class QDialog;
 class QDomDocument;
 class QDomElement;
 class XmlSchemaHandler;
+struct GivenValue;
 
 namespace dom {
 class GuardedReader;
@@ -66,6 +67,9 @@ public:
     void SetXmlValue(QString value);
     /// The same for a text literal in UTF-8: without it C++ would take a literal for a bool.
     void SetXmlValue(const char *value);
+    /// Any other pointer would be taken for a bool.
+    template <typename Pointee, typename = std::enable_if_t<!std::is_same_v<std::remove_cv_t<Pointee>, char>>>
+    void SetXmlValue(Pointee *value) = delete;
     /// Twelve significant digits are written; for the type "short" the value is cut towards zero. Raises 7, 8 (twice)
     /// and 10, 10, or 15 for a value outside its bounds or one that a "short" can't hold.
     void SetXmlValue(double value);
@@ -115,29 +119,21 @@ private:
     void SaveReport(const QString &reportPath);
     void ShowCommentDialog(const QString &reportPath);
 
-    // What the setters share. `attribute` is empty for the element's own value.
+    // What the setters share.
     void Error(int id);
-    void Refuse(int error, const QString &attribute, const QString &value, const std::function<QString()> &reason);
-    void RefuseType(int error, const QString &attribute, const QString &value, const char *kind);
-    bool HasValue();
-    void NoteWritten(const QString &attribute);
     bool FetchCurrentElement(const char *setter);
     bool HasCurrentElement() const;
-    bool FetchElementToSet(const char *setter);
+    bool CheckCurrentElement();
 
-    // Element values.
-    template <typename Number>
-    void SetNumber(Number value, const QString &text);
-    void SetUntestedValue(const QString &typeWord, int typeError, const QString &text, const char *kind);
-    void WriteValue(const QStringList &testedAttributes, const QString &text);
+    // Values. `attribute` is empty for the element's own value.
+    CurrentAttributes &GetAttributes();
+    void SetElement(GivenValue given);
+    void SetAttribute(const QString &name, const GivenValue &given);
     QString TypeControl(QString expectedType);
+    void RefuseType(const GivenValue &given, const QString &attribute);
+    void RefuseValue(const GivenValue &given, const QString &attribute, const QString &reason);
+    void WriteValue(const GivenValue &given, const QString &attribute);
     void CreateAndAppendTextNode(QString text);
-
-    // Attribute values.
-    bool CheckAttributeType(const QString &name, const QString &typeWord, int typeError, const QString &value);
-    template <typename Number>
-    void SetAttributeNumber(const QString &name, Number value, const QString &text);
-    void WriteAttribute(const QString &name, const QStringList &testedAttributes, const QString &text);
 
     // Occurrences.
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
@@ -157,6 +153,6 @@ private:
     std::unique_ptr<DomParser> m_pDomParser;
     std::list<QPointer<CommentDialogImpl>> m_CommentDialogs; // owned
     std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
-    // What the walk resumes behind after a discard; it must live until the walk has read it.
+    // The element that the walk resumes behind after a discard; the walk reads it when the event has returned.
     std::unique_ptr<QDomElement> m_pDiscardSuccessor;
 };

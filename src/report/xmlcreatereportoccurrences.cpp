@@ -8,8 +8,8 @@
 
 namespace {
 
-// What a key of the occurrence table says of a count. A key that packs the limit of an optional element in hundreds
-// looks like a limit of its own and is taken as it stands.
+// Whether a key of the occurrence table lets an element stand that often. A key that packs the limit of an optional
+// element in hundreds is taken for a limit as it stands: the table doesn't tell it from one.
 bool KeyAllows(int key, int maxOccurs)
 {
     if (maxOccurs > 0) {
@@ -26,7 +26,7 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
         return;
     }
     m_sLastOccursName = name;
-    // The last name alone doesn't end it where repeated elements nest: the inner name comes in between.
+    // Where repeated elements nest, the inner name is the last one when the outer element's copies come.
     if (m_pDomParser->IsMultiplied(*m_pCurrentElement)) {
         return;
     }
@@ -36,7 +36,7 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         return;
     }
-    m_pDomParser->InsertCopies(maxOccurs - 1);
+    m_pDomParser->Multiply(maxOccurs);
     m_pDomParser->SetNodeToContinue(m_pCurrentElement, true);
 }
 
@@ -59,7 +59,7 @@ void XmlCreateReport::DiscardChoiceItem()
         Error(ITagwright::GENERAL_ERROR);
         return;
     }
-    // The sibling behind it is passed over, whatever the walk may still keep for it.
+    // The sibling behind is passed over: attributes that are kept for it and those behind it get into the document now.
     m_pDomParser->CompleteDocument();
     const QDomElement discarded = *m_pCurrentElement;
     m_pDiscardSuccessor = std::make_unique<QDomElement>(dom::NextSibling(discarded).toElement());

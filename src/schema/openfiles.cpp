@@ -23,17 +23,16 @@ OpenFiles::OpenFiles(const QString &topPath)
 {
 }
 
-bool OpenFiles::Enter(const QString &path, std::size_t openTags)
+QString OpenFiles::Enter(const QString &path, std::size_t openTags)
 {
     const QString canonicalPath = CanonicalPath(path);
     const std::size_t level = m_lFiles.back().m_iLevel + openTags;
-    m_sReason = RefusalOf(canonicalPath, level);
-    if (!m_sReason.isEmpty()) {
-        return false;
+    const QString refusal = RefusalOf(canonicalPath, level);
+    if (refusal.isEmpty()) {
+        m_lFiles.push_back({ canonicalPath, level });
+        ++m_iIncludes;
     }
-    m_lFiles.push_back({ canonicalPath, level });
-    ++m_iIncludes;
-    return true;
+    return refusal;
 }
 
 void OpenFiles::Leave()
@@ -46,20 +45,11 @@ QString OpenFiles::GetCurrent() const
     return m_lFiles.back().m_sPath;
 }
 
-QString OpenFiles::GetReason() const
-{
-    return m_sReason;
-}
-
-bool OpenFiles::IsOpen(const QString &canonicalPath) const
-{
-    return std::any_of(m_lFiles.begin(), m_lFiles.end(),
-                       [&canonicalPath](const File &file) { return file.m_sPath == canonicalPath; });
-}
-
 QString OpenFiles::RefusalOf(const QString &canonicalPath, std::size_t level) const
 {
-    if (IsOpen(canonicalPath)) {
+    const bool isOpen = std::any_of(m_lFiles.begin(), m_lFiles.end(),
+                                    [&canonicalPath](const File &file) { return file.m_sPath == canonicalPath; });
+    if (isOpen) {
         return QStringLiteral("it is being read already");
     }
     if (m_lFiles.size() > limits::kMaxOpenIncludes) {

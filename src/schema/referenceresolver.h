@@ -1,81 +1,58 @@
 #pragma once
 
 #include "schema/schematables.h"
-#include "schema/templatecontent.h"
 
-#include <QHash>
 #include <QStringList>
-#include <queue>
 
-#include <utility>
+#include <set>
 #include <vector>
 
-struct RecordNote;
-struct SchemaRun;
+class SchemaRun;
 
-/// The pass that fills in the references that wait, inner declarations first. It goes over the names in sweeps, each in
-/// the order of the names, and takes in each sweep those that are complete; but it visits only names that have become
-/// complete, so that long chains of types cost no more than their content.
+/// The pass that fills in the references that wait, inner declarations first. It goes over the names that something
+/// waits for in sweeps, each in the order of the names, and applies in each sweep the declarations that are complete.
 class ReferenceResolver
 {
 public:
     ReferenceResolver(MissingMap &missing, TypeMap &types, SchemaRun &run);
     Q_DISABLE_COPY(ReferenceResolver)
 
-    /// Takes away the waiting records of declarations that another file has replaced.
-    void DropReplaced();
-
-    /// Makes what an earlier pass has resolved complete again, for the references that were added since.
-    void Reopen();
-
-    /// Runs the pass. False, traced, if a name is declared nowhere, if names wait for each other, or if a limit of the
-    /// template is broken. What was applied up to then stays.
-    [[nodiscard]] bool Resolve();
+    /// Runs the pass. With `reopen`, declarations that an earlier pass has applied count as complete again, for the
+    /// references that were added since. False, traced, if a name is declared nowhere, if names wait for each other, or
+    /// if a limit of the template is broken. What was applied up to then stays.
+    [[nodiscard]] bool Resolve(bool reopen);
 
 private:
-    using Counts = std::map<int, std::list<MissingElement>>;
-    // A sweep, and in it the place of a name.
-    using Turn = std::pair<int, std::size_t>;
-
+    // A name that something waits for and that is declared.
     struct Key
     {
         const QString *m_pName = nullptr;
-        Counts *m_pCounts = nullptr;
+        std::map<int, std::list<MissingElement>> *m_pCounts = nullptr;
         TypeEntry *m_pEntry = nullptr;
     };
 
-    void CollectKeys();
-    void IndexKeys();
+    void DropReplaced();
+    bool IsReplaced(const MissingElement &record) const;
+    void CollectKeys(bool reopen);
     void RunSweeps();
     bool ReopenWaiting();
-    bool HasWaiting(const Counts &counts) const;
     void Process(const Key &key);
-    void ProcessRecord(TypeEntry &entry, const MissingElement &record, int count);
-    void Apply(const MissingElement &record, int count, RecordNote &note);
-    void ApplyAttributes(const MissingElement &record, const RecordNote &note);
-    void ApplyContent(const MissingElement &record, const RecordNote &note, int times);
-    void InsertContent(const MissingElement &record, const RecordNote &note, int times);
+    void Apply(const MissingElement &record, int times);
+    void ApplyContent(const MissingElement &record, int times);
+    void InsertContent(const MissingElement &record, int times);
     void Lower(const QString &owner, int times);
-
-    bool IsReplaced(const MissingElement &record) const;
-    void DropReplaced(Counts &counts);
-
+    QStringList OpenNames() const;
     void TraceUndeclared() const;
-    void TraceCircle() const;
-    void TraceLimit() const;
-    QStringList CircleNames() const;
 
     MissingMap &m_MissingMap;
     TypeMap &m_TypeMap;
     SchemaRun &m_oRun;
 
-    // The names in their order, up to the first that is declared nowhere.
+    // In the order of the names, up to the first name that is declared nowhere.
     std::vector<Key> m_lKeys;
-    QHash<QString, std::size_t> m_hPlaces;
     const QString *m_pUndeclared = nullptr;
-    std::priority_queue<Turn, std::vector<Turn>, std::greater<Turn>> m_oTurns;
-    Turn m_oTurn = { 1, 0 };
-    std::size_t m_iOpenKeys = 0;
+    // The places of those keys that are to be applied.
+    std::set<std::size_t> m_lComplete;
     // The declaration that is being applied.
     QDomDocumentFragment *m_pSource = nullptr;
 };

@@ -30,6 +30,10 @@ struct MissingElement
     QString m_sOwner;
     /// True: the target is applied as an attribute; false: as content.
     bool m_bAttribute = false;
+    /// True: the target is the base of an extension, and its attributes keep their names.
+    bool m_bBase = false;
+    /// A pass has applied the record; no later one may do so again.
+    bool m_bApplied = false;
 };
 
 /// Every named type and global declaration, by name.

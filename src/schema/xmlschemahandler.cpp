@@ -6,7 +6,8 @@
 #include "schema/referenceresolver.h"
 #include "schema/schematags.h"
 
-#include <array>
+#include <QHash>
+
 #include <utility>
 
 using schematags::UnitName;
@@ -28,16 +29,10 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
     , m_sSchemaPath(schemaPath)
     , m_pOwnRun(std::make_unique<SchemaRun>(schemaPath))
     , m_pRun(m_pOwnRun.get())
-    , m_sFilePath(schemaPath)
 {
 }
 
 XmlSchemaHandler::~XmlSchemaHandler() = default;
-
-void XmlSchemaHandler::SetRootMoves()
-{
-    m_bRootMoves = true;
-}
 
 QDomDocument *XmlSchemaHandler::GetDocument()
 {
@@ -76,27 +71,17 @@ bool XmlSchemaHandler::characters(const QString &)
 
 XmlSchemaHandler::TagReader XmlSchemaHandler::ReaderOf(const QString &tag)
 {
-    struct Row
-    {
-        QLatin1String m_sTag;
-        TagReader m_pRead;
+    static const QHash<QString, TagReader> readers {
+        { QStringLiteral("xs:element"), &XmlSchemaHandler::ReadElement },
+        { QStringLiteral("xs:complexType"), &XmlSchemaHandler::ReadTypeStart },
+        { QStringLiteral("xs:simpleType"), &XmlSchemaHandler::ReadTypeStart },
+        { QStringLiteral("xs:attribute"), &XmlSchemaHandler::ReadAttribute },
+        { QStringLiteral("xs:restriction"), &XmlSchemaHandler::ReadRestriction },
+        { QStringLiteral("xs:extension"), &XmlSchemaHandler::ReadExtension },
+        { QStringLiteral("xs:choice"), &XmlSchemaHandler::ReadChoice },
+        { QStringLiteral("xs:include"), &XmlSchemaHandler::ReadInclude },
     };
-    static const std::array<Row, 8> rows { {
-        { QLatin1String("xs:element"), &XmlSchemaHandler::ReadElement },
-        { QLatin1String("xs:complexType"), &XmlSchemaHandler::ReadTypeStart },
-        { QLatin1String("xs:simpleType"), &XmlSchemaHandler::ReadTypeStart },
-        { QLatin1String("xs:attribute"), &XmlSchemaHandler::ReadAttribute },
-        { QLatin1String("xs:restriction"), &XmlSchemaHandler::ReadRestriction },
-        { QLatin1String("xs:extension"), &XmlSchemaHandler::ReadExtension },
-        { QLatin1String("xs:choice"), &XmlSchemaHandler::ReadChoice },
-        { QLatin1String("xs:include"), &XmlSchemaHandler::ReadInclude },
-    } };
-    for (const Row &row : rows) {
-        if (tag == row.m_sTag) {
-            return row.m_pRead;
-        }
-    }
-    return nullptr;
+    return readers.value(tag, nullptr);
 }
 
 bool XmlSchemaHandler::startElement(const QString &, const QString &, const QString &qName, const QXmlAttributes &atts)
@@ -104,15 +89,18 @@ bool XmlSchemaHandler::startElement(const QString &, const QString &, const QStr
     if (!IsReading()) {
         return true;
     }
-    if (m_iSkippedTags > 0) {
-        ++m_iSkippedTags;
+    if (m_oOpenTags.IsPassingOver()) {
+        m_oOpenTags.Push(OpenTags::Kind::PassedOver);
         return true;
     }
     m_sTag = qName;
-    m_oOpenTags.Push();
+    m_oOpenTags.Push(OpenTags::Kind::Plain);
     const TagReader read = m_bInRestriction ? &XmlSchemaHandler::ReadFacet : ReaderOf(m_sTag);
     if (read != nullptr) {
         (this->*read)(atts);
+    }
+    if (m_pRun->m_oMaker.IsExceeded()) {
+        m_pRun->TraceLimit(QStringLiteral("the tag %1 in %2").arg(m_sTag, WhereText()));
     }
     return true;
 }
@@ -122,11 +110,10 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
     if (!IsReading()) {
         return true;
     }
-    if (m_iSkippedTags > 0) {
-        --m_iSkippedTags;
+    const OpenTags::Kind kind = m_oOpenTags.Pop();
+    if (kind == OpenTags::Kind::PassedOver) {
         return true;
     }
-    const OpenTags::Kind kind = m_oOpenTags.Pop();
     if (qName == QLatin1String("xs:complexType")) {
         EndType(kind);
     } else if (qName == QLatin1String("xs:simpleType")) {
@@ -165,16 +152,14 @@ void XmlSchemaHandler::MoveDown()
         m_oOpenTags.Mark(OpenTags::Kind::UnmovedType);
         return;
     }
-    m_pCurrentElement = m_pRun->m_oArena.Keep(last);
-    ++m_iCurrentLevel;
+    m_pCurrentElement = m_pRun->Keep(last);
 }
 
 void XmlSchemaHandler::MoveUp()
 {
     const QDomNode parent = m_pCurrentElement == nullptr ? QDomNode() : m_pCurrentElement->parentNode();
     if (parent.isElement()) {
-        m_pCurrentElement = m_pRun->m_oArena.Keep(parent.toElement());
-        --m_iCurrentLevel;
+        m_pCurrentElement = m_pRun->Keep(parent.toElement());
     }
 }
 
@@ -183,66 +168,50 @@ void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
     ++m_iTypeDepth;
     if (atts.count() > 0) {
         m_oOpenTags.Mark(OpenTags::Kind::NamedType);
-        m_pFragment = m_pRun->m_oArena.NewFragment(*m_pDocument);
-        m_oNamedType.Open(*m_pDocument, *m_pFragment, m_pRun->m_oBudget);
-        m_sGlobalName = atts.value(0);
-        FileEntry(m_sGlobalName, { true, 0, m_pFragment });
-        m_pGlobalEntry = m_pTypeEntry;
+        StartDeclaration(atts.value(0), true);
     } else if (m_iTypeDepth != 1 && m_sTag == QLatin1String("xs:complexType")) {
         MoveDown();
     }
 }
 
-void XmlSchemaHandler::ReadElement(const QXmlAttributes &atts)
+// Opens the fragment of a named type or of a global declaration, and files its entry.
+void XmlSchemaHandler::StartDeclaration(const QString &name, bool isType)
 {
-    if (m_iTypeDepth == 0) {
-        ReadGlobal(atts);
-    } else {
-        ReadLocalElement(atts);
-    }
+    m_sGlobalName = name;
+    OpenFragment(m_pRun->NewFragment(*m_pDocument), isType);
+    m_pTypeEntry = FileEntry(name, { isType, 0, m_pFragment });
+}
+
+void XmlSchemaHandler::OpenFragment(QDomDocumentFragment *fragment, bool hasPlaceholders)
+{
+    m_pFragment = fragment;
+    m_bHasPlaceholders = hasPlaceholders;
+    m_oCarrier.clear();
+    m_oRestriction.clear();
 }
 
 void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
 {
     if (atts.count() == 0) {
         TracePassedOver();
-        SkipContent();
+        m_oOpenTags.Mark(OpenTags::Kind::PassedOver);
         return;
     }
     m_bInGlobalAttribute = m_bInGlobalAttribute || m_sTag == QLatin1String("xs:attribute");
-    m_sGlobalName = atts.value(0);
-    m_pFragment = m_pRun->m_oArena.NewFragment(*m_pDocument);
-    m_oNamedType.Close();
     m_bInGlobal = true;
-    m_pGlobalFragment = m_pFragment;
-    m_iCurrentLevel = 1;
-    m_pCurrentElement = m_pRun->m_oArena.Keep(m_pDocument->createElement(m_sGlobalName));
-    if (CheckBudget(m_pRun->m_oBudget.Take(m_pFragment, { 1, 0, 1 }, 1))) {
-        m_pFragment->appendChild(*m_pCurrentElement);
-    }
-    FileEntry(m_sGlobalName, { false, 0, m_pFragment });
-    m_pGlobalEntry = m_pTypeEntry;
-    ReadGlobalAttributes(atts);
-}
-
-void XmlSchemaHandler::ReadGlobalAttributes(const QXmlAttributes &atts)
-{
-    const Target target = CurrentTarget();
+    StartDeclaration(atts.value(0), false);
+    m_pCurrentElement = m_pRun->Keep(m_pDocument->createElement(m_sGlobalName));
+    m_pRun->m_oMaker.Append(*m_pFragment, *m_pCurrentElement);
     for (int i = 0; i < atts.count(); ++i) {
         const QString name = atts.qName(i);
         if (name == QLatin1String("default")) {
-            SetAttribute(target, name, atts.value(i));
-        } else if (name == QLatin1String("type") && !ApplyType(atts.value(i), target, m_iCurrentLevel)) {
-            FileRecord(atts.value(i), 1, { m_pCurrentElement, nullptr, m_sGlobalName, false },
-                       { RecordKind::Plain, m_pGlobalFragment, m_iCurrentLevel + 1, false });
+            m_pRun->m_oMaker.SetAttribute(*m_pCurrentElement, name, atts.value(i));
+        } else if (name == QLatin1String("type") && !ApplyType(atts.value(i), *m_pCurrentElement)) {
+            // The declaration doesn't count this reference, and a default behind the type is lost.
+            AddMissingElement(atts.value(i), 1, { m_pCurrentElement, nullptr, m_sGlobalName });
             return;
         }
     }
-}
-
-void XmlSchemaHandler::ReadChoice(const QXmlAttributes &)
-{
-    m_bInChoice = true;
 }
 
 void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
@@ -253,14 +222,14 @@ void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
     }
     m_bHasInclude = true;
     const QString path = IncludePath(atts.value(0));
-    OpenFiles &files = m_pRun->m_oFiles;
-    if (!files.Enter(path, m_oOpenTags.Count())) {
-        TraceRefusedInclude(path);
+    const QString refusal = m_pRun->m_oFiles.Enter(path, m_oOpenTags.Count());
+    if (!refusal.isEmpty()) {
+        TraceRefusedInclude(path, refusal);
         return;
     }
     // A file that can't be read adds nothing; the names that it should have declared are missed in the end.
     RunInclude(path);
-    files.Leave();
+    m_pRun->m_oFiles.Leave();
 }
 
 QString XmlSchemaHandler::IncludePath(const QString &location) const
@@ -277,7 +246,8 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     // The tables move there and back, which leaves them as a copy and its return would.
     XmlSchemaHandler nested(m_pCallback, m_sSchemaPath, std::move(m_MissingMap), std::move(m_OccursMap),
                             std::move(m_TypeMap), std::move(m_ChoiceMap));
-    nested.Join(*m_pRun, path);
+    nested.m_pOwnRun.reset();
+    nested.m_pRun = m_pRun;
     dom::GuardedReader reader;
     reader.setContentHandler(&nested);
     reader.setErrorHandler(&nested);
@@ -286,115 +256,80 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);
     m_ChoiceMap = std::move(nested.m_ChoiceMap);
-    // Only now: a document has no inside before its first node is made.
-    m_pRun->m_oArena.Keep(*nested.m_pDocument);
-    // What is open here looked read to its end from there.
-    m_pRun->m_oAttributes.Drop(m_pFragment);
-    m_pRun->m_oAttributes.Drop(m_pGlobalFragment);
-}
-
-void XmlSchemaHandler::Join(SchemaRun &run, const QString &filePath)
-{
-    m_pRun = &run;
-    m_pOwnRun.reset();
-    m_bIsInclude = true;
-    m_sFilePath = filePath;
+    // Only now: a document handle shares nothing before the first node is made.
+    m_pRun->Keep(*nested.m_pDocument);
 }
 
 bool XmlSchemaHandler::endDocument()
 {
     m_pLocator = nullptr;
-    if (!IsReading() || !ResolveReferences()) {
+    if (!IsReading() || !ReferenceResolver(m_MissingMap, m_TypeMap, *m_pRun).Resolve(m_bHasInclude)) {
         return false;
     }
-    const bool found = ChooseRoot();
-    // Nobody reads the template of an included file.
-    if (!m_bIsInclude) {
-        BuildTemplate(found);
+    ChooseRoot();
+    const bool isInclude = m_pOwnRun == nullptr;
+    if (!isInclude) {
+        BuildTemplate();
     }
     return true;
 }
 
-bool XmlSchemaHandler::ResolveReferences()
+void XmlSchemaHandler::ChooseRoot()
 {
-    ReferenceResolver resolver(m_MissingMap, m_TypeMap, *m_pRun);
-    resolver.DropReplaced();
-    if (m_bHasInclude) {
-        resolver.Reopen();
-    }
-    return resolver.Resolve();
-}
-
-bool XmlSchemaHandler::ChooseRoot()
-{
-    bool found = false;
     for (auto &[name, entry] : m_TypeMap) {
         if (!entry.m_bUsed && entry.m_pFragment != nullptr && entry.m_pFragment->hasChildNodes()) {
             m_pFragment = entry.m_pFragment;
             entry.m_bUsed = true;
-            found = true;
         }
     }
-    return found;
 }
 
-void XmlSchemaHandler::BuildTemplate(bool whole)
+void XmlSchemaHandler::BuildTemplate()
 {
     // There is no other way to a processing instruction of this name. The text has no element, so that the load reports
     // an error after it has made the instruction.
     m_pDocument->setContent(QStringLiteral("<?xml version='1.0' encoding=\"UTF-8\"?>"));
-    if (m_pFragment != nullptr && whole && m_bRootMoves) {
-        m_pDocument->appendChild(*m_pFragment);
-    } else if (m_pFragment != nullptr) {
-        m_pDocument->appendChild(whole ? m_pFragment->cloneNode(true) : content::CloneContent(*m_pFragment));
+    // Without a root candidate the fragment may be that of a named type, or there is none at all.
+    QDomNode child = m_pFragment == nullptr ? QDomNode() : m_pFragment->firstChild();
+    for (; !child.isNull(); child = child.nextSibling()) {
+        if (!TemplateMaker::IsPlaceholder(child)) {
+            m_pDocument->appendChild(child.cloneNode(true));
+        }
     }
 }
 
 bool XmlSchemaHandler::IsReading() const
 {
-    return m_pCallback != nullptr && !m_pRun->m_oBudget.IsExceeded();
+    return m_pCallback != nullptr && !m_pRun->m_oMaker.IsExceeded();
 }
 
-void XmlSchemaHandler::SkipContent()
-{
-    m_oOpenTags.Pop();
-    m_iSkippedTags = 1;
-}
-
-void XmlSchemaHandler::FileEntry(const QString &name, TypeEntry entry)
+TypeEntry *XmlSchemaHandler::FileEntry(const QString &name, TypeEntry entry)
 {
     const auto [place, isNew] = m_TypeMap.try_emplace(name);
-    m_pTypeEntry = &place->second;
-    const bool isOfOtherFile =
-        !isNew && m_pTypeEntry->m_pFragment != nullptr && m_pTypeEntry->m_pFragment->ownerDocument() != *m_pDocument;
-    if (isOfOtherFile) {
+    const QDomDocumentFragment *earlier = place->second.m_pFragment;
+    if (!isNew && earlier != nullptr && earlier->ownerDocument() != *m_pDocument) {
         m_pRun->m_lReplaced.insert(name);
     }
-    *m_pTypeEntry = entry;
+    place->second = entry;
+    return &place->second;
 }
 
-bool XmlSchemaHandler::CheckBudget(bool allowed)
+// The declaration of that name, marked as used, if all that it refers to is there.
+TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
 {
-    if (!allowed && !m_pRun->m_bLimitTraced) {
-        m_pRun->m_bLimitTraced = true;
-        TraceLimit();
+    const auto found = m_TypeMap.find(name);
+    if (found == m_TypeMap.end() || found->second.m_iOpenRefs != 0 || found->second.m_pFragment == nullptr) {
+        return nullptr;
     }
-    return allowed;
+    found->second.m_bUsed = true;
+    return &found->second;
 }
 
 QString XmlSchemaHandler::WhereText() const
 {
-    return m_pLocator == nullptr
-        ? m_sFilePath
-        : QStringLiteral("%1, line %2,").arg(m_sFilePath, QString::number(m_pLocator->lineNumber()));
-}
-
-void XmlSchemaHandler::TraceLimit() const
-{
-    trace::Write(UnitName(), __LINE__, [this] {
-        return QStringLiteral("%1, and the tag %2 in %3 would break this: nothing more is built.")
-            .arg(m_pRun->m_oBudget.GetReason(), m_sTag, WhereText());
-    });
+    const QString path = m_pRun->m_oFiles.GetCurrent();
+    return m_pLocator == nullptr ? path
+                                 : QStringLiteral("%1, line %2,").arg(path, QString::number(m_pLocator->lineNumber()));
 }
 
 void XmlSchemaHandler::TracePassedOver() const
@@ -404,10 +339,9 @@ void XmlSchemaHandler::TracePassedOver() const
     });
 }
 
-void XmlSchemaHandler::TraceRefusedInclude(const QString &path) const
+void XmlSchemaHandler::TraceRefusedInclude(const QString &path, const QString &refusal) const
 {
-    trace::Write(UnitName(), __LINE__, [this, &path] {
-        return QStringLiteral("The include of %1 in %2 is passed over: %3.")
-            .arg(path, WhereText(), m_pRun->m_oFiles.GetReason());
+    trace::Write(UnitName(), __LINE__, [this, &path, &refusal] {
+        return QStringLiteral("The include of %1 in %2 is passed over: %3.").arg(path, WhereText(), refusal);
     });
 }

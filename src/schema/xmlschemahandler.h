@@ -1,11 +1,9 @@
 #pragma once
 
 #include "schema/localdeclaration.h"
-#include "schema/namedtype.h"
 #include "schema/opentags.h"
 #include "schema/schemarun.h"
 #include "schema/schematables.h"
-#include "schema/templatecontent.h"
 
 #include <QDomDocument>
 #include <QString>
@@ -39,10 +37,6 @@ public:
     ~XmlSchemaHandler() override;
     Q_DISABLE_COPY(XmlSchemaHandler)
 
-    /// For an owner that reads nothing but the template: the root's content is handed over to it instead of copied, and
-    /// its entry in the tables is left with an empty fragment. To be called before the run.
-    void SetRootMoves();
-
     /// The template: empty until a run has succeeded, then the instruction and the root element. Never null; the
     /// handler keeps it.
     QDomDocument *GetDocument();
@@ -68,82 +62,57 @@ public:
 private:
     using TagReader = void (XmlSchemaHandler::*)(const QXmlAttributes &atts);
 
-    // An element to write to, and the fragment that it stands in. A null element takes nothing.
-    struct Target
-    {
-        QDomElement m_oElement;
-        QDomDocumentFragment *m_pFragment = nullptr;
-    };
-
+    // xmlschemahandler.cpp: dispatch, types and global declarations, includes, the root.
     static TagReader ReaderOf(const QString &tag);
-    void ReadInclude(const QXmlAttributes &atts);
     void ReadTypeStart(const QXmlAttributes &atts);
-    void ReadElement(const QXmlAttributes &atts);
-    void ReadGlobal(const QXmlAttributes &atts);
-    void ReadGlobalAttributes(const QXmlAttributes &atts);
-    void ReadLocalElement(const QXmlAttributes &atts);
-    void ReadAttribute(const QXmlAttributes &atts);
-    void ReadRestriction(const QXmlAttributes &atts);
-    void ReadExtension(const QXmlAttributes &atts);
-    void ReadChoice(const QXmlAttributes &atts);
-    void ReadFacet(const QXmlAttributes &atts);
-
     void EndType(OpenTags::Kind kind);
-    void EndRestriction();
-    void EndChoice();
-
     void MoveDown();
     void MoveUp();
-    void Place(const QDomNode &node);
+    void StartDeclaration(const QString &name, bool isType);
+    void OpenFragment(QDomDocumentFragment *fragment, bool hasPlaceholders);
+    void ReadGlobal(const QXmlAttributes &atts);
+    void ReadInclude(const QXmlAttributes &atts);
+    QString IncludePath(const QString &location) const;
+    void RunInclude(const QString &path);
+    void ChooseRoot();
+    void BuildTemplate();
+    bool IsReading() const;
+    TypeEntry *FileEntry(const QString &name, TypeEntry entry);
+    TypeEntry *UseComplete(const QString &name);
+    QString WhereText() const;
+    void TracePassedOver() const;
+    void TraceRefusedInclude(const QString &path, const QString &refusal) const;
+
+    // xmlschemaelements.cpp: local elements and choices.
+    void ReadElement(const QXmlAttributes &atts);
+    void ReadLocalElement(const QXmlAttributes &atts);
+    void ReadChoice(const QXmlAttributes &atts);
     void MakeCopies(const LocalDeclaration &local);
-    void MakeLocalElement(const LocalDeclaration &local);
     void MakeReferences(const LocalDeclaration &local);
     void FileLimits(const LocalDeclaration &local);
-
-    bool ApplyType(const QString &type, Target target, int level);
-    void ApplyReference(const QDomDocumentFragment &source, Target target);
-    void ApplyBase(const QDomDocumentFragment &source, Target target);
-    void SetAttribute(Target target, const QString &name, const QString &value);
-
+    bool ApplyType(const QString &type, QDomElement target);
     void WaitForType(const LocalDeclaration &local);
     void WaitForCopies(const LocalDeclaration &local);
     void MakeModel(const LocalDeclaration &local);
-    QDomElement *AppendPlace();
     void WaitForReference(const LocalDeclaration &local);
-    void WaitForAttributes(const QString &name, const Target &target, RecordKind kind);
+    QDomElement *AppendPlace();
     void RaiseOpenRefs();
-    void FileRecord(const QString &name, int count, MissingElement record, RecordNote note);
+    QDomNode ContentParent() const;
 
-    Target CurrentTarget() const;
-    Target LastTarget() const;
-    Target LocalTarget() const;
-    Target CarrierTarget();
-    Target RestrictionTarget();
-    Target AttributeTarget();
-    Target ExtensionTarget();
-
-    bool IsReading() const;
-    void SkipContent();
-    void FileEntry(const QString &name, TypeEntry entry);
-    TypeEntry *FindComplete(const QString &name);
-    TypeEntry *UseComplete(const QString &name);
-    const content::AttributeList &AttributesOf(const QDomDocumentFragment &fragment);
-    QDomDocumentFragment *TargetFragment() const;
-    int TargetLevel() const;
-    bool ResolveReferences();
-    bool ChooseRoot();
-    void BuildTemplate(bool whole);
-
-    void Join(SchemaRun &run, const QString &filePath);
-    QString IncludePath(const QString &location) const;
-    void RunInclude(const QString &path);
-
-    bool CheckBudget(bool allowed);
-    Extent ExtentOfCopy(const LocalDeclaration &local);
-    QString WhereText() const;
-    void TraceLimit() const;
-    void TracePassedOver() const;
-    void TraceRefusedInclude(const QString &path) const;
+    // xmlschemaattributes.cpp: attributes, restrictions and extensions, and the elements that they write to.
+    void ReadAttribute(const QXmlAttributes &atts);
+    void ReadRestriction(const QXmlAttributes &atts);
+    void ReadFacet(const QXmlAttributes &atts);
+    void ReadExtension(const QXmlAttributes &atts);
+    void SetType(const QDomElement &target, const QString &type);
+    void WaitForAttributes(const QString &name, const QDomElement &target, bool isBase);
+    QDomElement LastElement() const;
+    QDomElement LocalTarget() const;
+    QDomElement AttributeTarget();
+    QDomElement RestrictionTarget();
+    QDomElement ExtensionTarget(bool isBuiltIn);
+    QDomElement Carrier();
+    QDomElement Restriction();
 
     QString m_sTag;
     ITagwright *m_pCallback = nullptr;
@@ -159,10 +128,10 @@ private:
     bool m_bInGlobal = false;
     bool m_bInGlobalAttribute = false;
     bool m_bHasInclude = false;
-    bool m_bRootMoves = false;
     QDomElement *m_pCurrentElement = nullptr;
     std::unique_ptr<QDomDocument> m_pDocument;
     QDomDocumentFragment *m_pFragment = nullptr;
+    // The entry of m_sGlobalName. Entries keep their place in the table, also when it moves to an include and back.
     TypeEntry *m_pTypeEntry = nullptr;
     MissingElement *m_pMissingElement = nullptr;
     QDomElement *m_pLocalElement = nullptr;
@@ -172,20 +141,13 @@ private:
     // The run that this handler has begun itself; the handler of an include joins the one that includes it.
     std::unique_ptr<SchemaRun> m_pOwnRun;
     SchemaRun *m_pRun = nullptr;
-    bool m_bIsInclude = false;
-    // The file that is read here, for traces.
-    QString m_sFilePath;
     QXmlLocator *m_pLocator = nullptr;
 
     OpenTags m_oOpenTags;
-    // Tags that are open below one that is passed over with its content, that one included.
-    int m_iSkippedTags = 0;
-    NamedType m_oNamedType;
-    // The entry of m_sGlobalName. Entries keep their place in the table, also when it moves to an include and back.
-    TypeEntry *m_pGlobalEntry = nullptr;
-    // Where m_pCurrentElement stands: its declaration's fragment, and its level there (1 for the declared element).
-    QDomDocumentFragment *m_pGlobalFragment = nullptr;
-    int m_iCurrentLevel = 0;
-    // The fragment that m_pLocalElement stands in.
-    QDomDocumentFragment *m_pLocalFragment = nullptr;
+    // Whether m_pFragment belongs to a named type: no other declaration takes placeholders.
+    bool m_bHasPlaceholders = false;
+    // The placeholder that gives its attributes to elements of the named type; null as long as nothing needs it.
+    QDomElement m_oCarrier;
+    // The placeholder of the restriction that is open; null as long as nothing needs it.
+    QDomElement m_oRestriction;
 };

@@ -104,7 +104,7 @@ void TestCommentDialog::cleanup()
     for (QWidget *widget : QApplication::topLevelWidgets()) {
         widget->hide();
     }
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
     m_pRun.reset();
 }
@@ -123,31 +123,11 @@ CommentDialogImpl *TestCommentDialog::Open(bool isReadable)
 
 void TestCommentDialog::HasItsForm()
 {
-    // When it is shown it may grow by what this platform's font needs.
-    QCOMPARE(CommentDialogImpl().size(), QSize(392, 300));
-    QCOMPARE(CommentDialogImpl().minimumSize(), QSize(90, 0));
     CommentDialogImpl *dialog = Open();
     QVERIFY(dialog != nullptr);
     QVERIFY(dialog->isSizeGripEnabled() && !dialog->isModal() && dialog->parent() == nullptr);
     QCOMPARE(dialog->windowFlags() & ~Qt::WindowType_Mask,
              Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
-    // Two texts in a grid and the editor over its whole width, then the buttons.
-    const auto *grid = dialog->findChild<QGridLayout *>(QStringLiteral("gridLayout"));
-    const auto place = [&](const char *name) {
-        int row = 0, column = 0, rows = 0, columns = 0;
-        grid->getItemPosition(grid->indexOf(dialog->findChild<QWidget *>(QLatin1String(name))), &row, &column, &rows,
-                              &columns);
-        return QStringLiteral("%1 %2 %3").arg(row).arg(column).arg(columns);
-    };
-    QCOMPARE(place("m_pFreqTextLabel") + QLatin1Char(',') + place("m_pTimeLabel") + QLatin1Char(',')
-                 + place("m_pTextEdit"),
-             QStringLiteral("0 0 1,1 3 1,4 0 4"));
-    for (const char *name : { "Frequency", "Level", "Bandwidth", "Time", "Azimuth" }) {
-        const auto *label = dialog->findChild<QLabel *>(QStringLiteral("m_p%1Label").arg(QLatin1String(name)));
-        QCOMPARE(label->frameStyle(), QFrame::Panel | QFrame::Sunken);
-        QCOMPARE(label->minimumWidth(), qstrlen(name) > 5 && qstrcmp(name, "Time") != 0 ? 90 : 130);
-    }
-    QCOMPARE(dialog->m_pTextEdit->toolTip() + dialog->m_pTextEdit->whatsThis(), QStringLiteral("commentcomment"));
 
     // The editor has the focus, and the tab key leads on to the buttons.
     QCOMPARE(dialog->focusWidget(), static_cast<QWidget *>(dialog->m_pTextEdit));
@@ -317,7 +297,7 @@ void TestCommentDialog::OutlivesItsControl()
     const QPointer<CommentDialogImpl> dialog = Open();
     const QPointer<VCReporting> control = m_pControl.release();
     toolBar.reset();
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(control.isNull());
     QVERIFY(dialog != nullptr && dialog->isVisible());
     QTest::keyClicks(dialog->m_pTextEdit, QStringLiteral("typed"));
@@ -326,7 +306,7 @@ void TestCommentDialog::OutlivesItsControl()
     } else {
         QTest::keyClick(dialog->m_pTextEdit, Qt::Key_Escape);
     }
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(dialog.isNull());
     QCOMPARE(m_pRun->LatestReport().contains(QLatin1String("<Comment>typed</Comment>")), saves);
 }
@@ -339,7 +319,7 @@ void TestCommentDialog::GoesOnceItIsSuperseded()
     // The latest stays until the next report, an earlier one goes when it has ended.
     second->close();
     first->close();
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(first.isNull() && second != nullptr);
     const QPointer<CommentDialogImpl> third = Open();
     QVERIFY(second.isNull() && third != nullptr);

@@ -66,31 +66,6 @@ private Q_SLOTS:
         dialog.close();
         QCOMPARE(asked, QString::fromUtf8("Warnung|Sie haben einen Kommentar eingegeben. Möchten Sie ihn speichern?"));
     }
-
-    void cutsNoTextAtItsLength_data()
-    {
-        QTest::addColumn<QLocale>("locale");
-        QTest::newRow("english") << QLocale::c();
-        QTest::newRow("german") << QLocale(QLocale::German);
-        QTest::newRow("french") << QLocale(QLocale::French);
-    }
-    void cutsNoTextAtItsLength()
-    {
-        QFETCH(QLocale, locale);
-        TranslationCenter::Instance().SetLocale(locale);
-        CommentDialogImpl dialog;
-        QDomDocument document;
-        dialog.SetDocument(&document);
-        dialog.ShowData();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        const QList<QWidget *> widgets = dialog.findChildren<QWidget *>();
-        for (const QWidget *widget : widgets) {
-            if (qobject_cast<const QLabel *>(widget) != nullptr
-                || qobject_cast<const QPushButton *>(widget) != nullptr) {
-                QVERIFY2(widget->width() >= widget->sizeHint().width(), qPrintable(widget->objectName()));
-            }
-        }
-    }
 };
 
 QTEST_MAIN(TestTranslations)

@@ -1,7 +1,8 @@
-#include "literalreceiver.h"
 #include "support/controlrun.h"
 
-#include <QRandomGenerator>
+#include "control/reportdata.h"
+#include "events/xmlevent.h"
+
 #include <QtTest>
 
 namespace {
@@ -9,7 +10,7 @@ namespace {
 /// Gives an announced element the attributes that the case wants, so that any template can be had.
 using Decorate = std::function<void(QDomElement &)>;
 
-/// A receiver whose templates can be changed, and which notes what its document looks like after each element.
+/// A receiver whose templates can be changed.
 template <typename Receiver>
 class Watched : public Receiver
 {
@@ -17,7 +18,6 @@ public:
     using Receiver::Receiver;
 
     Decorate m_fnDecorate;
-    QStringList m_lStates;
 
     void XmlUpdate(XmlEvent *event) override
     {
@@ -38,7 +38,6 @@ public:
         }
         ElemBeginEvent decorated(element, element.tagName(), attributes, QString());
         Receiver::XmlUpdate(&decorated);
-        m_lStates << ControlRun::WithoutTimes(ToText(element.parentNode()));
     }
 };
 
@@ -85,14 +84,6 @@ struct Item
         Explicitly([&](auto value) {
             control.AddExplicitReportData(m_sName, value, m_iMaxOccurs, QString(), m_iExponent, m_sUnit);
         });
-    }
-    void AddTo(LiteralReceiver &literal) const
-    {
-        literal.m_lItems.emplace_back(m_sName, QString(), m_bExplicit ? QString() : m_sValue, m_iMaxOccurs, QString(),
-                                      m_iExponent, m_sUnit, false);
-        if (m_bExplicit) {
-            Explicitly([&](auto value) { literal.m_lItems.back().SetExplicitData(value); });
-        }
     }
 
     QString m_sName;
@@ -201,8 +192,6 @@ private Q_SLOTS:
     void ServesParentsAndLists();
     void StampsTimeElements();
     void TracesAUnitThatIsNoText();
-    void DoesWhatTheLiteralLoopDoes_data();
-    void DoesWhatTheLiteralLoopDoes();
 
 private:
     /// Runs a control over `items` and gives what stands below the root.
@@ -289,77 +278,10 @@ void TestValueResolution::TracesAUnitThatIsNoText()
     const ControlRun run;
     const auto control = MakeWatched(run);
     control->m_fnDecorate = SetAttributes(QStringLiteral("type=double Unit=xs:double"));
-    const TraceLog log;
+    const TraceCapture log;
     QCOMPARE(Report(run, *control, QStringLiteral("A=1@m")), QStringLiteral("<A Unit='xs:double'>1</A>"));
-    QVERIFY(TraceLog::Lines().contains(QStringLiteral(
+    QVERIFY(TraceCapture::Lines().contains(QStringLiteral(
         "VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_STRING: m_iIndex is not valid.")));
-}
-
-void TestValueResolution::DoesWhatTheLiteralLoopDoes_data()
-{
-    QTest::addColumn<bool>("deleteAfterUse");
-    QTest::newRow("items stay") << false;
-    QTest::newRow("items go") << true;
-}
-
-// Random lists over random templates: names that meet each other as element, attribute and pair, and texts that read as
-// types, so that each write shows in what the next one may do.
-void TestValueResolution::DoesWhatTheLiteralLoopDoes()
-{
-    QFETCH(bool, deleteAfterUse);
-    const QString leaf = QStringLiteral("<xs:element name='%1' type='xs:string' maxOccurs='3'/>");
-    const ControlRun run(leaf.arg(QLatin1String("A")) + leaf.arg(QLatin1String("Unit"))
-                         + QStringLiteral("<xs:element name='S'><xs:complexType><xs:sequence>")
-                         + leaf.arg(QLatin1String("A")) + leaf.arg(QLatin1String("DateTime"))
-                         + QStringLiteral("</xs:sequence></xs:complexType></xs:element>")
-                         + leaf.arg(QLatin1String("default")));
-    const QStringList names =
-        Texts({ "A", "S", "S/A", "R/A", "R/S", "Unit", "DateTime", "DFDateTime", "default", "x", "S/DateTime", "Z" });
-    const QStringList attributes = Texts({ "A", "Unit", "DateTime", "DFDateTime", "default", "x", "Z" });
-    const QStringList types = Texts({ "string", "double", "integer", "dateTime", "short", "boolean", "decimal" });
-    const QStringList values =
-        Texts({ "=5", "=dateTime", "=string", "=xs:double", "=-7.25", "=99999999999", "=integer",
-                "=2024-05-06T07:08:09", "=", ":btrue", ":l7", ":l3000000000", ":d2.5", ":tdateTime", ":t-3" });
-    const QStringList tails = Texts({ "", "", "^1", "*2", "@u" });
-    QRandomGenerator random(20240506);
-    const auto pick = [&random](const QStringList &list) { return list.at(random.bounded(list.size())); };
-
-    for (int round = 0; round < 400; ++round) {
-        const auto control = MakeWatched(run, deleteAfterUse);
-        Watched<LiteralReceiver> literal;
-        literal.m_bDeleteAfterUse = deleteAfterUse;
-        for (int i = random.bounded(9); i > 0; --i) {
-            const Item item(pick(names) + pick(values) + pick(tails));
-            item.AddTo(*control);
-            item.AddTo(literal);
-            if (random.bounded(5) == 0) {
-                const QString name = pick(names);
-                control->DeleteReportData(name);
-                literal.Delete(name);
-            }
-        }
-        const quint32 seed = random.generate();
-        const auto decorate = [&, generator = QRandomGenerator(seed)](QDomElement &element) mutable {
-            const bool hasType = element.hasAttribute(QStringLiteral("type"));
-            for (const QString &name : attributes) {
-                if (generator.bounded(4) == 0) {
-                    element.setAttribute(name, types.at(generator.bounded(types.size())));
-                }
-            }
-            if (hasType) {
-                element.setAttribute(QStringLiteral("type"), types.at(generator.bounded(types.size())));
-            }
-        };
-        control->m_fnDecorate = decorate;
-        literal.m_fnDecorate = decorate;
-        QVERIFY(control->SlotToReport());
-        const QString report = run.LatestReport();
-        const QString literalPath = run.ReportFolder() + QStringLiteral("/literal.xml");
-        QVERIFY(literal.MakeReport(run.SchemaPath(), literalPath));
-        QCOMPARE(control->m_lStates, literal.m_lStates);
-        QCOMPARE(report, run.LatestReport());
-        QVERIFY(QFile::remove(literalPath));
-    }
 }
 
 QTEST_MAIN(TestValueResolution)

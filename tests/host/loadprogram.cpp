@@ -4,7 +4,7 @@
 #include "host/ostrel.h"
 #endif
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QLibrary>
 
 #include <cstdio>
@@ -41,22 +41,49 @@ const char *LoadAndUnload(const char *path)
     if (!library.load() || !IsRegistered(true)) {
         return "it isn't registered while it is loaded";
     }
+#ifdef WITH_HOST
+    const QStringList names = TranslationCenter::Instance().GetNames();
+#endif
     if (!library.unload() || IsMapped(path)) {
         return "it stays in the process";
     }
+#ifdef WITH_HOST
+    if (names != QStringList(QStringLiteral("Tagwright"))) {
+        return "its name is gone with it";
+    }
+#endif
     return IsRegistered(false) ? nullptr : "it is registered behind its end";
+}
+
+/// Lets a module that uses the library show comment dialogs, and unloads both.
+const char *ShowDialogs(const char *path, const char *module)
+{
+    QLibrary user(QString::fromLocal8Bit(module));
+    using Show = bool (*)();
+    const auto show = reinterpret_cast<Show>(user.resolve("ShowDialogs"));
+    if (show == nullptr || !show()) {
+        return "no dialogs";
+    }
+    return user.unload() && !IsMapped(path) ? nullptr : "it stays in the process behind its dialogs";
 }
 
 } // namespace
 
+/// LIBRARY MODULE
 int main(int argc, char *argv[])
 {
-    const char *path = argc > 1 ? argv[1] : "";
+    if (argc != 3) {
+        return 2;
+    }
+    const char *path = argv[1];
     const char *fault = LoadAndUnload(path);
     fault = fault == nullptr ? LoadAndUnload(path) : fault;
-    // What an unloaded library had left with Qt would be called now.
-    const QCoreApplication application(argc, argv);
-    fault = fault == nullptr ? LoadAndUnload(path) : fault;
+    {
+        const QApplication application(argc, argv);
+        fault = fault == nullptr ? LoadAndUnload(path) : fault;
+        fault = fault == nullptr ? ShowDialogs(path, argv[2]) : fault;
+        // Whatever an unloaded library had left with Qt would be called now.
+    }
     QLibrary library(QString::fromLocal8Bit(path));
     if (fault == nullptr && (!library.load() || !IsRegistered(true))) {
         fault = "it can't be kept to the end";

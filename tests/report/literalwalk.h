@@ -4,6 +4,8 @@
 #include "events/eventsender.h"
 #include "schema/schematables.h"
 
+#include <algorithm>
+
 /// The walk told literally: recursive, and with each question to the occurrence table answered by searches of the whole
 /// document. DomParser is held against it.
 class LiteralWalk
@@ -16,8 +18,8 @@ public:
     {
     }
 
-    QDomDocument m_oDocument;
-    QDomElement m_oCurrent;
+    void SetDocument(QDomDocument *document) { m_oDocument = *document; }
+    QDomElement *GetCurrentElement() { return &m_oCurrent; }
 
     void SetNodeToContinue(QDomNode *node, bool stayOnNode)
     {
@@ -35,28 +37,10 @@ public:
     void Parse()
     {
         SendEvent<DocBeginEvent>(m_pCallback);
-        const QDomElement root = m_oDocument.documentElement();
-        m_oCurrent = root;
-        Announce(root, QString());
-        WalkChildren(root, true);
+        m_oCurrent = m_oDocument.documentElement();
+        Announce(m_oCurrent, QString());
+        WalkChildren(QDomElement(m_oCurrent), true);
         SendEvent<DocEndEvent>(m_pCallback);
-    }
-
-    template <typename KeyTest>
-    bool IsFound(const QString &name, const QString &tagName, const QDomElement &element, KeyTest keyApplies) const
-    {
-        const auto row = m_OccursMap.find(name);
-        bool result = false;
-        for (const auto &[key, parents] : row == m_OccursMap.end() ? OccursMap::mapped_type() : row->second) {
-            for (const QString &parent : keyApplies(key) ? parents : std::list<QString>()) {
-                for (const QDomNode &node : GetElement(parent, QString())) {
-                    for (const QDomNode &found : GetElement(tagName, node.nodeName())) {
-                        result = result || found == element;
-                    }
-                }
-            }
-        }
-        return result;
     }
 
 private:
@@ -66,10 +50,10 @@ private:
         QString text;
         while (!child.isNull() && (isTop || child.nodeType() != QDomNode::TextNode)) {
             m_oCurrent = child.toElement();
+            const QString value = m_oCurrent.attribute(QStringLiteral("default"));
             if (child.firstChild().nodeType() == QDomNode::TextNode) {
                 text = child.firstChild().nodeValue();
-            } else if (const QString value = m_oCurrent.attribute(QStringLiteral("default"));
-                       !isTop && !value.isEmpty()) {
+            } else if (!isTop && !value.isEmpty()) {
                 m_oCurrent.removeAttribute(QStringLiteral("default"));
                 m_oCurrent.appendChild(m_oDocument.createTextNode(value));
             }
@@ -94,8 +78,7 @@ private:
     bool HandleUnset()
     {
         const bool isPending = !m_oPending.isNull();
-        const QString name = m_oCurrent.tagName();
-        if (!isPending && !CheckOccursMap(name) && !IsChoiceItem(name)) {
+        if (!isPending && !CheckOccursMap(m_oCurrent.tagName()) && !IsChoiceItem(m_oCurrent.tagName())) {
             SendEvent<ErrorEvent>(m_pCallback, ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
             return false;
         }
@@ -122,8 +105,18 @@ private:
     {
         if (m_OccursMap.count(name) == 0) {
             SendEvent<ErrorEvent>(m_pCallback, ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+            return false;
         }
-        return IsFound(name, name, m_oCurrent, [](int key) { return key % 100 == 0; });
+        bool result = false;
+        for (const auto &[key, parents] : m_OccursMap.at(name)) {
+            for (const QString &parent : key % 100 == 0 ? parents : std::list<QString>()) {
+                for (const QDomNode &node : GetElement(parent, QString())) {
+                    const std::list<QDomNode> found = GetElement(name, node.nodeName());
+                    result = result || std::find(found.begin(), found.end(), m_oCurrent) != found.end();
+                }
+            }
+        }
+        return result;
     }
 
     bool IsChoiceItem(const QString &name) const
@@ -146,8 +139,10 @@ private:
     }
 
     ITagwright *m_pCallback;
+    QDomDocument m_oDocument;
     OccursMap m_OccursMap;
     ChoiceMap m_ChoiceMap;
+    QDomElement m_oCurrent;
     QDomElement m_oPending;
     QDomNode m_oResume;
     QDomNode *m_pResume = nullptr;

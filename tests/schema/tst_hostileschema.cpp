@@ -3,15 +3,14 @@
 #include "support/schemareading.h"
 #include "support/tracecapture.h"
 
-#include "dom/fileguard.h"
-#include "dom/limits.h"
+#include "dom/nodewalk.h"
 
 #include <QtTest>
 
 #include <sys/stat.h>
 
 /// Any file at all may stand where a schema should. Each case runs in a child with a small stack and little memory and
-/// time, in the way in which the library reads a schema: first the guard, then the reader.
+/// time, in the way in which the library reads a schema.
 class TestHostileSchema : public QObject
 {
     Q_OBJECT
@@ -20,33 +19,25 @@ private Q_SLOTS:
     void comesToAnEnd_data();
     void comesToAnEnd();
     void nothingThatBlocksIsIncluded();
-    void limitsAreExact_data();
-    void limitsAreExact();
 };
 
 namespace {
-
-int CountElements(const QDomNode &parent)
-{
-    int count = 0;
-    for (QDomElement child = parent.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
-        count += 1 + CountElements(child);
-    }
-    return count;
-}
 
 // Reads the file, and tells the result, the number of the template's elements and what was traced.
 QByteArray ReadSchema(const QString &path)
 {
     const TraceCapture capture;
-    const QString reason = dom::CheckXmlFile(path);
-    if (!reason.isEmpty()) {
-        return "refused: " + reason.toUtf8();
-    }
     SchemaReading reading(path);
-    const bool result = reading.ReadFile(path);
-    const int elements = CountElements(*reading.m_oHandler.GetDocument());
-    return QByteArray::number(result) + ' ' + QByteArray::number(elements) + ' ' + capture.Text().toUtf8();
+    const bool result = reading.m_oReader.ReadFile(path);
+    int elements = 0;
+    for (dom::NodeWalk walk(*reading.m_oHandler.GetDocument()); !walk.AtEnd(); walk.Next()) {
+        elements += walk.Node().isElement() ? 1 : 0;
+    }
+    return QStringLiteral("%1 %2 %3 %4")
+        .arg(result)
+        .arg(elements)
+        .arg(reading.m_oReader.GetRefusal(), capture.Text())
+        .toUtf8();
 }
 
 struct Case
@@ -59,7 +50,6 @@ struct Case
 };
 
 const Case kCases[] = {
-    { "empty", "", "0 0 " },
     { "truncated", "<xs:schema><xs:element name='a'><xs:complexType><xs:elem", "0 0 " },
     { "another XML", "<html><body>text</body></html>", "1 0 " },
     { "another prefix", "<xsd:schema><xsd:element name='a'/></xsd:schema>", "1 0 " },
@@ -67,22 +57,22 @@ const Case kCases[] = {
       "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' minOccurs='1e9'/>"
       "<xs:element name='b' minOccurs='99999999999' maxOccurs='-'/></xs:complexType></xs:element></xs:schema>",
       "1 3 " },
-    { "far too many copies",
-      "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' minOccurs='5000000'/></xs:complexType>"
+    { "as many copies as may be",
+      "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' minOccurs='499999'/></xs:complexType>"
       "</xs:element></xs:schema>",
-      "0 0 a template holds" },
+      "1 500000 " },
+    { "one copy more",
+      "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' minOccurs='500000'/></xs:complexType>"
+      "</xs:element></xs:schema>",
+      "0 0 .*all declarations hold at most 500000 elements, and the tag xs:element in .*case.xsd, line 1, would" },
     { "far too many copies of a later type",
-      "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' type='T' minOccurs='5000000'/>"
+      "<xs:schema><xs:element name='r'><xs:complexType><xs:element name='a' type='T' minOccurs='2000000000'/>"
       "</xs:complexType></xs:element><xs:complexType name='T'/></xs:schema>",
-      "0 0 a template holds" },
+      "0 0 .*all declarations hold at most 500000 elements, and \"a\" in .*case.xsd would" },
     { "far too many references to an earlier element",
-      "<xs:schema><xs:element name='e'/><xs:element name='r'><xs:complexType><xs:element ref='e' minOccurs='5000000'/>"
-      "</xs:complexType></xs:element></xs:schema>",
-      "0 0 a template holds" },
-    { "far too many references to a later element",
-      "<xs:schema><xs:element name='r'><xs:complexType><xs:element ref='e' minOccurs='5000000'/></xs:complexType>"
-      "</xs:element><xs:element name='e'/></xs:schema>",
-      "0 0 a template holds" },
+      "<xs:schema><xs:element name='e'/><xs:element name='r'><xs:complexType>"
+      "<xs:element ref='e' minOccurs='2000000000'/></xs:complexType></xs:element></xs:schema>",
+      "0 0 .*500000 elements" },
     { "very many references to nothing",
       "<xs:schema><xs:complexType name='T'/><xs:element name='r'><xs:complexType>"
       "<xs:element ref='T' minOccurs='2000000000'/><xs:element ref='L' minOccurs='2000000000'/></xs:complexType>"
@@ -92,59 +82,60 @@ const Case kCases[] = {
       "<xs:schema><xs:complexType name='T'>{50000|<xs:restriction base='xs:int'/>}<xs:element name='x'/>"
       "</xs:complexType><xs:element name='r'><xs:complexType><xs:element name='a' type='T' minOccurs='200000'/>"
       "</xs:complexType></xs:element></xs:schema>",
-      "0 0 a template holds" },
-    { "far too many copies in a named type",
-      "<xs:schema><xs:complexType name='T'><xs:element name='a' minOccurs='5000000'/></xs:complexType></xs:schema>",
-      "0 0 a template holds" },
+      "0 0 .*500000 elements" },
     { "types that double",
       "<xs:schema><xs:complexType name='T10000'><xs:element name='x'/></xs:complexType>{40|<xs:complexType name='T^'>"
       "<xs:element name='e' type='T#'/><xs:element name='f' type='T#'/></xs:complexType>}</xs:schema>",
-      "0 0 all declarations hold at most 500000 elements" },
+      "0 0 .*500000 elements" },
     { "types that double, declared the other way round",
       "<xs:schema>{-40|<xs:complexType name='T^'><xs:element name='e' type='T#'/><xs:element name='f' type='T#'/>"
       "</xs:complexType>}<xs:complexType name='T10000'><xs:element name='x'/></xs:complexType></xs:schema>",
-      "0 0 all declarations hold at most 500000 elements" },
+      "0 0 .*500000 elements" },
     { "a type that holds itself many times",
       "<xs:schema><xs:complexType name='T'><xs:element name='a' type='T' minOccurs='40'/></xs:complexType></xs:schema>",
-      "0 0 a template holds" },
+      "0 0 .*500000 elements" },
     { "many copies of many enumerations",
-      "<xs:schema><xs:simpleType name='S'><xs:restriction base='xs:string'>{1000|<xs:enumeration value='v'/>}"
+      "<xs:schema><xs:simpleType name='S'><xs:restriction base='xs:string'>{1999|<xs:enumeration value='v'/>}"
       "</xs:restriction></xs:simpleType><xs:element name='r'><xs:complexType>"
       "<xs:element name='a' type='S' minOccurs='200000'/></xs:complexType></xs:element></xs:schema>",
-      "0 0 all declarations hold at most 2000000 attributes" },
+      "0 0 .*all declarations hold at most 1000000 attributes" },
     { "very many enumerations",
-      "<xs:schema><xs:simpleType name='S'><xs:restriction base='xs:string'>{50000|<xs:enumeration value='v'/>}"
+      "<xs:schema><xs:simpleType name='S'><xs:restriction base='xs:string'>{2000|<xs:enumeration value='v'/>}"
       "</xs:restriction></xs:simpleType></xs:schema>",
-      "0 0 an element holds at most 10000 attributes" },
+      "0 0 .*an element holds at most 2000 attributes" },
     { "many attributes that are listed many times",
-      "<xs:schema><xs:element name='r'><xs:complexType>{4900|<xs:attribute name='a#'/>}{300|<xs:extension base='r'/>}"
+      "<xs:schema><xs:element name='r'><xs:complexType>{2000|<xs:attribute name='a#'/>}{1000|<xs:extension base='r'/>}"
       "</xs:complexType></xs:element></xs:schema>",
-      "0 0 the attributes of types are listed in at most 250000000 steps" },
+      "0 0 .*1000000 attributes" },
     { "a deep chain of types",
       "<xs:schema><xs:complexType name='T10000'/>{3000|<xs:complexType name='T^'><xs:element name='e' type='T#'/>"
       "</xs:complexType>}</xs:schema>",
-      "0 0 a template nests at most 500" },
-    { "a deep chain of later types",
-      "<xs:schema>{-3000|<xs:complexType name='T^'><xs:element name='e' type='T#'/></xs:complexType>}"
-      "<xs:complexType name='T10000'/></xs:schema>",
-      "0 0 a template nests at most 500" },
-    { "a deep chain of elements whose own counts stay at none",
+      "0 0 .*a template nests at most 500" },
+    { "a deep chain of later elements whose own counts stay at none",
       "<xs:schema>{-3000|<xs:element name='a^'><xs:complexType mixed='true'><xs:element ref='a#'/></xs:complexType>"
       "</xs:element>}<xs:element name='a10000'/></xs:schema>",
-      "0 0 a template nests at most 500" },
-    { "a file that includes itself",
-      "<xs:schema>{2|<xs:include schemaLocation='case.xsd'/>}<xs:element name='r'/></xs:schema>",
-      "1 1 The include of" },
-    { "entities that multiply",
-      "<!DOCTYPE a [<!ENTITY a10000 'aaaaaaaaaaaaaaaaaaaa'>{9|<!ENTITY a^ "
-      "'&a#;&a#;&a#;&a#;&a#;&a#;&a#;&a#;&a#;&a#;'>}]>"
-      "<xs:schema>&a10009;</xs:schema>",
-      "refused" },
-    { "a deep file", "{3500|<a>}{3500|</a>}", "refused" },
+      "0 0 .*a template nests at most 500" },
+    { "a long chain of references against the order of the names",
+      "<xs:schema>{30000|<xs:complexType name='T#'><xs:element ref='T^'/></xs:complexType>}"
+      "<xs:complexType name='T40000'><xs:element name='x'/></xs:complexType><xs:element name='r' type='T10000'/>"
+      "</xs:schema>",
+      "1 2 " },
     { "a file as deep as may be",
       "<xs:schema>{166|<xs:element name='d'><xs:complexType><xs:sequence>}{166|</xs:sequence></xs:complexType>"
       "</xs:element>}</xs:schema>",
       "1 166 " },
+    { "a deeper file", "{501|<a>}{501|</a>}", "0 0 .*500" },
+    { "includes within each other", "case.xsd: include 10000.xsd;<xs:element name='r'/>\n{66|#.xsd: include ^.xsd;\n}",
+      "1 1 .*at most 64 includes" },
+    { "includes behind each other", "case.xsd: {1001|include none.xsd;}<xs:element name='r'/>\n",
+      "1 1 .*at most 1000 includes" },
+    { "includes that each include the next one twice",
+      "case.xsd: include 10000.xsd;<xs:element name='r'/>\n{16|#.xsd: include ^.xsd;include ^.xsd;\n}",
+      "1 1 .*at most 1000 includes" },
+    { "includes below the tags of all open files",
+      "case.xsd: {400|<a>}include t.xsd;{400|</a>}<xs:element name='r'/>\n"
+      "t.xsd: {100|<a>}include u.xsd;{100|</a>}\n",
+      "1 1 .*below more than 500 tags" },
 };
 
 QByteArray Expand(const char *text)
@@ -170,71 +161,40 @@ QByteArray Expand(const char *text)
 void TestHostileSchema::comesToAnEnd_data()
 {
     QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("expected");
+    QTest::addColumn<QString>("expected");
     for (const Case &row : kCases) {
-        QTest::newRow(row.m_sName) << Expand(row.m_sText) << QByteArray(row.m_sExpected);
+        QTest::newRow(row.m_sName) << Expand(row.m_sText) << QString::fromLatin1(row.m_sExpected);
     }
-    QTest::newRow("binary") << QByteArray("\x7f\x45LF\0\1\2\xff\xfe\x80<<<&&&", 17) << QByteArray("0 0 ");
+    QTest::newRow("binary") << QByteArray("\x7f\x45LF\0\1\2\xff\xfe\x80<<<&&&", 17) << "0 0 ";
 }
 
 void TestHostileSchema::comesToAnEnd()
 {
     QFETCH(QByteArray, text);
-    QFETCH(QByteArray, expected);
+    QFETCH(QString, expected);
     const QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("case.xsd"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(text);
-    file.close();
+    if (text.startsWith("case.xsd: ")) {
+        schemafiles::Write(dir, QString::fromUtf8(text));
+    } else {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+    }
     const auto result = limitedprocess::Run([&path] { return ReadSchema(path); });
     QCOMPARE(result.m_sReason, QString());
-    QVERIFY2(result.m_sOutput.startsWith(expected), result.m_sOutput.constData());
+    const QRegularExpression pattern(QLatin1Char('^') + expected, QRegularExpression::DotMatchesEverythingOption);
+    QVERIFY2(pattern.match(QString::fromUtf8(result.m_sOutput)).hasMatch(), result.m_sOutput.constData());
 }
 
 void TestHostileSchema::nothingThatBlocksIsIncluded()
 {
     const QTemporaryDir dir;
     QVERIFY(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo.xsd"))).constData(), 0600) == 0);
-    // Each of sixteen levels includes the next one twice: 65,536 readings if nothing counted them.
-    QString levels;
-    for (int level = 0; level < 16; ++level) {
-        levels += QStringLiteral("%1.xsd: include %2.xsd;include %2.xsd;\n").arg(level).arg(level + 1);
-    }
-    const QString blocking = QStringLiteral("top.xsd: include fifo.xsd;include .;<xs:element name='r'/>");
-    for (const QString &files : { levels, blocking }) {
-        const QString path = schemafiles::Write(dir, files);
-        const auto result = limitedprocess::Run([&path] { return ReadSchema(path); });
-        QCOMPARE(result.m_sReason, QString());
-        QVERIFY(result.m_sOutput.startsWith('1'));
-    }
-}
-
-void TestHostileSchema::limitsAreExact_data()
-{
-    QTest::addColumn<QString>("content");
-    QTest::addColumn<int>("elements");
-    const QString copies = QStringLiteral("<xs:element name='a' minOccurs='%1' type='%2'/>");
-    const int most = limits::kMaxTemplateElements;
-    QTest::newRow("as many elements as may be") << copies.arg(most - 1).arg(QStringLiteral("xs:int")) << most;
-    QTest::newRow("one more") << copies.arg(most).arg(QStringLiteral("xs:int")) << 0;
-    QTest::newRow("of an earlier type") << copies.arg(most / 5 - 1).arg(QStringLiteral("T")) << most - 4;
-    QTest::newRow("of a later type") << copies.arg(most / 5 - 1).arg(QStringLiteral("L")) << most - 4;
-}
-
-void TestHostileSchema::limitsAreExact()
-{
-    QFETCH(QString, content);
-    QFETCH(int, elements);
-    const QString type = QStringLiteral("<xs:complexType name='%1'><xs:attribute name='u'/><xs:element ref='g'/>"
-                                        "<xs:element name='b' minOccurs='3'/></xs:complexType>");
-    SchemaReading reading;
-    const QString text = QStringLiteral("<xs:element name='g'/>") + type.arg(QStringLiteral("T"))
-        + QStringLiteral("<xs:element name='r'><xs:complexType>%1</xs:complexType></xs:element>").arg(content)
-        + type.arg(QStringLiteral("L"));
-    const bool result = reading.Read(text);
-    QCOMPARE(result, elements > 0);
-    QCOMPARE(CountElements(*reading.m_oHandler.GetDocument()), elements);
+    const QString path =
+        schemafiles::Write(dir, QStringLiteral("top.xsd: include fifo.xsd;include .;<xs:element name='r'/>"));
+    const auto result = limitedprocess::Run([&path] { return ReadSchema(path); });
+    QCOMPARE(result.m_sReason, QString());
+    QVERIFY(result.m_sOutput.startsWith("1 1 "));
 }
 
 QTEST_GUILESS_MAIN(TestHostileSchema)

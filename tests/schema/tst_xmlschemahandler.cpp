@@ -1,23 +1,21 @@
+#include "support/schemafiles.h"
 #include "support/schemareading.h"
 
 #include <QtTest>
 
-#include <type_traits>
-
-static_assert(!std::is_copy_constructible_v<XmlSchemaHandler> && !std::is_copy_assignable_v<XmlSchemaHandler>);
-
-/// What a handler does outside a run that succeeds.
+/// What a handler does outside a run that succeeds from its beginning.
 class TestXmlSchemaHandler : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void worksWithoutCallback();
+    void readsNothingWithoutCallback();
     void leavesTemplateEmptyAfterParseError();
     void goesOnWithGivenTables();
+    void includesNothingWithoutDirectory();
 };
 
-void TestXmlSchemaHandler::worksWithoutCallback()
+void TestXmlSchemaHandler::readsNothingWithoutCallback()
 {
     XmlSchemaHandler handler(nullptr, QStringLiteral("a.xsd"));
     QVERIFY(handler.startElement({}, {}, QStringLiteral("xs:element"), QXmlAttributes()));
@@ -28,9 +26,9 @@ void TestXmlSchemaHandler::worksWithoutCallback()
 void TestXmlSchemaHandler::leavesTemplateEmptyAfterParseError()
 {
     SchemaReading reading;
-    QVERIFY(!reading.ReadDocument(QStringLiteral("<s><xs:element name='a'/><xs:element name='b'></s>")));
+    QVERIFY(!reading.Read(QStringLiteral("<xs:element name='a'/><xs:element name='b'></xs>")));
     QCOMPARE(reading.Template(), QString());
-    QCOMPARE(reading.Types(), QStringLiteral("a:0 b:0"));
+    QCOMPARE(reading.Table(QStringLiteral("types")), QStringLiteral("a:0 b:0"));
 }
 
 void TestXmlSchemaHandler::goesOnWithGivenTables()
@@ -44,12 +42,20 @@ void TestXmlSchemaHandler::goesOnWithGivenTables()
     ChoiceMap choices;
     first.m_oHandler.GetMaps(missing, occurs, types, choices);
     XmlSchemaHandler handler(&first, QStringLiteral("a.xsd"), missing, occurs, types, choices);
-    QXmlInputSource source;
-    source.setData(QStringLiteral("<xs:element name='r' type='T'/>"));
-    QXmlSimpleReader reader;
+    dom::GuardedReader reader;
     reader.setContentHandler(&handler);
-    QVERIFY(reader.parse(source));
-    QCOMPARE(SchemaReading::Describe(*handler.GetDocument()), QStringLiteral("? r(x)"));
+    QVERIFY(reader.ReadText(QStringLiteral("<xs:element name='r' type='T'/>")));
+    QCOMPARE(ToText(*handler.GetDocument()), QStringLiteral("<r><x/></r>"));
+}
+
+void TestXmlSchemaHandler::includesNothingWithoutDirectory()
+{
+    const QTemporaryDir dir;
+    const QString top =
+        schemafiles::Write(dir, QStringLiteral("top.xsd: include t.xsd;\nt.xsd: <xs:element name='a'/>"));
+    SchemaReading elsewhere(QStringLiteral("top.xsd"));
+    QVERIFY(elsewhere.m_oReader.ReadFile(top));
+    QCOMPARE(elsewhere.Table(QStringLiteral("types")), QString());
 }
 
 QTEST_GUILESS_MAIN(TestXmlSchemaHandler)

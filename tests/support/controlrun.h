@@ -1,9 +1,9 @@
 #pragma once
 
 #include "support/templates.h"
+#include "support/tracecapture.h"
 
 #include "control/vcreporting.h"
-#include "host/veldra.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -97,35 +97,4 @@ public:
 
 private:
     QTemporaryDir m_oFolder;
-};
-
-/// Notes the library's traces as long as it lives.
-class TraceLog
-{
-public:
-    TraceLog()
-    {
-        Lines().clear();
-        ErrorHandler::SetTraceMask(32);
-        m_pPrevious = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &message) {
-            if (qstrcmp(context.category, "tagwright") == 0) {
-                Lines().append(message);
-            }
-        });
-    }
-    ~TraceLog()
-    {
-        ErrorHandler::SetTraceMask(0);
-        qInstallMessageHandler(m_pPrevious);
-    }
-    Q_DISABLE_COPY(TraceLog)
-
-    static QStringList &Lines()
-    {
-        static QStringList lines;
-        return lines;
-    }
-
-private:
-    QtMessageHandler m_pPrevious;
 };

@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-/// Switches tracing on while it lives, and collects the messages.
+/// Switches tracing on while it lives, and collects the library's messages.
 class TraceCapture
 {
 public:
@@ -12,8 +12,11 @@ public:
     {
         Lines().clear();
         ErrorHandler::SetTraceMask(32);
-        m_pPrevious =
-            qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) { Lines() << text; });
+        m_pPrevious = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &text) {
+            if (qstrcmp(context.category, "tagwright") == 0) {
+                Lines() << text;
+            }
+        });
     }
     ~TraceCapture()
     {
@@ -22,14 +25,13 @@ public:
     }
     Q_DISABLE_COPY(TraceCapture)
 
-    static QString Text() { return Lines().join(QLatin1Char('\n')); }
-
-private:
     static QStringList &Lines()
     {
         static QStringList lines;
         return lines;
     }
+    static QString Text() { return Lines().join(QLatin1Char('\n')); }
 
+private:
     QtMessageHandler m_pPrevious = nullptr;
 };

@@ -1,0 +1,143 @@
+#include "report/facets.h"
+
+#include <array>
+#include <cstddef>
+
+namespace facets {
+
+namespace {
+
+constexpr double kAbsent = 65535;
+
+enum Side : std::size_t { MinInclusive, MaxInclusive, MinExclusive, MaxExclusive, SideCount };
+
+// In the order in which an attribute's name is searched for them.
+constexpr std::array<QLatin1String, SideCount> kNames = { QLatin1String("minInclusive"), QLatin1String("maxInclusive"),
+                                                          QLatin1String("minExclusive"),
+                                                          QLatin1String("maxExclusive") };
+// What a value does that breaks the bound.
+constexpr std::array<const char *, SideCount> kBreaches = { "below", "above", "not above", "not below" };
+
+struct Bound
+{
+    // Every integer of 32 bits is a double, so that the comparison is exact for both kinds of number.
+    double m_dValue = kAbsent;
+    QString m_sUsed; // the attribute that goes with the check: only one that is named exactly for its target
+
+    bool IsThere() const { return m_dValue != kAbsent; }
+};
+
+using Bounds = std::array<Bound, SideCount>;
+
+// The side that an attribute of this name bounds, or SideCount.
+std::size_t SideOf(const QString &name, const QString &attribute)
+{
+    const bool isOfElement = attribute.isEmpty();
+    std::size_t side = isOfElement || name.contains(attribute) ? MinInclusive : SideCount;
+    while (side < SideCount && !(isOfElement ? name == kNames[side] : name.contains(kNames[side]))) {
+        ++side;
+    }
+    return side;
+}
+
+// A text that can't be read counts as 0, and that bound is then in force.
+Bounds ReadBounds(const AttributeList &attributes, const QString &attribute, Facets kind)
+{
+    Bounds bounds;
+    for (const auto &[name, text] : attributes) {
+        const std::size_t side = SideOf(name, attribute);
+        if (side < SideCount && bounds[side].m_sUsed.isEmpty()) {
+            const bool isExact = name.size() == kNames[side].size() + attribute.size() && name.startsWith(kNames[side])
+                && name.endsWith(attribute);
+            bounds[side] = { kind == Facets::IntegerBounds ? text.toInt() : text.toDouble(),
+                             isExact ? name : QString() };
+        }
+    }
+    return bounds;
+}
+
+bool IsHeld(const Bounds &bounds, Side side, double value)
+{
+    const bool isInclusive = side == MinInclusive || side == MaxInclusive;
+    const bool isLower = side == MinInclusive || side == MinExclusive;
+    const double bound = bounds[side].m_dValue;
+    return bounds[side].IsThere() && ((isInclusive && value == bound) || (isLower ? value > bound : value < bound));
+}
+
+// The first of two bounds that is there and that the value holds; SideCount if there is none.
+Side FirstHeld(const Bounds &bounds, double value, Side inclusive, Side exclusive)
+{
+    if (IsHeld(bounds, inclusive, value)) {
+        return inclusive;
+    }
+    return IsHeld(bounds, exclusive, value) ? exclusive : SideCount;
+}
+
+QString Refusal(const Bounds &bounds, Side inclusive, Side exclusive)
+{
+    const Side broken = bounds[inclusive].IsThere() ? inclusive : exclusive;
+    return QStringLiteral("%1 %2 %3")
+        .arg(QLatin1String(kBreaches[broken]), kNames[broken], QString::number(bounds[broken].m_dValue, 'g', 12));
+}
+
+Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, const QString &attribute)
+{
+    const Bounds bounds = ReadBounds(attributes, attribute, kind);
+    const bool hasLower = bounds[MinInclusive].IsThere() || bounds[MinExclusive].IsThere();
+    const Side lower = FirstHeld(bounds, value, MinInclusive, MinExclusive);
+    if (hasLower && lower == SideCount) {
+        return { Refusal(bounds, MinInclusive, MinExclusive), {} };
+    }
+    const bool hasUpper = bounds[MaxInclusive].IsThere() || bounds[MaxExclusive].IsThere();
+    Side upper = FirstHeld(bounds, value, MaxInclusive, MaxExclusive);
+    if (hasLower && bounds[MaxInclusive].IsThere() && upper == MaxExclusive) {
+        upper = SideCount; // behind a lower bound the inclusive upper one rules alone
+    }
+    if (hasUpper && upper == SideCount) {
+        return { Refusal(bounds, MaxInclusive, MaxExclusive), {} };
+    }
+    Verdict verdict;
+    for (const Side used : { lower, upper }) {
+        if (used != SideCount && !bounds[used].m_sUsed.isEmpty()) {
+            verdict.m_lUsed.append(bounds[used].m_sUsed);
+        }
+    }
+    return verdict;
+}
+
+// A text without a match fails if any of the values is not empty: which of them Qt would give last says nothing.
+Verdict CheckText(const QString &text, const AttributeList &attributes, const QString &attribute)
+{
+    Verdict verdict;
+    bool hasMatch = false;
+    bool restricts = false;
+    for (const auto &[name, value] : attributes) {
+        const bool isOfTarget = attribute.isEmpty() ? name.at(name.size() - 1).isDigit() : name.contains(attribute);
+        if (isOfTarget && name.contains(QLatin1String("enumeration"))) {
+            hasMatch = hasMatch || value == text;
+            restricts = restricts || !value.isEmpty();
+            verdict.m_lUsed.append(name);
+        }
+    }
+    if (restricts && !hasMatch) {
+        verdict.m_sRefusal = QStringLiteral("not among the enumeration values");
+    }
+    return verdict;
+}
+
+} // namespace
+
+Verdict Check(Facets kind, const QString &text, double number, const AttributeList &attributes,
+              const QString &attribute)
+{
+    switch (kind) {
+    case Facets::None:
+        return Verdict();
+    case Facets::Enumeration:
+        return CheckText(text, attributes, attribute);
+    default:
+        return CheckNumber(kind, number, attributes, attribute);
+    }
+}
+
+} // namespace facets

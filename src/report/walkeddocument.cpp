@@ -1,0 +1,77 @@
+#include "report/walkeddocument.h"
+
+#include "dom/nodesearch.h"
+
+namespace {
+
+bool IsInDocument(QDomNode node)
+{
+    while (!node.isNull() && !node.isDocument()) {
+        node = node.parentNode();
+    }
+    return !node.isNull();
+}
+
+} // namespace
+
+void WalkedDocument::SetDocument(const QDomDocument &document)
+{
+    m_oDocument = document;
+    m_oProbe.Disarm();
+    m_oTop = Top();
+    m_hFirst.clear();
+    m_lRemoved.clear();
+}
+
+const WalkedDocument::Top &WalkedDocument::GetTop()
+{
+    if (m_bWatched || m_oTop.m_oRoot.isNull()) {
+        m_oTop.m_oRoot = m_oDocument.documentElement();
+        m_oTop.m_sRootName = m_oTop.m_oRoot.tagName();
+        m_oTop.m_oLast = m_oDocument.lastChild();
+    }
+    return m_oTop;
+}
+
+QDomNode WalkedDocument::FindFirst(const QString &name)
+{
+    ForgetIfChanged();
+    const auto known = m_hFirst.constFind(name);
+    if (known != m_hFirst.constEnd() && (known->isNull() || (known->nodeName() == name && IsInDocument(*known)))) {
+        return *known;
+    }
+    const Top &top = GetTop();
+    const QDomNode first = dom::FindFirst(name, { top.m_oRoot, top.m_oLast });
+    m_hFirst.insert(name, first);
+    Arm();
+    return first;
+}
+
+bool WalkedDocument::Remove(QDomNode node)
+{
+    QDomNode parent = node.parentNode();
+    if (parent.isNull()) {
+        return false;
+    }
+    const OwnChange change(*this);
+    if (parent.isDocument()) {
+        m_oTop = Top();
+        m_hFirst.clear();
+    }
+    m_lRemoved.push_back(node);
+    return !parent.removeChild(node).isNull();
+}
+
+void WalkedDocument::ForgetIfChanged()
+{
+    if (m_bWatched && m_oProbe.HasChanged()) {
+        m_hFirst.clear();
+    }
+}
+
+void WalkedDocument::Arm()
+{
+    if (m_bWatched && !m_hFirst.isEmpty()) {
+        m_oProbe.Arm(m_oDocument);
+    }
+}

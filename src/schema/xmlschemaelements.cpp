@@ -1,0 +1,181 @@
+// The part of XmlSchemaHandler that reads local elements and choices, and files what of them waits for a later
+// declaration.
+
+#include "schema/schematags.h"
+#include "schema/xmlschemahandler.h"
+
+using schematags::HasPrefix;
+using schematags::WithoutPrefix;
+
+void XmlSchemaHandler::ReadElement(const QXmlAttributes &atts)
+{
+    if (m_iTypeDepth == 0) {
+        ReadGlobal(atts);
+    } else {
+        ReadLocalElement(atts);
+    }
+}
+
+void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
+{
+    const LocalDeclaration local(atts);
+    m_oOpenTags.Mark(OpenTags::Kind::UnplacedElement);
+    if (local.Key().isEmpty() || m_pFragment == nullptr) {
+        return;
+    }
+    if (local.Copies() == 0) {
+        m_oOpenTags.Mark(OpenTags::Kind::PassedOver);
+    } else if (local.m_sName.isEmpty()) {
+        MakeReferences(local);
+    } else {
+        m_oOpenTags.Mark(OpenTags::Kind::PlacedElement);
+        MakeCopies(local);
+    }
+    FileLimits(local);
+}
+
+void XmlSchemaHandler::ReadChoice(const QXmlAttributes &)
+{
+    m_bInChoice = true;
+}
+
+void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
+{
+    for (int copy = 0; copy < local.Copies() && IsReading(); ++copy) {
+        m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
+        m_pRun->m_oMaker.Append(ContentParent(), *m_pLocalElement);
+        if (!local.m_sDefault.isEmpty()) {
+            m_pRun->m_oMaker.SetAttribute(*m_pLocalElement, QStringLiteral("default"), local.m_sDefault);
+        }
+        if (!local.m_sType.isEmpty() && !ApplyType(local.m_sType, *m_pLocalElement)) {
+            WaitForType(local);
+            return;
+        }
+    }
+}
+
+void XmlSchemaHandler::MakeReferences(const LocalDeclaration &local)
+{
+    const TypeEntry *entry = UseComplete(local.m_sRef);
+    if (entry == nullptr) {
+        WaitForReference(local);
+        return;
+    }
+    // A declaration that refers to itself grows with each copy.
+    for (int copy = 0; copy < local.Copies(); ++copy) {
+        const QDomDocumentFragment clone = m_pRun->m_oMaker.CloneContent(*entry->m_pFragment, ContentParent());
+        if (!clone.hasChildNodes()) {
+            // An empty declaration never reaches a limit: don't loop over its copies.
+            return;
+        }
+        ContentParent().appendChild(clone);
+    }
+}
+
+void XmlSchemaHandler::FileLimits(const LocalDeclaration &local)
+{
+    if (local.HasLimits()) {
+        const QString parent = m_bInGlobal ? m_pCurrentElement->tagName() : m_sGlobalName;
+        m_OccursMap[local.Key()][local.OccursKey()].push_back(parent);
+    }
+    if (m_bInChoice) {
+        m_ChoiceMap[m_iChoiceKey] = local.Key();
+        ++m_iChoiceKey;
+    }
+}
+
+// Gives the element what the type says. False if the type isn't complete, so that the element has to wait.
+bool XmlSchemaHandler::ApplyType(const QString &type, QDomElement target)
+{
+    TemplateMaker &maker = m_pRun->m_oMaker;
+    if (HasPrefix(type)) {
+        maker.SetAttribute(target, QStringLiteral("type"), WithoutPrefix(type));
+        return true;
+    }
+    const TypeEntry *entry = UseComplete(type);
+    if (entry == nullptr) {
+        return false;
+    }
+    const QDomDocumentFragment &source = *entry->m_pFragment;
+    // The content is cloned before anything is changed: the element may stand in the very fragment.
+    QDomDocumentFragment clone;
+    if (TemplateMaker::HasContent(source)) {
+        clone = maker.CloneContent(source, target);
+    }
+    if (TemplateMaker::HasCarrier(source)) {
+        maker.CopyAttributes(source, target, TemplateMaker::Existing::Replace);
+    }
+    target.appendChild(clone);
+    return true;
+}
+
+void XmlSchemaHandler::WaitForType(const LocalDeclaration &local)
+{
+    RaiseOpenRefs();
+    AddMissingElement(local.m_sType, 1, { m_pLocalElement, nullptr, m_sGlobalName });
+    if (local.m_iMinOccurs > 1) {
+        WaitForCopies(local);
+    }
+}
+
+// The further copies of an element whose type has to wait: a model takes the type, clones of it follow the first copy.
+void XmlSchemaHandler::WaitForCopies(const LocalDeclaration &local)
+{
+    const int count = local.m_iMinOccurs - 1;
+    if (m_bInGlobal) {
+        AddMissingElement(local.m_sName, count, { m_pCurrentElement, m_pLocalElement, m_sGlobalName });
+    } else {
+        RaiseOpenRefs();
+        AddMissingElement(local.m_sName, count, { AppendPlace(), nullptr, m_sGlobalName });
+    }
+    MakeModel(local);
+}
+
+void XmlSchemaHandler::MakeModel(const LocalDeclaration &local)
+{
+    QDomDocumentFragment *fragment = m_pRun->NewFragment(*m_pDocument);
+    m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
+    m_pRun->m_oMaker.Append(*fragment, *m_pLocalElement);
+    if (m_bInGlobal) {
+        OpenFragment(fragment, false);
+    }
+    FileEntry(local.m_sName, { true, 1, fragment });
+    AddMissingElement(local.m_sType, 1, { m_pLocalElement, nullptr, local.m_sName });
+}
+
+void XmlSchemaHandler::WaitForReference(const LocalDeclaration &local)
+{
+    MissingElement record { m_pCurrentElement, nullptr, m_sGlobalName };
+    if (!m_bInGlobal) {
+        record.m_pParent = AppendPlace();
+    } else if (m_pCurrentElement->hasChildNodes()) {
+        m_pLocalElement = m_pRun->Keep(m_pCurrentElement->lastChildElement());
+        record.m_pAfter = m_pLocalElement;
+    }
+    RaiseOpenRefs();
+    AddMissingElement(local.m_sRef, local.m_iMinOccurs, record);
+}
+
+// A placeholder that content in a named type will replace. Elsewhere it stands nowhere, and so will the content.
+QDomElement *XmlSchemaHandler::AppendPlace()
+{
+    QDomElement *place = m_pRun->Keep(TemplateMaker::NewPlaceholder(*m_pDocument));
+    if (m_bHasPlaceholders) {
+        m_pRun->m_oMaker.Append(*m_pFragment, *place);
+    }
+    return place;
+}
+
+void XmlSchemaHandler::RaiseOpenRefs()
+{
+    // An include inside the declaration may have put another one in its place.
+    if (m_pTypeEntry != nullptr && m_pTypeEntry->m_pFragment->ownerDocument() == *m_pDocument) {
+        ++m_pTypeEntry->m_iOpenRefs;
+    }
+}
+
+// Where local elements go. The fragment of a named type is flat.
+QDomNode XmlSchemaHandler::ContentParent() const
+{
+    return m_bInGlobal ? static_cast<QDomNode>(*m_pCurrentElement) : static_cast<QDomNode>(*m_pFragment);
+}
