@@ -16,9 +16,8 @@ namespace dom {
 class GuardedReader::Guard : public QXmlDefaultHandler
 {
 public:
-    Guard(GuardedReader &reader, int openTags)
+    explicit Guard(GuardedReader &reader)
         : m_oReader(reader)
-        , m_iDepth(openTags)
     {
     }
 
@@ -179,7 +178,7 @@ private:
 
     GuardedReader &m_oReader;
     QXmlLocator *m_pLocator = nullptr;
-    int m_iDepth;
+    int m_iDepth = 0;
     bool m_bInProlog = true;
     /// A "<" has come of which no handler has been told yet.
     bool m_bInMarkup = false;
@@ -260,8 +259,8 @@ void GuardedReader::Guard::EndMarkup()
     m_bInMarkup = m_oReader.m_pSource->IsAt('<');
 }
 
-GuardedReader::GuardedReader(int openTags)
-    : m_pGuard(std::make_unique<Guard>(*this, openTags))
+GuardedReader::GuardedReader()
+    : m_pGuard(std::make_unique<Guard>(*this))
 {
     QXmlSimpleReader::setContentHandler(m_pGuard.get());
     QXmlSimpleReader::setLexicalHandler(m_pGuard.get());

@@ -16,8 +16,7 @@ namespace dom {
 class GuardedReader : public QXmlSimpleReader
 {
 public:
-    /// `openTags` elements are open around what is read, and their reader runs on the same stack.
-    explicit GuardedReader(int openTags = 0);
+    GuardedReader();
     ~GuardedReader() override;
     Q_DISABLE_COPY(GuardedReader)
 
