@@ -12,11 +12,15 @@ constexpr double kAbsent = 65535;
 enum Side : std::size_t { MinInclusive, MaxInclusive, MinExclusive, MaxExclusive, SideCount };
 
 // In the order in which an attribute's name is searched for them.
-constexpr std::array<QLatin1String, SideCount> kNames = { QLatin1String("minInclusive"), QLatin1String("maxInclusive"),
-                                                          QLatin1String("minExclusive"),
-                                                          QLatin1String("maxExclusive") };
+constexpr std::array<const char *, SideCount> kNames = { "minInclusive", "maxInclusive", "minExclusive",
+                                                         "maxExclusive" };
 // What a value does that breaks the bound.
 constexpr std::array<const char *, SideCount> kBreaches = { "below", "above", "not above", "not below" };
+
+QLatin1String FacetName(std::size_t side)
+{
+    return QLatin1String(kNames[side]);
+}
 
 struct Bound
 {
@@ -34,7 +38,7 @@ std::size_t SideOf(const QString &name, const QString &attribute)
 {
     const bool isOfElement = attribute.isEmpty();
     std::size_t side = isOfElement || name.contains(attribute) ? MinInclusive : SideCount;
-    while (side < SideCount && !(isOfElement ? name == kNames[side] : name.contains(kNames[side]))) {
+    while (side < SideCount && !(isOfElement ? name == FacetName(side) : name.contains(FacetName(side)))) {
         ++side;
     }
     return side;
@@ -47,8 +51,8 @@ Bounds ReadBounds(const AttributeList &attributes, const QString &attribute, Fac
     for (const auto &[name, text] : attributes) {
         const std::size_t side = SideOf(name, attribute);
         if (side < SideCount && bounds[side].m_sUsed.isEmpty()) {
-            const bool isExact = name.size() == kNames[side].size() + attribute.size() && name.startsWith(kNames[side])
-                && name.endsWith(attribute);
+            const bool isExact = name.size() == FacetName(side).size() + attribute.size()
+                && name.startsWith(FacetName(side)) && name.endsWith(attribute);
             bounds[side] = { kind == Facets::IntegerBounds ? text.toInt() : text.toDouble(),
                              isExact ? name : QString() };
         }
@@ -77,7 +81,7 @@ QString Refusal(const Bounds &bounds, Side inclusive, Side exclusive)
 {
     const Side broken = bounds[inclusive].IsThere() ? inclusive : exclusive;
     return QStringLiteral("%1 %2 %3")
-        .arg(QLatin1String(kBreaches[broken]), kNames[broken], QString::number(bounds[broken].m_dValue, 'g', 12));
+        .arg(QLatin1String(kBreaches[broken]), FacetName(broken), QString::number(bounds[broken].m_dValue, 'g', 12));
 }
 
 Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, const QString &attribute)

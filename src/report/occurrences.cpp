@@ -59,11 +59,12 @@ bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, cons
 const OccurrenceLookup::ParentKeys &OccurrenceLookup::GetParents(const QString &name)
 {
     ParentKeys &parents = m_hRows[name];
-    if (parents.isEmpty() && HasRow(name)) {
-        for (const auto &[key, listed] : m_pOccursMap->at(name)) {
-            for (const QString &parent : listed) {
-                parents[parent].push_back(key);
-            }
+    if (!parents.isEmpty() || !HasRow(name)) {
+        return parents;
+    }
+    for (const auto &[key, listed] : m_pOccursMap->at(name)) {
+        for (const QString &parent : listed) {
+            parents[parent].push_back(key);
         }
     }
     return parents;
