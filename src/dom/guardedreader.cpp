@@ -139,13 +139,15 @@ public:
         if (m_hEntities.size() > limits::kMaxEntities || m_iSearched > limits::kMaxEntitySearch) {
             return Refuse(QStringLiteral("it declares too many or too long entities"));
         }
+        bool areDeclared = true;
         auto references = (isParameter ? any : general).globalMatch(value);
         while (references.hasNext()) {
-            if (!m_hEntities.contains(references.next().captured())) {
-                return Refuse(QStringLiteral("the entity %1 refers to what is not declared before it").arg(name));
-            }
+            areDeclared = m_hEntities.contains(references.next().captured()) && areDeclared;
             length += m_iLongestEntity;
             parentheses += m_iEntityParentheses;
+        }
+        if (!areDeclared) {
+            return Refuse(QStringLiteral("the entity %1 refers to what is not declared before it").arg(name));
         }
         m_hEntities.insert(Reference(name));
         // More than the limit isn't told apart.

@@ -62,6 +62,7 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
         return false;
     }
     m_pSchemaHandler = std::make_unique<XmlSchemaHandler>(m_pCallback, normalisedPath);
+    m_pSchemaHandler->SetRootMoves();
     const bool isParsed = ParseSchema(schemaPath);
     // From here on nothing depends on the result: a report that could not be made is still a file, an empty one.
     m_pDocument = m_pSchemaHandler->GetDocument();

@@ -23,15 +23,25 @@ int LevelOf(const QDomNode &node)
     return level;
 }
 
-// Takes the attributes from a copy one by one: Qt finds an attribute by its index only by counting up to it.
+// Qt finds an attribute by its index only by counting up to it: of many, the first is taken from a copy again and
+// again.
 AttributeList ListAttributes(const QDomNode &node)
 {
-    const QDomNode copy = node.cloneNode(false);
-    QDomNamedNodeMap left = copy.attributes();
-    AttributeList list;
-    for (QDomNode first = left.item(0); !first.isNull(); first = left.item(0)) {
-        list.emplace_back(first.nodeName(), first.nodeValue());
-        left.removeNamedItem(first.nodeName());
+    constexpr int kMany = 50;
+    const bool areMany = node.attributes().count() > kMany;
+    const QDomNode holder = areMany ? node.cloneNode(false) : node;
+    QDomNamedNodeMap map = holder.attributes();
+    AttributeList list(static_cast<std::size_t>(map.count()));
+    int index = 0;
+    for (auto &[name, value] : list) {
+        const QDomNode attribute = map.item(index);
+        name = attribute.nodeName();
+        value = attribute.nodeValue();
+        if (areMany) {
+            map.removeNamedItem(name);
+        } else {
+            ++index;
+        }
     }
     return list;
 }

@@ -34,6 +34,11 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
 
 XmlSchemaHandler::~XmlSchemaHandler() = default;
 
+void XmlSchemaHandler::SetRootMoves()
+{
+    m_bRootMoves = true;
+}
+
 QDomDocument *XmlSchemaHandler::GetDocument()
 {
     return m_pDocument.get();
@@ -290,10 +295,11 @@ void XmlSchemaHandler::BuildTemplate()
     // an error after it has made the instruction.
     m_pDocument->setContent(QStringLiteral("<?xml version='1.0' encoding=\"UTF-8\"?>"));
     // Without a root candidate the fragment may be that of a named type, or there is none at all.
-    QDomNode child = m_pFragment == nullptr ? QDomNode() : m_pFragment->firstChild();
-    for (; !child.isNull(); child = child.nextSibling()) {
+    QDomNode next;
+    for (QDomNode child = m_pFragment == nullptr ? next : m_pFragment->firstChild(); !child.isNull(); child = next) {
+        next = child.nextSibling();
         if (!TemplateMaker::IsPlaceholder(child)) {
-            m_pDocument->appendChild(child.cloneNode(true));
+            m_pDocument->appendChild(m_bRootMoves ? child : child.cloneNode(true));
         }
     }
 }

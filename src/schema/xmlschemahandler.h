@@ -37,6 +37,10 @@ public:
     ~XmlSchemaHandler() override;
     Q_DISABLE_COPY(XmlSchemaHandler)
 
+    /// For an owner that reads nothing but the template: the root is handed over to it instead of copied, and its entry
+    /// in the tables is left with an empty fragment. To be called before the run.
+    void SetRootMoves();
+
     /// The template: empty until a run has succeeded, then the instruction and the root element. Never null; the
     /// handler keeps it.
     QDomDocument *GetDocument();
@@ -128,6 +132,7 @@ private:
     bool m_bInGlobal = false;
     bool m_bInGlobalAttribute = false;
     bool m_bHasInclude = false;
+    bool m_bRootMoves = false;
     QDomElement *m_pCurrentElement = nullptr;
     std::unique_ptr<QDomDocument> m_pDocument;
     QDomDocumentFragment *m_pFragment = nullptr;
