@@ -27,7 +27,7 @@ QString OpenFiles::Enter(const QString &path, std::size_t openTags)
 {
     const QString canonicalPath = CanonicalPath(path);
     const std::size_t level = m_lFiles.back().m_iLevel + openTags;
-    const QString refusal = RefusalOf(canonicalPath, level);
+    QString refusal = RefusalOf(canonicalPath, level);
     if (refusal.isEmpty()) {
         m_lFiles.push_back({ canonicalPath, level });
         ++m_iIncludes;

@@ -31,14 +31,18 @@ ReferenceResolver::ReferenceResolver(MissingMap &missing, TypeMap &types, Schema
 void ReferenceResolver::DropReplaced()
 {
     for (auto name = m_MissingMap.begin(); name != m_MissingMap.end() && !m_oRun.m_lReplaced.empty();) {
-        auto &counts = name->second;
-        for (auto count = counts.begin(); count != counts.end();) {
-            count->second.remove_if([this](const MissingElement &record) { return IsReplaced(record); });
-            count = count->second.empty() ? counts.erase(count) : std::next(count);
-        }
-        name = counts.empty() ? m_MissingMap.erase(name) : std::next(name);
+        DropReplacedOf(name->second);
+        name = name->second.empty() ? m_MissingMap.erase(name) : std::next(name);
     }
     m_oRun.m_lReplaced.clear();
+}
+
+void ReferenceResolver::DropReplacedOf(MissingMap::mapped_type &counts)
+{
+    for (auto count = counts.begin(); count != counts.end();) {
+        count->second.remove_if([this](const MissingElement &record) { return IsReplaced(record); });
+        count = count->second.empty() ? counts.erase(count) : std::next(count);
+    }
 }
 
 bool ReferenceResolver::IsReplaced(const MissingElement &record) const
@@ -71,12 +75,17 @@ bool ReferenceResolver::Resolve(bool reopen)
     }
     // 3. Declarations that are still open wait for each other.
     if (!open.isEmpty()) {
-        trace::Write(UnitName(), __LINE__, [&open] {
-            return QStringLiteral("Missing Elements refer to each other! XmlSchemaHandler terminates... ")
-                + open.join(QLatin1String(", "));
-        });
+        TraceCircle(open);
     }
     return open.isEmpty() && !m_oRun.m_oMaker.IsExceeded();
+}
+
+void ReferenceResolver::TraceCircle(const QStringList &open)
+{
+    trace::Write(UnitName(), __LINE__, [&open] {
+        return QStringLiteral("Missing Elements refer to each other! XmlSchemaHandler terminates... ")
+            + open.join(QLatin1String(", "));
+    });
 }
 
 void ReferenceResolver::CollectKeys(bool reopen)
@@ -135,17 +144,22 @@ void ReferenceResolver::Process(const Key &key)
     m_pSource = key.m_pEntry->m_pFragment;
     for (auto &[count, records] : *key.m_pCounts) {
         for (MissingElement &record : records) {
-            // A count below 0 asks for no application at all.
-            if (!record.m_bApplied && count >= 0) {
-                key.m_pEntry->m_bUsed = true;
-                Apply(record, std::max(count, 1));
-            }
-            record.m_bApplied = true;
+            ApplyOnce(record, count, *key.m_pEntry);
         }
     }
     if (m_oRun.m_oMaker.IsExceeded()) {
         m_oRun.TraceLimit(QStringLiteral("\"%1\" in %2").arg(*key.m_pName, m_oRun.m_oFiles.GetCurrent()));
     }
+}
+
+void ReferenceResolver::ApplyOnce(MissingElement &record, int count, TypeEntry &entry)
+{
+    // A count below 0 asks for no application at all.
+    if (!record.m_bApplied && count >= 0) {
+        entry.m_bUsed = true;
+        Apply(record, std::max(count, 1));
+    }
+    record.m_bApplied = true;
 }
 
 void ReferenceResolver::Apply(const MissingElement &record, int times)

@@ -32,17 +32,20 @@ private:
     };
 
     void DropReplaced();
+    void DropReplacedOf(MissingMap::mapped_type &counts);
     bool IsReplaced(const MissingElement &record) const;
     void CollectKeys(bool reopen);
     void RunSweeps();
     bool ReopenWaiting();
     void Process(const Key &key);
+    void ApplyOnce(MissingElement &record, int count, TypeEntry &entry);
     void Apply(const MissingElement &record, int times);
     void ApplyContent(const MissingElement &record, int times);
     void InsertContent(const MissingElement &record, int times);
     void Lower(const QString &owner, int times);
     QStringList OpenNames() const;
     void TraceUndeclared() const;
+    static void TraceCircle(const QStringList &open);
 
     MissingMap &m_MissingMap;
     TypeMap &m_TypeMap;

@@ -41,11 +41,12 @@ void XmlSchemaHandler::ReadChoice(const QXmlAttributes &)
 
 void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
 {
+    const QString defaultName = QStringLiteral("default");
     for (int copy = 0; copy < local.Copies() && IsReading(); ++copy) {
         m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
         m_pRun->m_oMaker.Append(ContentParent(), *m_pLocalElement);
         if (!local.m_sDefault.isEmpty()) {
-            m_pRun->m_oMaker.SetAttribute(*m_pLocalElement, QStringLiteral("default"), local.m_sDefault);
+            m_pRun->m_oMaker.SetAttribute(*m_pLocalElement, defaultName, local.m_sDefault);
         }
         if (!local.m_sType.isEmpty() && !ApplyType(local.m_sType, *m_pLocalElement)) {
             WaitForType(local);
