@@ -118,7 +118,7 @@ CommentDialogImpl *TestCommentDialog::Open(bool isReadable)
             return dialog;
         }
     }
-    return nullptr;
+    qFatal("no comment dialog has opened");
 }
 
 void TestCommentDialog::HasItsForm()
