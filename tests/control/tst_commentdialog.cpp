@@ -124,7 +124,6 @@ CommentDialogImpl *TestCommentDialog::Open(bool isReadable)
 void TestCommentDialog::HasItsForm()
 {
     CommentDialogImpl *dialog = Open();
-    QVERIFY(dialog != nullptr);
     QVERIFY(dialog->isSizeGripEnabled() && !dialog->isModal() && dialog->parent() == nullptr);
     QCOMPARE(dialog->windowFlags() & ~Qt::WindowType_Mask,
              Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
