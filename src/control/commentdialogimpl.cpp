@@ -80,6 +80,7 @@ QString UnitSuffix(const QDomElement &element)
 
 CommentDialogImpl::CommentDialogImpl()
     : QDialog(nullptr, Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
+    , m_pSelf(this, [](CommentDialogImpl *) {})
 {
     DialogsEnd::Arrange();
     setObjectName(QLatin1String("ToReportCommentDialog"));

@@ -29,6 +29,8 @@ public:
     /// Destroys the dialog without saving. One that Qt is just showing or hiding is destroyed when Qt is through with
     /// it: a host can hear of that and end the dialog's owner at once.
     void End();
+    /// Expires when the destruction begins. A QPointer to a widget stays until the slots of destroyed() have run.
+    std::weak_ptr<CommentDialogImpl> GetSelf() const { return m_pSelf; }
     /// Takes over the builder to which the dialog belongs, as nobody else needs it: both go when the dialog has ended.
     void Keep(std::shared_ptr<XmlCreateReport> report);
 
@@ -55,5 +57,6 @@ private:
     bool m_bSaved = false;
     bool m_bKeepsReport = false;
     bool m_bEnded = false; // to be destroyed as soon as Qt is through with it
+    std::shared_ptr<CommentDialogImpl> m_pSelf; // owns nothing
     int m_iBusy = 0; // how many of Qt's functions that show or hide the dialog are on the stack
 };

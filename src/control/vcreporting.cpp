@@ -260,6 +260,8 @@ void VCReporting::MakeReportButton()
     m_pReportButton->setEnabled(true);
     connect(m_pReportButton, &VCButton::clicked, this, &VCReporting::SlotToReport);
     m_pReportButton->installEventFilter(this);
+    // Before a host hears of its end, which is before the pointer would be cleared.
+    connect(m_pReportButton, &QObject::destroyed, this, [this] { m_pReportButton.clear(); });
 }
 
 // A button that is disabled loses the focus, and a host may follow that.

@@ -45,7 +45,7 @@ XmlCreateReport::~XmlCreateReport()
 {
     while (!m_CommentDialogs.empty()) {
         // A host that closes up may have destroyed all windows already.
-        if (CommentDialogImpl *dialog = m_CommentDialogs.front()) {
+        if (CommentDialogImpl *dialog = m_CommentDialogs.front().lock().get()) {
             dialog->End();
         }
         m_CommentDialogs.pop_front();
@@ -150,7 +150,7 @@ void XmlCreateReport::SaveReport(const QString &reportPath)
 void XmlCreateReport::ShowCommentDialog(const QString &reportPath)
 {
     auto *dialog = new CommentDialogImpl;
-    m_CommentDialogs.emplace_back(dialog);
+    m_CommentDialogs.push_back(dialog->GetSelf());
     m_pDialogDocument = std::make_unique<QDomDocument>(*m_pDocument);
     dialog->SetDocument(m_pDialogDocument.get());
     dialog->SetFileName(ToNativePath(reportPath));
@@ -160,9 +160,9 @@ void XmlCreateReport::ShowCommentDialog(const QString &reportPath)
 std::list<QDialog *> XmlCreateReport::GetCommentDialogs() const
 {
     std::list<QDialog *> dialogs;
-    for (const QPointer<CommentDialogImpl> &dialog : m_CommentDialogs) {
-        if (dialog != nullptr) {
-            dialogs.push_back(dialog);
+    for (const std::weak_ptr<CommentDialogImpl> &dialog : m_CommentDialogs) {
+        if (!dialog.expired()) {
+            dialogs.push_back(dialog.lock().get());
         }
     }
     return dialogs;

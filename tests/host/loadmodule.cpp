@@ -31,7 +31,7 @@ extern "C" Q_DECL_EXPORT bool ShowDialogs()
         if (widget->inherits("CommentDialogImpl")) {
             ++dialogs;
             widget->hide();
-            QObject::connect(widget, &QObject::destroyed, widget, [controls] { controls->clear(); });
+            QObject::connect(widget, &QObject::destroyed, widget, [controls] { Controls().swap(*controls); });
         }
     }
     report();
