@@ -38,11 +38,13 @@ QString TextOrDashes(const QDomElement &element, const QString &suffix = QString
 /// No dialog may outlive the application, whoever owns it; its owner hears of its end through a guarded pointer.
 void EndAllDialogs()
 {
-    std::vector<std::unique_ptr<CommentDialogImpl>> ended;
+    // A host that hears of the end of one may end others.
+    std::vector<QPointer<CommentDialogImpl>> dialogs;
     for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *dialog = qobject_cast<CommentDialogImpl *>(widget)) {
-            ended.emplace_back(dialog);
-        }
+        dialogs.emplace_back(qobject_cast<CommentDialogImpl *>(widget));
+    }
+    for (const QPointer<CommentDialogImpl> &dialog : dialogs) {
+        const std::unique_ptr<CommentDialogImpl> ended(dialog.data());
     }
 }
 
@@ -78,9 +80,10 @@ QString UnitSuffix(const QDomElement &element)
 
 CommentDialogImpl::CommentDialogImpl()
     : QDialog(nullptr, Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
+    , m_pSelf(this, [](CommentDialogImpl *) {})
 {
     DialogsEnd::Arrange();
-    setObjectName(QStringLiteral("ToReportCommentDialog"));
+    setObjectName(QLatin1String("ToReportCommentDialog"));
     setupUi(this);
     for (QLabel *label : { m_pFrequencyLabel, m_pLevelLabel, m_pBandwidthLabel, m_pTimeLabel, m_pAzimuthLabel }) {
         label->clear();
@@ -104,7 +107,7 @@ void CommentDialogImpl::SetFileName(QString fileName)
 void CommentDialogImpl::ShowData()
 {
     const Orvo::DateTime now(OrvoOS::Create().GetTime());
-    const QString time = now.toString(QStringLiteral("yyyy/MM/dd hh:mm:ss"));
+    const QString time = now.toString(QLatin1String("yyyy/MM/dd hh:mm:ss"));
     m_pTimeLabel->setText(time);
     setWindowTitle(QLatin1String("ToReport - ") + time);
     ShowValues();
@@ -120,32 +123,39 @@ void CommentDialogImpl::End()
         return;
     }
     m_pDocument = nullptr;
+    m_bEnded = true;
     hide();
-    deleteLater();
 }
 
-void CommentDialogImpl::Keep(std::unique_ptr<XmlCreateReport> report)
+void CommentDialogImpl::Keep(std::shared_ptr<XmlCreateReport> report)
 {
     m_bKeepsReport = true;
     // No member: the builder's end must find the dialog destroyed, or it would destroy it once more.
-    connect(this, &QObject::destroyed, [kept = std::shared_ptr<XmlCreateReport>(std::move(report))] {});
+    connect(this, &QObject::destroyed, [kept = std::move(report)] {});
 }
 
 void CommentDialogImpl::setVisible(bool isVisible)
 {
     ++m_iBusy;
     QDialog::setVisible(isVisible);
-    --m_iBusy;
-    if (m_bKeepsReport && !isVisible) {
-        deleteLater();
-    }
+    m_bEnded = m_bEnded || (m_bKeepsReport && !isVisible);
+    LeaveQt();
 }
 
 void CommentDialogImpl::done(int result)
 {
     ++m_iBusy;
     QDialog::done(result);
+    LeaveQt();
+}
+
+// Asked for by the outermost of Qt's functions: an event loop that runs inside one of them would not wait for its end.
+void CommentDialogImpl::LeaveQt()
+{
     --m_iBusy;
+    if (m_iBusy == 0 && m_bEnded) {
+        deleteLater();
+    }
 }
 
 void CommentDialogImpl::SlotSaveWithComment()
@@ -164,7 +174,7 @@ void CommentDialogImpl::SlotSaveWithoutComment()
 void CommentDialogImpl::closeEvent(QCloseEvent *event)
 {
     event->accept();
-    if (m_bSaved) {
+    if (m_bSaved || m_pDocument == nullptr) {
         return;
     }
     if (m_pTextEdit->toPlainText().isEmpty()) {
@@ -238,7 +248,7 @@ void CommentDialogImpl::AddComment(const QString &comment)
     if (comment.isEmpty()) {
         return;
     }
-    QDomElement element = m_pDocument->createElement(QStringLiteral("Comment"));
+    QDomElement element = m_pDocument->createElement(QLatin1String("Comment"));
     m_pDocument->documentElement().appendChild(element);
     element.appendChild(m_pDocument->createTextNode(comment));
 }

@@ -29,8 +29,10 @@ public:
     /// Destroys the dialog without saving. One that Qt is just showing or hiding is destroyed when Qt is through with
     /// it: a host can hear of that and end the dialog's owner at once.
     void End();
+    /// Expires when the destruction begins. A QPointer to a widget stays until the slots of destroyed() have run.
+    std::weak_ptr<CommentDialogImpl> GetSelf() const { return m_pSelf; }
     /// Takes over the builder to which the dialog belongs, as nobody else needs it: both go when the dialog has ended.
-    void Keep(std::unique_ptr<XmlCreateReport> report);
+    void Keep(std::shared_ptr<XmlCreateReport> report);
 
     void setVisible(bool isVisible) override;
 
@@ -43,15 +45,18 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void LeaveQt();
     int AskForComment();
     void ShowValues();
     void GrowToTexts();
     void AddComment(const QString &comment);
     void SaveDocument();
 
-    QDomDocument *m_pDocument = nullptr; // not owned
+    QDomDocument *m_pDocument = nullptr; // not owned; null when the dialog has been ended
     QString m_sFileName;
     bool m_bSaved = false;
     bool m_bKeepsReport = false;
+    bool m_bEnded = false; // to be destroyed as soon as Qt is through with it
+    std::shared_ptr<CommentDialogImpl> m_pSelf; // owns nothing
     int m_iBusy = 0; // how many of Qt's functions that show or hide the dialog are on the stack
 };

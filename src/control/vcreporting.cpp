@@ -41,6 +41,28 @@ bool Exists(const QString &path)
     return !pollPath.isEmpty() && QDir(QString()).exists(pollPath);
 }
 
+/// Stands for Qt's work on the button: in the midst of it a host may end the control, but not the button.
+class ButtonUse
+{
+public:
+    ButtonUse(VCButton *button, std::shared_ptr<int> use)
+        : m_pButton(button)
+        , m_pUse(std::move(use))
+    {
+    }
+    ~ButtonUse()
+    {
+        if (m_pUse.use_count() == 1 && m_pButton != nullptr) {
+            m_pButton->deleteLater();
+        }
+    }
+    Q_DISABLE_COPY(ButtonUse)
+
+private:
+    QPointer<VCButton> m_pButton;
+    std::shared_ptr<int> m_pUse; // the control has one too, to its end
+};
+
 /// Ends an object ahead of its parent.
 template <typename Object>
 void End(const QPointer<Object> &object)
@@ -49,7 +71,7 @@ void End(const QPointer<Object> &object)
 }
 
 /// Ends a builder that the control needs no longer, or leaves it to its comment dialog while that is open.
-void Release(std::unique_ptr<XmlCreateReport> report)
+void Release(std::shared_ptr<XmlCreateReport> report)
 {
     // A builder serves one run, and a run opens one dialog at most.
     const std::list<QDialog *> dialogs = report == nullptr ? std::list<QDialog *>() : report->GetCommentDialogs();
@@ -63,6 +85,7 @@ void Release(std::unique_ptr<XmlCreateReport> report)
 VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *toolBar, bool showButton,
                          const char *objectName, bool deleteAfterUse, QPixmap icon)
     : QWidget(toolBar)
+    , m_pButtonUse(std::make_shared<int>())
     , m_Pixmap(icon)
     , m_bDeleteAfterUse(deleteAfterUse)
     , m_sReportDirectory(reportDirectory.replace(kSlash, kBackslash))
@@ -84,11 +107,9 @@ VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *tool
 VCReporting::~VCReporting()
 {
     ClearReportData();
-    if (m_bReporting && m_pReportButton != nullptr) {
-        // Perhaps the button is still handling its press, and Qt goes on with it behind the slots.
+    if (m_pButtonUse.use_count() > 1 && m_pReportButton != nullptr) {
         m_pReportButton->hide();
         m_pReportButton->setParent(nullptr);
-        m_pReportButton->deleteLater();
     } else {
         End(m_pReportButton);
     }
@@ -109,7 +130,7 @@ void VCReporting::EnableReportButton(bool enable)
     }
     const QPointer<QTimer> timer = m_pCheckTimer;
     if (!enable) {
-        m_pReportButton->setEnabled(false);
+        SetButtonEnabled(false);
         if (timer != nullptr) {
             timer->stop();
         }
@@ -150,6 +171,27 @@ bool VCReporting::SlotToReport()
     return guard != nullptr && RunReport();
 }
 
+// The button gets the events of a press from here, behind all others that filter them: Qt goes on with it behind the
+// signals that it sends.
+bool VCReporting::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_pReportButton) {
+        return QWidget::eventFilter(watched, event);
+    }
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        break;
+    default:
+        return false;
+    }
+    const ButtonUse use(m_pReportButton, m_pButtonUse);
+    // One that it leaves to others it may have once more.
+    return watched->event(event);
+}
+
 void VCReporting::EndReporting()
 {
     m_bReporting = false;
@@ -163,9 +205,18 @@ bool VCReporting::RunReport()
         return false;
     }
     const QString reportPath = MakeReportPath();
+    // The host may delete the control when the last dialog goes, or the next comes.
+    const QPointer<VCReporting> guard(this);
     Release(std::move(m_pReport));
-    m_pReport = std::make_unique<XmlCreateReport>(this);
-    const bool isSuccessful = m_pReport->CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
+    if (guard == nullptr) {
+        return false;
+    }
+    const auto report = std::make_shared<XmlCreateReport>(this);
+    m_pReport = report;
+    const bool isSuccessful = report->CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
+    if (guard == nullptr) {
+        return isSuccessful;
+    }
     if (isSuccessful) {
         Q_EMIT ReportSuccessful();
     } else {
@@ -177,8 +228,11 @@ bool VCReporting::RunReport()
 void VCReporting::SlotCheckFileAndDirectory()
 {
     const bool isAvailable = Exists(m_sSchemaPath) && Exists(m_sReportDirectory);
+    const QPointer<VCReporting> guard(this);
     SetButtonEnabled(isAvailable);
-    Q_EMIT ReportDirAndSchemaAvailable(isAvailable);
+    if (guard != nullptr) {
+        Q_EMIT ReportDirAndSchemaAvailable(isAvailable);
+    }
 }
 
 void VCReporting::SetInputPathToSchema(QString path)
@@ -205,11 +259,16 @@ void VCReporting::MakeReportButton()
     }
     m_pReportButton->setEnabled(true);
     connect(m_pReportButton, &VCButton::clicked, this, &VCReporting::SlotToReport);
+    m_pReportButton->installEventFilter(this);
+    // Before a host hears of its end, which is before the pointer would be cleared.
+    connect(m_pReportButton, &QObject::destroyed, this, [this] { m_pReportButton.clear(); });
 }
 
+// A button that is disabled loses the focus, and a host may follow that.
 void VCReporting::SetButtonEnabled(bool enable)
 {
     if (m_pReportButton != nullptr && m_pReportButton->isEnabled() != enable) {
+        const ButtonUse use(m_pReportButton, m_pButtonUse);
         m_pReportButton->setEnabled(enable);
     }
 }
@@ -218,7 +277,7 @@ void VCReporting::SetButtonEnabled(bool enable)
 QString VCReporting::MakeReportPath() const
 {
     const Orvo::DateTime now(OrvoOS::Create().GetTime());
-    const QString fileName = now.toString(QStringLiteral("yyyy-MM-dd_hh-mm-ss-z")) + QLatin1String(".xml");
+    const QString fileName = now.toString(QLatin1String("yyyy-MM-dd_hh-mm-ss-z")) + QLatin1String(".xml");
     return m_sReportDirectory.endsWith(kBackslash) ? m_sReportDirectory + fileName
                                                    : m_sReportDirectory + kBackslash + fileName;
 }

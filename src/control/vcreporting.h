@@ -33,9 +33,10 @@ class Node;
 /// directory exist, and a list of named values that fill the report.
 ///
 /// A host builds it, adds values by name, and the operator presses the button. Everything happens on the GUI thread.
-/// A report runs to its end on the stack of its caller. The control may be deleted in a slot of any of its signals, but
-/// not while a report asks the value tree for its values. A button that was pressed for that report goes a little later
-/// then, when its press has been handled.
+/// A report runs to its end on the stack of its caller. The control may be deleted in a slot of any of its signals and
+/// of its button's, also from an event loop that the slot runs, and by whoever watches the focus or the comment dialog;
+/// but not while a report asks the host for a value or the time, or traces. Where Qt is at work on the button, that one
+/// is hidden at once and destroyed when Qt is through with it.
 class TAGWRIGHT_EXPORT VCReporting : public QWidget, public ITagwright
 {
     Q_OBJECT
@@ -98,6 +99,8 @@ public:
 
     /// The report's side of the control; not for the host.
     void XmlUpdate(XmlEvent *event) override;
+    /// Lets the button outlive its press; not for the host.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     /// A report is about to be made: the last moment to change values, schema or comment dialog for it.
@@ -162,7 +165,8 @@ private:
     // A host may take the button to another place, or the timer, and see it destroyed there.
     QPointer<VCButton> m_pReportButton;
     QPointer<QTimer> m_pCheckTimer;
-    std::unique_ptr<XmlCreateReport> m_pReport; // the latest
+    std::shared_ptr<int> m_pButtonUse; // shared by all that is at work on the button
+    std::shared_ptr<XmlCreateReport> m_pReport; // the latest; shared by its dialog and its run
     QPixmap m_Pixmap;
     bool m_bValueWritten = false;
     bool m_bDeleteAfterUse = false;

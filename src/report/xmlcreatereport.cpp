@@ -45,7 +45,7 @@ XmlCreateReport::~XmlCreateReport()
 {
     while (!m_CommentDialogs.empty()) {
         // A host that closes up may have destroyed all windows already.
-        if (CommentDialogImpl *dialog = m_CommentDialogs.front()) {
+        if (CommentDialogImpl *dialog = m_CommentDialogs.front().lock().get()) {
             dialog->End();
         }
         m_CommentDialogs.pop_front();
@@ -126,8 +126,8 @@ void XmlCreateReport::WalkTemplate()
 void XmlCreateReport::SetSchemaAttributes(const QString &normalisedPath)
 {
     QDomElement root = m_pDocument->documentElement();
-    root.setAttribute(QStringLiteral("xsi:noNamespaceSchemaLocation"), normalisedPath);
-    root.setAttribute(QStringLiteral("xmlns:xsi"), QStringLiteral("http://www.w3.org/2001/XMLSchema-instance"));
+    root.setAttribute(QLatin1String("xsi:noNamespaceSchemaLocation"), normalisedPath);
+    root.setAttribute(QLatin1String("xmlns:xsi"), QLatin1String("http://www.w3.org/2001/XMLSchema-instance"));
 }
 
 void XmlCreateReport::SaveReport(const QString &reportPath)
@@ -149,20 +149,20 @@ void XmlCreateReport::SaveReport(const QString &reportPath)
 
 void XmlCreateReport::ShowCommentDialog(const QString &reportPath)
 {
-    auto dialog = std::make_unique<CommentDialogImpl>();
+    auto *dialog = new CommentDialogImpl;
+    m_CommentDialogs.push_back(dialog->GetSelf());
     m_pDialogDocument = std::make_unique<QDomDocument>(*m_pDocument);
     dialog->SetDocument(m_pDialogDocument.get());
     dialog->SetFileName(ToNativePath(reportPath));
     dialog->ShowData();
-    m_CommentDialogs.emplace_back(dialog.release());
 }
 
 std::list<QDialog *> XmlCreateReport::GetCommentDialogs() const
 {
     std::list<QDialog *> dialogs;
-    for (const QPointer<CommentDialogImpl> &dialog : m_CommentDialogs) {
-        if (dialog != nullptr) {
-            dialogs.push_back(dialog);
+    for (const std::weak_ptr<CommentDialogImpl> &dialog : m_CommentDialogs) {
+        if (!dialog.expired()) {
+            dialogs.push_back(dialog.lock().get());
         }
     }
     return dialogs;

@@ -6,7 +6,6 @@
 #include "schema/schematables.h"
 
 #include <QDateTime>
-#include <QPointer>
 #include <QString>
 #include <QTime>
 
@@ -151,7 +150,7 @@ private:
     ChoiceMap m_ChoiceMap;
     QDomElement *m_pCurrentElement = nullptr; // the walk's, or m_pDiscardSuccessor
     std::unique_ptr<DomParser> m_pDomParser;
-    std::list<QPointer<CommentDialogImpl>> m_CommentDialogs; // owned
+    std::list<std::weak_ptr<CommentDialogImpl>> m_CommentDialogs; // owned
     std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
     // The element that the walk resumes behind after a discard; the walk reads it when the event has returned.
     std::unique_ptr<QDomElement> m_pDiscardSuccessor;

@@ -86,7 +86,7 @@ void XmlCreateReport::SetXmlValue(int value)
 
 void XmlCreateReport::SetXmlValue(bool value)
 {
-    SetElement({ kBool, value ? QStringLiteral("true") : QStringLiteral("false") });
+    SetElement({ kBool, QLatin1String(value ? "true" : "false") });
 }
 
 void XmlCreateReport::SetXmlValue(QDateTime value)

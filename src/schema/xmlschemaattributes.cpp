@@ -75,7 +75,7 @@ void XmlSchemaHandler::ReadExtension(const QXmlAttributes &atts)
 
 void XmlSchemaHandler::SetType(const QDomElement &target, const QString &type)
 {
-    m_pRun->m_oMaker.SetAttribute(target, QStringLiteral("type"), type);
+    m_pRun->m_oMaker.SetAttribute(target, QLatin1String("type"), type);
 }
 
 void XmlSchemaHandler::WaitForAttributes(const QString &name, const QDomElement &target, bool isBase)

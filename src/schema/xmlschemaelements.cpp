@@ -41,7 +41,7 @@ void XmlSchemaHandler::ReadChoice(const QXmlAttributes &)
 
 void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
 {
-    const QString defaultName = QStringLiteral("default");
+    const QString defaultName = QLatin1String("default");
     for (int copy = 0; copy < local.Copies() && IsReading(); ++copy) {
         m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
         m_pRun->m_oMaker.Append(ContentParent(), *m_pLocalElement);
@@ -90,7 +90,7 @@ bool XmlSchemaHandler::ApplyType(const QString &type, QDomElement target)
 {
     TemplateMaker &maker = m_pRun->m_oMaker;
     if (HasPrefix(type)) {
-        maker.SetAttribute(target, QStringLiteral("type"), WithoutPrefix(type));
+        maker.SetAttribute(target, QLatin1String("type"), WithoutPrefix(type));
         return true;
     }
     const TypeEntry *entry = UseComplete(type);

@@ -6,12 +6,11 @@
 #include "report/xmlcreatereport.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QElapsedTimer>
-#include <QLabel>
+#include <QEventLoop>
 #include <QPushButton>
 #include <QScreen>
-#include <QTextEdit>
+#include <QTimer>
 #include <QToolButton>
 #include <QtTest>
 
@@ -30,14 +29,18 @@ static_assert(!std::is_constructible_v<ExplicitReportData, QObject *>);
 
 namespace {
 
-/// A value that does something while its number is read.
-class Value : public values::ValueBase, public values::IValueNumeric
+/// A tree of one value, which does something while its number is read.
+class OneValueTree : public values::Tree, public values::ValueBase, public values::IValueNumeric
 {
 public:
-    Value()
+    OneValueTree()
         : ValueBase(QStringLiteral("A"), QStringLiteral("A"))
     {
+        Install(this);
     }
+    ~OneValueTree() override { Install(nullptr); }
+    values::ValueBase *FindValue(QString) override { return this; }
+    values::TreeItem *FindItem(QString) override { return nullptr; }
     QString GetText() override { return QStringLiteral("own"); }
     double GetNumber() override
     {
@@ -48,150 +51,223 @@ public:
     std::function<void()> m_fnRead;
 };
 
-/// A tree that holds the one value.
-class OneValueTree : public values::Tree
+/// A control and its surroundings.
+struct Desk : ControlRun
 {
-public:
-    OneValueTree() { Install(this); }
-    ~OneValueTree() override { Install(nullptr); }
-    values::ValueBase *FindValue(QString) override { return &m_oValue; }
-    values::TreeItem *FindItem(QString) override { return nullptr; }
+    explicit Desk(bool hasDialog, const QString &content = QStringLiteral("<xs:element name='A' type='xs:string'/>"))
+        : ControlRun(content)
+    {
+        m_pControl->SetShowCommentDialog(hasDialog);
+        m_pControl->setParent(&m_oWindow);
+        m_oWindow.show();
+    }
+    void AddText(const char *name, const char *text, int maxOccurs = 1) const
+    {
+        m_pControl->AddExplicitReportData(QLatin1String(name), text, maxOccurs, QString(), 0, QString());
+    }
+    void AddValue() const
+    {
+        m_pControl->AddReportData(QStringLiteral("A"), QStringLiteral("A"), QString(), 1, QString(), 0, QString());
+    }
 
-    Value m_oValue;
+    QWidget m_oWindow;
+    std::unique_ptr<VCReporting> m_pControl = MakeControl();
+    QPointer<QToolButton> m_pButton = m_pControl->GetReportButton();
 };
 
-void AddText(VCReporting &control, const char *name, const char *text, int maxOccurs = 1)
-{
-    control.AddExplicitReportData(QLatin1String(name), text, maxOccurs, QString(), 0, QString());
-}
-
-void EndDeferred()
+/// Whether the object goes as soon as the application comes to it.
+bool IsEnded(const QPointer<QWidget> &object)
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return object.isNull();
 }
 
-QWidgetList Dialogs()
+QPointer<QWidget> Dialog()
 {
-    QWidgetList dialogs;
     for (QWidget *widget : QApplication::topLevelWidgets()) {
         if (widget->inherits("CommentDialogImpl")) {
-            dialogs << widget;
+            return widget;
         }
     }
-    return dialogs;
+    return nullptr;
 }
 
-/// Calls back once when its object is hidden, as a host does that follows the focus.
-class OnHide : public QObject
+void Press(const QWidget *dialog, const char *button)
 {
+    QTest::mouseClick(dialog->findChild<QPushButton *>(QLatin1String(button)), Qt::LeftButton);
+}
+
+/// What a host does in a slot, or when a comment dialog has such an event: at once, or in an event loop of its own.
+class Call : public QObject
+{
+    Q_OBJECT
+
 public:
-    explicit OnHide(std::function<void()> call)
+    Call(std::function<void()> call, bool isInALoop, QEvent::Type type = QEvent::None)
         : m_fnCall(std::move(call))
+        , m_bInALoop(isInALoop)
+        , m_eType(type)
     {
+        qApp->installEventFilter(this);
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Hide) {
-            watched->removeEventFilter(this);
-            m_fnCall();
+        if (event->type() == m_eType && watched->inherits("CommentDialogImpl")) {
+            m_eType = QEvent::None;
+            Run();
         }
         return false;
     }
 
+public Q_SLOTS:
+    void Run()
+    {
+        QEventLoop loop;
+        if (m_bInALoop) {
+            QTimer::singleShot(0, &loop, [&] {
+                m_fnCall();
+                QTimer::singleShot(0, &loop, &QEventLoop::quit);
+            });
+            loop.exec();
+        } else {
+            m_fnCall();
+        }
+    }
+
 private:
     std::function<void()> m_fnCall;
+    bool m_bInALoop;
+    QEvent::Type m_eType;
 };
 
-using EndDialog = void (*)(QWidget *);
-
 } // namespace
-
-Q_DECLARE_METATYPE(EndDialog)
 
 class TestLifetimes : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void EndsInASlot_data();
     void EndsInASlot();
+    void EndsWhileThePollTakesTheFocus();
+    void EndsWhileADialogShows();
     void EndsWhileADialogHides_data();
     void EndsWhileADialogHides();
+    void EndsWithTheDialogBefore();
     void ListChangesWhileAValueIsRead_data();
     void ListChangesWhileAValueIsRead();
     void ListIsClearedInARefusal();
     void ValueThrows();
+    void TextsMayOutliveTheLibrary();
     void LivesWithoutItsTimer();
     void DialogStaysOnTheScreen();
     void ManyItemsOfOneNameCostNothing();
 };
 
+void TestLifetimes::EndsInASlot_data()
+{
+    QTest::addColumn<QByteArray>("signal");
+    for (const char *signal : { SIGNAL(PrepareToReport()), SIGNAL(ReportSuccessful()), SIGNAL(pressed()),
+                                SIGNAL(released()), SIGNAL(clicked()) }) {
+        QTest::newRow(signal) << QByteArray(signal);
+    }
+}
+
 void TestLifetimes::EndsInASlot()
 {
-    for (const auto signal : { &VCReporting::PrepareToReport, &VCReporting::ReportSuccessful }) {
-        for (const bool isMouse : { true, false }) {
-            const ControlRun run;
-            QWidget window;
-            QPointer<VCReporting> control = run.MakeControl().release();
-            control->setParent(&window);
-            window.show();
-            const QPointer<QToolButton> button = control->GetReportButton();
-            connect(control, signal, [&control] { delete control; });
-            if (isMouse) {
-                QTest::mouseClick(button, Qt::LeftButton);
-            } else {
-                QTest::keyClick(button, Qt::Key_Space);
-            }
-            QVERIFY(control.isNull());
-            EndDeferred();
-            QVERIFY(button.isNull());
+    QFETCH(QByteArray, signal);
+    for (const int way : { 0, 1, 2, 3 }) {
+        Desk desk(false);
+        const Call end([&] { desk.m_pControl.reset(); }, way > 1);
+        const bool isControls = desk.m_pControl->metaObject()->indexOfSignal(signal.constData() + 1) >= 0;
+        connect(isControls ? static_cast<QObject *>(desk.m_pControl.get()) : desk.m_pButton.data(), signal, &end,
+                SLOT(Run()));
+        if (way % 2 == 0) {
+            QTest::mouseClick(desk.m_pButton, Qt::LeftButton);
+        } else {
+            QTest::keyClick(desk.m_pButton, Qt::Key_Space);
         }
+        QVERIFY(desk.m_pControl == nullptr && IsEnded(desk.m_pButton.data()));
     }
+}
+
+void TestLifetimes::EndsWhileThePollTakesTheFocus()
+{
+    for (const bool isPoll : { true, false }) {
+        Desk desk(false);
+        QApplication::setActiveWindow(&desk.m_oWindow);
+        desk.m_pButton->setFocus();
+        const Call end([&] { desk.m_pControl.reset(); }, false);
+        connect(qApp, &QApplication::focusChanged, &end, &Call::Run);
+        QFile::remove(desk.SchemaPath());
+        desk.m_pControl->EnableReportButton(isPoll);
+        QVERIFY(desk.m_pControl == nullptr && IsEnded(desk.m_pButton.data()));
+    }
+}
+
+void TestLifetimes::EndsWhileADialogShows()
+{
+    Desk desk(true);
+    const Call onShow([&] { desk.m_pControl.reset(); }, false, QEvent::Show);
+    desk.m_pControl->SlotToReport();
+    const QPointer<QWidget> dialog = Dialog();
+    QVERIFY(desk.m_pControl == nullptr && dialog->isVisible());
+    Press(dialog, "m_pNoCommentButton");
+    QVERIFY(IsEnded(dialog));
+    QCOMPARE(desk.Reports().size(), 1);
 }
 
 void TestLifetimes::EndsWhileADialogHides_data()
 {
-    QTest::addColumn<bool>("own");
-    QTest::addColumn<EndDialog>("end");
-    for (const bool own : { false, true }) {
-        const auto row = [own](const char *name, EndDialog end) {
-            QTest::addRow("%s, %s", name, own ? "a host's builder" : "a control") << own << end;
-        };
-        row("save", [](QWidget *dialog) {
-            QTest::mouseClick(dialog->findChild<QPushButton *>(QStringLiteral("m_pSaveButton")), Qt::LeftButton);
-        });
-        row("escape", [](QWidget *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
-        row("frame", [](QWidget *dialog) { dialog->close(); });
-    }
+    QTest::addColumn<int>("end");
+    QTest::newRow("save") << 0;
+    QTest::newRow("escape") << 1;
+    QTest::newRow("frame") << 2;
 }
 
 void TestLifetimes::EndsWhileADialogHides()
 {
-    QFETCH(bool, own);
-    QFETCH(EndDialog, end);
+    QFETCH(int, end);
     struct Deaf : ITagwright
     {
         void XmlUpdate(XmlEvent *) override { }
     } deaf;
-    const ControlRun run;
-    auto control = run.MakeControl();
-    std::unique_ptr<XmlCreateReport> builder;
-    if (own) {
-        builder = std::make_unique<XmlCreateReport>(&deaf);
-        QVERIFY(builder->CreateXmlFromSchema(run.SchemaPath(), run.ReportFolder() + QLatin1String("/own.xml"), true));
-    } else {
-        control->SetShowCommentDialog(true);
-        QVERIFY(control->SlotToReport());
+    for (const int way : { 0, 1, 2, 3 }) {
+        Desk desk(true);
+        std::unique_ptr<XmlCreateReport> builder;
+        if (way % 2 == 0) {
+            QVERIFY(desk.m_pControl->SlotToReport());
+        } else {
+            builder = std::make_unique<XmlCreateReport>(&deaf);
+            builder->CreateXmlFromSchema(desk.SchemaPath(), desk.ReportFolder() + QLatin1String("/own.xml"), true);
+        }
+        const QPointer<QWidget> dialog = Dialog();
+        const auto endOwner = [&] {
+            builder.reset();
+            desk.m_pControl.reset();
+            dialog->close(); // there is nothing to save any more
+        };
+        const Call onHide(endOwner, way > 1, QEvent::Hide);
+        if (end == 0) {
+            Press(dialog, "m_pSaveButton");
+        } else if (end == 1) {
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        } else {
+            dialog->close();
+        }
+        QVERIFY(desk.m_pControl == nullptr && builder == nullptr && IsEnded(dialog));
     }
-    const QPointer<QWidget> dialog = Dialogs().value(0);
-    OnHide onHide([&] {
-        builder.reset();
-        control.reset();
-    });
-    dialog->installEventFilter(&onHide);
-    end(dialog);
-    QVERIFY(control == nullptr && builder == nullptr);
-    EndDeferred();
-    QVERIFY(dialog.isNull());
+}
+
+void TestLifetimes::EndsWithTheDialogBefore()
+{
+    Desk desk(true);
+    QVERIFY(desk.m_pControl->SlotToReport());
+    Dialog()->hide();
+    const Call end([&] { desk.m_pControl.reset(); }, false);
+    connect(Dialog(), &QObject::destroyed, &end, &Call::Run);
+    QVERIFY(!desk.m_pControl->SlotToReport());
+    QVERIFY(desk.m_pControl == nullptr && Dialog() == nullptr);
 }
 
 void TestLifetimes::ListChangesWhileAValueIsRead_data()
@@ -206,28 +282,26 @@ void TestLifetimes::ListChangesWhileAValueIsRead_data()
 void TestLifetimes::ListChangesWhileAValueIsRead()
 {
     QFETCH(QString, removed);
-    const ControlRun run;
+    const Desk desk(false);
     OneValueTree tree;
-    const auto control = run.MakeControl();
-    AddText(*control, "Z", "earlier");
-    control->AddReportData(QStringLiteral("A"), QStringLiteral("A"), QString(), 1, QString(), 0, QString());
-    AddText(*control, "A", "later");
-    tree.m_oValue.m_fnRead = [&] {
+    desk.AddText("Z", "earlier");
+    desk.AddValue();
+    desk.AddText("A", "later");
+    tree.m_fnRead = [&] {
         if (removed.isEmpty()) {
-            control->ClearReportData();
+            desk.m_pControl->ClearReportData();
         } else {
-            control->DeleteReportData(removed);
+            desk.m_pControl->DeleteReportData(removed);
         }
     };
-    QVERIFY(control->SlotToReport());
-    QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>own</A></R>"));
+    QVERIFY(desk.m_pControl->SlotToReport());
+    QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A>own</A></R>"));
 }
 
 void TestLifetimes::ListIsClearedInARefusal()
 {
-    class Clearing : public VCReporting
+    struct Clearing : VCReporting
     {
-    public:
         using VCReporting::VCReporting;
         void XmlUpdate(XmlEvent *event) override
         {
@@ -237,77 +311,95 @@ void TestLifetimes::ListIsClearedInARefusal()
             VCReporting::XmlUpdate(event);
         }
     };
-    const ControlRun run;
-    Clearing control(run.SchemaPath(), run.ReportFolder(), nullptr, true, nullptr, false, QPixmap());
-    AddText(control, "A", "text", 3);
-    QVERIFY(control.SlotToReport());
-    QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>text</A></R>"));
+    Desk desk(false);
+    desk.m_pControl =
+        std::make_unique<Clearing>(desk.SchemaPath(), desk.ReportFolder(), nullptr, true, nullptr, false, QPixmap());
+    desk.AddText("A", "text", 3);
+    QVERIFY(desk.m_pControl->SlotToReport());
+    QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A>text</A></R>"));
 }
 
 void TestLifetimes::ValueThrows()
 {
-    const ControlRun run;
+    const Desk desk(false);
     OneValueTree tree;
-    const auto control = run.MakeControl();
-    control->AddReportData(QStringLiteral("A"), QStringLiteral("A"), QString(), 1, QString(), 0, QString());
-    tree.m_oValue.m_fnRead = [] { throw std::runtime_error("no value"); };
-    bool isThrown = false;
-    try {
-        control->SlotToReport();
-    } catch (const std::runtime_error &) {
-        isThrown = true;
+    desk.AddValue();
+    tree.m_fnRead = [] { throw std::runtime_error("no value"); };
+    QVERIFY_EXCEPTION_THROWN(desk.m_pControl->SlotToReport(), std::runtime_error);
+    tree.m_fnRead = [] {};
+    QVERIFY(desk.m_pControl->SlotToReport());
+    QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A>own</A></R>"));
+}
+
+// The characters of a literal go with the library, those of any other text with its last copy.
+void TestLifetimes::TextsMayOutliveTheLibrary()
+{
+    struct Keeping : VCReporting
+    {
+        using VCReporting::VCReporting;
+        void XmlUpdate(XmlEvent *event) override
+        {
+            if (event->GetType() == XmlEvent::EVENT_ELEM_BEGIN) {
+                auto *begin = static_cast<ElemBeginEvent *>(event);
+                const QXmlAttributes attributes = begin->GetElementAttributes();
+                for (int i = 0; i < attributes.count(); ++i) {
+                    m_lKept << attributes.qName(i) << attributes.value(i);
+                }
+                m_lKept << begin->GetElementName() << begin->GetElementText();
+            }
+            VCReporting::XmlUpdate(event);
+        }
+        QStringList m_lKept;
+    };
+    const ControlRun run(
+        QStringLiteral("<xs:element name='A' type='xs:boolean' default='x' maxOccurs='2'/><xs:element name='B'>"
+                       "<xs:simpleType><xs:restriction base='xs:string'/></xs:simpleType></xs:element>"));
+    Keeping control(run.SchemaPath(), run.ReportFolder(), nullptr, false, nullptr, false, QPixmap());
+    control.SetShowCommentDialog(true);
+    control.AddExplicitReportData(QStringLiteral("A"), true, 2, QString(), 0, QString());
+    QVERIFY(control.SlotToReport() && control.m_lKept.contains(QLatin1String("default")));
+    control.m_lKept << Dialog()->objectName();
+    for (QString &text : control.m_lKept) {
+        QVERIFY2(text.isEmpty() || !text.data_ptr()->ref.isStatic(), qPrintable(text));
     }
-    QVERIFY(isThrown);
-    tree.m_oValue.m_fnRead = [] {};
-    QVERIFY(control->SlotToReport());
-    QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>own</A></R>"));
 }
 
 void TestLifetimes::LivesWithoutItsTimer()
 {
-    const ControlRun run;
-    const auto control = run.MakeControl();
-    delete control->findChild<QTimer *>();
-    control->EnableReportButton(false);
-    QVERIFY(!control->GetReportButton()->isEnabled());
-    control->EnableReportButton(true);
-    QVERIFY(control->GetReportButton()->isEnabled());
+    const Desk desk(false);
+    delete desk.m_pControl->findChild<QTimer *>();
+    desk.m_pControl->EnableReportButton(false);
+    QVERIFY(!desk.m_pButton->isEnabled());
+    desk.m_pControl->EnableReportButton(true);
+    QVERIFY(desk.m_pButton->isEnabled());
 }
 
 void TestLifetimes::DialogStaysOnTheScreen()
 {
-    const ControlRun run(QStringLiteral("<xs:element name='Level' type='xs:string'/>"));
-    const auto control = run.MakeControl();
-    control->SetShowCommentDialog(true);
     for (const QString &text : { QString(3000, QLatin1Char('W')), QStringLiteral("line\n").repeated(200) }) {
-        control->ClearReportData();
-        control->AddExplicitReportData(QStringLiteral("Level"), text, 1, QString(), 0, QString());
-        QVERIFY(control->SlotToReport());
-        const QWidget *dialog = Dialogs().last();
+        const Desk desk(true, QStringLiteral("<xs:element name='Level' type='xs:string'/>"));
+        desk.AddText("Level", qPrintable(text));
+        QVERIFY(desk.m_pControl->SlotToReport());
         const QSize available = QGuiApplication::primaryScreen()->availableSize();
-        QVERIFY2(dialog->width() <= available.width() && dialog->height() <= available.height(),
-                 qPrintable(QStringLiteral("%1 x %2").arg(dialog->width()).arg(dialog->height())));
-        for (QWidget *shown : Dialogs()) {
-            shown->hide();
-        }
+        QCOMPARE(Dialog()->size().boundedTo(available), Dialog()->size());
+        Dialog()->hide();
     }
 }
 
 // The walk over the items ends at the first that serves, so it must not look at the others either.
 void TestLifetimes::ManyItemsOfOneNameCostNothing()
 {
-    const ControlRun run(QStringLiteral("<xs:element name='A' type='xs:string' maxOccurs='2000'/>"));
-    const auto control = run.MakeControl();
-    AddText(*control, "A", "first", 2000);
+    const Desk desk(false, QStringLiteral("<xs:element name='A' type='xs:string' maxOccurs='2000'/>"));
+    desk.AddText("A", "first", 2000);
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(control->SlotToReport());
+    QVERIFY(desk.m_pControl->SlotToReport());
     const qint64 withOne = timer.restart();
     for (int i = 0; i < 20000; ++i) {
-        AddText(*control, "A", "further");
+        desk.AddText("A", "further");
     }
     timer.restart();
-    QVERIFY(control->SlotToReport());
+    QVERIFY(desk.m_pControl->SlotToReport());
     QVERIFY2(timer.elapsed() < 5 * withOne + 200, qPrintable(QString::number(timer.elapsed())));
 }
 
