@@ -1,5 +1,7 @@
 #include "support/controlrun.h"
 
+#include "host/quilmar.h"
+
 namespace {
 
 // What an item or a list of them makes of <A>, the root's only element, of a type and with attributes.
@@ -45,6 +47,30 @@ constexpr const char *kElementRows[][4] = {
       "<A DFDateTime='now' Unit='xs:string' type='double'/>" },
 };
 
+// The same for values of the host's tree; with "~" a selection's number and text.
+constexpr const char *kTreeRows[][4] = {
+    { "a number is scaled", "double", "A<Frequency^3", "<A>5</A>" },
+    { "its text is not", "string", "A<Frequency^3", "<A>5000 Hz</A>" },
+    { "a negative exponent multiplies", "double", "A<Frequency^-1", "<A>50000</A>" },
+    { "a selection counts", "double", "A<2~Medium^1", "<A>0.2</A>" },
+    { "and has a text", "string", "A<2~Medium^1", "<A>Medium</A>" },
+    { "a text is no number", "double", "A<Station/Remark", "<A type='double'/>" },
+    { "a node has its name", "string", "A<Station", "<A>Station</A>" },
+    { "a value beside a path is dropped", "double", "A<Nothing", "<A type='double'/>" },
+    { "a choice of kHz", "double", "A<2~100 kHz", "<A>100000</A>" },
+    { "a choice by its frequency", "double", "A<100000~100 kHz", "<A>100000</A>" },
+    { "a choice of MHz", "double", "A<1000~1 MHz", "<A>1000</A>" },
+    { "capitals don't count", "double", "A<3~2.5 mHz", "<A>2500000</A>" },
+    { "no blank", "double", "A<4~3GHz", "<A>3000000000</A>" },
+    { "a blank for a prefix", "double", "A<1~50 Hz", "<A>50</A>" },
+    { "no prefix", "double", "A<1~50Hz", "<A>50</A>" },
+    { "no unit of frequencies", "double", "A<7~25 khz", "<A>7</A>" },
+    { "no frequency", "double", "A<1~Hz", "<A type='double'/>" },
+    // The last two characters are taken for the unit, whatever they are, and go wherever they stand.
+    { "a unit ahead", "double", "A<1~Hz: 30", "<A type='double'/>" },
+    { "a unit at each end", "double", "A<1~HzHz12 kHz", "<A>12000</A>" },
+};
+
 // The same for one L below each of the parents; behind "!" each value is used once.
 constexpr const char *kListRows[][4] = {
     { "a name fits below every parent", "ST string", "L=v", "<S><L>v</L></S><T><L>v</L></T>" },
@@ -61,23 +87,28 @@ constexpr const char *kListRows[][4] = {
     { "four are too many", "S string", "L=v*4", "<S><L>v</L></S>" },
 };
 
-/// Adds an item from "name=fixed text" or "name:t text", ":d double", ":b bool", ":l long" (explicit), with
-/// "^exponent",
-/// "*occurrences" and "@unit" behind.
-void AddItem(VCReporting &control, const QString &item)
+/// Adds an item from "name=fixed text", "name<path" or "name:t text", ":d double", ":b bool", ":l long" (explicit),
+/// with
+/// "^exponent", "*occurrences" and "@unit" behind.
+void AddItem(VCReporting &control, const QString &item, values::MemoryTree &tree)
 {
     static const QRegularExpression form(
-        QStringLiteral("^([^=:]*)(=|:[tdbl])([^^*@]*)(?:\\^(\\d+))?(?:\\*(\\d+))?(?:@(.*))?$"));
+        QStringLiteral("^([^=<:]*)(=|<|:[tdbl])([^^*@]*)(?:\\^(-?\\d+))?(?:\\*(\\d+))?(?:@(.*))?$"));
     const QStringList parts = form.match(item).capturedTexts() << QString() << QString() << QString();
     const QString &kind = parts.at(2);
     const QString &value = parts.at(3);
+    const int exponent = parts.at(4).toInt();
+    const int occurs = qMax(1, parts.at(5).toInt());
     const auto add = [&](auto given) {
-        control.AddExplicitReportData(parts.at(1), given, qMax(1, parts.at(5).toInt()), QString(), parts.at(4).toInt(),
-                                      parts.at(6));
+        control.AddExplicitReportData(parts.at(1), given, occurs, QString(), exponent, parts.at(6));
     };
     if (kind == QLatin1String("=")) {
-        control.AddReportData(parts.at(1), QString(), value, qMax(1, parts.at(5).toInt()), QString(),
-                              parts.at(4).toInt(), parts.at(6));
+        control.AddReportData(parts.at(1), QString(), value, occurs, QString(), exponent, parts.at(6));
+    } else if (kind == QLatin1String("<")) {
+        const QStringList selection = value.split(QLatin1Char('~'));
+        tree.SetSelection(QStringLiteral("Selection"), selection.front().toDouble(), selection.back());
+        control.AddReportData(parts.at(1), selection.size() == 2 ? QStringLiteral("Selection") : value,
+                              QStringLiteral("12.5"), occurs, QString(), exponent, parts.at(6));
     } else if (kind == QLatin1String(":d")) {
         add(value.toDouble());
     } else if (kind == QLatin1String(":b")) {
@@ -92,10 +123,14 @@ void AddItem(VCReporting &control, const QString &item)
 /// What a control makes of the items: the content of the report's root.
 QString Report(const QString &content, const QString &items, bool deleteAfterUse = false)
 {
+    values::MemoryTree tree;
+    tree.SetNumber(QStringLiteral("Frequency"), 5000.0, QStringLiteral("Hz"));
+    tree.SetText(QStringLiteral("Station/Remark"), QStringLiteral("7"));
+    values::Tree::Install(&tree);
     const ControlRun run(content);
     const auto control = run.MakeControl(deleteAfterUse);
     for (const QString &item : items.split(QStringLiteral("; "), Qt::SkipEmptyParts)) {
-        AddItem(*control, item);
+        AddItem(*control, item, tree);
     }
     const QString report = control->SlotToReport() ? run.LatestReport() : QString();
     return report.mid(3, report.size() - 7);
@@ -127,6 +162,9 @@ private Q_SLOTS:
             row.at(2));
     }
 
+    void ReadsTheTree_data() { AddRows(kTreeRows); }
+    void ReadsTheTree() { FillsOneElement(); }
+
     void ServesParentsAndLists_data() { AddRows(kListRows); }
     void ServesParentsAndLists()
     {
@@ -140,6 +178,23 @@ private Q_SLOTS:
                            .arg(row.at(0).section(QLatin1Char(' '), 1));
         }
         QCOMPARE(Report(content, row.at(1), deleteAfterUse), row.at(2));
+    }
+
+    void KeepsWhatItFoundWhenItWasAdded()
+    {
+        auto tree = std::make_unique<values::MemoryTree>();
+        values::Tree::Install(tree.get());
+        tree->SetNumber(QStringLiteral("A"), 1.0);
+        const ControlRun run(
+            QStringLiteral("<xs:element name='A' type='xs:double'/><xs:element name='B' type='xs:double'/>"));
+        const auto control = run.MakeControl();
+        AddItem(*control, QStringLiteral("A<A"), *tree);
+        AddItem(*control, QStringLiteral("B<B"), *tree);
+        tree->SetNumber(QStringLiteral("A"), 123.0);
+        tree->SetNumber(QStringLiteral("B"), 1.0);
+        values::Tree::Install(nullptr);
+        QVERIFY(control->SlotToReport());
+        QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>123</A><B type='double'/></R>"));
     }
 
     void StampsTimeElements()
