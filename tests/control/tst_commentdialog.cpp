@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
-#include <QProcess>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QTimer>
@@ -44,15 +43,18 @@ constexpr const char *kEndRows[][4] = {
     { "escape", "escape", "typed", "" },
 };
 
-QList<CommentDialogImpl *> OpenDialogs()
+/// The dialog of a new report.
+CommentDialogImpl *Open(VCReporting &control)
 {
-    QList<CommentDialogImpl *> dialogs;
+    control.SetShowCommentDialog(true);
+    control.SlotToReport();
     for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (widget->isVisible() && widget->objectName() == QLatin1String("ToReportCommentDialog")) {
-            dialogs << qobject_cast<CommentDialogImpl *>(widget);
+        if (widget->objectName() == QLatin1String("ToReportCommentDialog") && !widget->property("seen").toBool()) {
+            widget->setProperty("seen", true);
+            return qobject_cast<CommentDialogImpl *>(widget);
         }
     }
-    return dialogs;
+    qFatal("no comment dialog has opened");
 }
 
 /// Presses a button or escape, or closes the dialog by its frame and answers its question; the result is what it asked.
@@ -88,20 +90,6 @@ class TestCommentDialog : public QObject
     Q_OBJECT
 
 private:
-    // The dialog of a new report.
-    CommentDialogImpl *Open()
-    {
-        const QList<CommentDialogImpl *> before = OpenDialogs();
-        m_pControl->SetShowCommentDialog(true);
-        m_pControl->SlotToReport();
-        for (CommentDialogImpl *dialog : OpenDialogs()) {
-            if (!before.contains(dialog)) {
-                return dialog;
-            }
-        }
-        qFatal("no comment dialog has opened");
-    }
-
     static void EndDeferred() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
     std::unique_ptr<ControlRun> m_pRun;
@@ -147,7 +135,7 @@ private Q_SLOTS:
             m_pControl->AddReportData(element.chopped(2), QString(), element.right(1), 1, QString(), 0,
                                       QStringLiteral("u"));
         }
-        CommentDialogImpl *dialog = Open();
+        CommentDialogImpl *dialog = Open(*m_pControl);
         QStringList texts;
         for (const QLabel *label : dialog->findChildren<QLabel *>()) {
             texts << label->text();
@@ -171,7 +159,7 @@ private Q_SLOTS:
     void SavesWhatTheOperatorEnds()
     {
         QFETCH(QStringList, row);
-        CommentDialogImpl *dialog = Open();
+        CommentDialogImpl *dialog = Open(*m_pControl);
         QVERIFY(m_pRun->Reports().isEmpty());
         QTest::keyClicks(dialog->m_pTextEdit, row.at(1));
         End(dialog, row.at(0));
@@ -191,7 +179,7 @@ private Q_SLOTS:
     void AppearsForAnUnreadableSchema()
     {
         m_pRun->WriteSchema(QStringLiteral("garbage"));
-        CommentDialogImpl *dialog = Open();
+        CommentDialogImpl *dialog = Open(*m_pControl);
         QCOMPARE(dialog->m_pAzimuthLabel->text(), QStringLiteral("---"));
         QTest::keyClicks(dialog->m_pTextEdit, QStringLiteral("typed"));
         QVERIFY(QDir().rmdir(m_pRun->ReportFolder()));
@@ -220,10 +208,8 @@ private Q_SLOTS:
     void OutlivesItsControl()
     {
         for (const char *end : { "m_pSaveButton", "escape" }) {
-            const QPointer<CommentDialogImpl> dialog = Open();
-            auto toolBar = std::make_unique<QToolBar>();
-            m_pControl.release()->setParent(toolBar.get());
-            toolBar.reset();
+            const QPointer<CommentDialogImpl> dialog = Open(*m_pControl);
+            m_pControl.reset();
             EndDeferred();
             QVERIFY(dialog != nullptr && dialog->isVisible());
             End(dialog, QLatin1String(end));
@@ -237,53 +223,41 @@ private Q_SLOTS:
 
     void GoesOnceItIsSuperseded()
     {
-        const QPointer<CommentDialogImpl> first = Open();
-        const QPointer<CommentDialogImpl> second = Open();
+        const QPointer<CommentDialogImpl> first = Open(*m_pControl);
+        const QPointer<CommentDialogImpl> second = Open(*m_pControl);
         // The latest stays until the next report, an earlier one goes when it has ended.
         second->close();
         first->close();
         EndDeferred();
         QVERIFY(first.isNull() && second != nullptr);
-        const QPointer<CommentDialogImpl> third = Open();
+        const QPointer<CommentDialogImpl> third = Open(*m_pControl);
         QVERIFY(second.isNull() && third != nullptr);
         third->close();
         m_pControl.reset();
         QVERIFY(third.isNull());
         QCOMPARE(m_pRun->Reports().size(), 3);
     }
-
-    void EndsWithTheApplication()
-    {
-        for (const char *option : { "--leave-open", "--outlive" }) {
-            QCOMPARE(QProcess::execute(QCoreApplication::applicationFilePath(), { QLatin1String(option) }), 0);
-        }
-    }
 };
-
-// An application that ends while a dialog is open: the dialog must go before it, unsaved, also if its control lives on.
-static bool LeaveOpen(int &argc, char **argv)
-{
-    const ControlRun run;
-    bool isGone = false;
-    std::unique_ptr<VCReporting> control;
-    {
-        const QApplication application(argc, argv);
-        control = run.MakeControl();
-        control->SetShowCommentDialog(true);
-        control->SlotToReport();
-        QObject::connect(OpenDialogs().value(0), &QObject::destroyed,
-                         [&isGone] { isGone = QApplication::instance() != nullptr; });
-        if (qstrcmp(argv[1], "--outlive") != 0) {
-            control.reset();
-        }
-    }
-    return isGone && run.Reports().isEmpty();
-}
 
 int main(int argc, char *argv[])
 {
-    if (argc == 2 && (qstrcmp(argv[1], "--leave-open") == 0 || qstrcmp(argv[1], "--outlive") == 0)) {
-        return LeaveOpen(argc, argv) ? 0 : 1;
+    // Applications that end while a dialog is open: it must go before them, unsaved, also if its control lives on.
+    for (const bool outlives : { false, true }) {
+        const ControlRun run;
+        bool isGone = false;
+        std::unique_ptr<VCReporting> control;
+        {
+            const QApplication application(argc, argv);
+            control = run.MakeControl();
+            QObject::connect(Open(*control), &QObject::destroyed,
+                             [&isGone] { isGone = QApplication::instance() != nullptr; });
+            if (!outlives) {
+                control.reset();
+            }
+        }
+        if (!isGone || !run.Reports().isEmpty()) {
+            qFatal("a comment dialog has outlived its application, or has saved its report then");
+        }
     }
     const QApplication application(argc, argv);
     TestCommentDialog test;
