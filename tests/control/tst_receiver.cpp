@@ -42,8 +42,6 @@ private Q_SLOTS:
             const auto found = tree->findItems(QLatin1String(element), Qt::MatchRecursive);
             QCOMPARE(found.isEmpty() ? QString() : found.last()->text(1).trimmed(), QLatin1String(text));
         }
-        QVERIFY(tree->findItems(QStringLiteral("FM"), Qt::MatchRecursive).isEmpty());
-
         QVERIFY(QDir(reports).removeRecursively());
         QMetaObject::invokeMethod(window.GetControl().findChild<QTimer *>(), "timeout");
         QVERIFY(

@@ -45,10 +45,7 @@ constexpr const char *kElementRows[][4] = {
       "<A DateTime='2024-05-06T07:08:09' type='double'/>" },
     { "behind a stamp all is out of reach", "double DFDateTime=dateTime Unit=string", "Unit=u",
       "<A DFDateTime='now' Unit='xs:string' type='double'/>" },
-};
-
-// The same for values of the host's tree; with "~" a selection's number and text.
-constexpr const char *kTreeRows[][4] = {
+    // Values of the host's tree; with "~" a selection's number and text.
     { "a number is scaled", "double", "A<Frequency^3", "<A>5</A>" },
     { "its text is not", "string", "A<Frequency^3", "<A>5000 Hz</A>" },
     { "a negative exponent multiplies", "double", "A<Frequency^-1", "<A>50000</A>" },
@@ -161,9 +158,6 @@ private Q_SLOTS:
                    row.at(1)),
             row.at(2));
     }
-
-    void ReadsTheTree_data() { AddRows(kTreeRows); }
-    void ReadsTheTree() { FillsOneElement(); }
 
     void ServesParentsAndLists_data() { AddRows(kListRows); }
     void ServesParentsAndLists()
