@@ -1,5 +1,5 @@
-// A host's program that uses each of the exported classes once: consumer SCHEMA.xsd DIRECTORY
-// It makes a report through the control, reads it with XMLReader and writes its values with XMLWriter.
+// A host's program: consumer SCHEMA.xsd DIRECTORY
+// It makes a report through the control, and reads it with XMLReader.
 
 #include "control/reportdata.h"
 #include "control/vcreporting.h"
@@ -11,12 +11,7 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QToolBar>
 #include <QtDebug>
-
-#include <memory>
-
-namespace {
 
 class ElementCounter : public ITagwright
 {
@@ -26,52 +21,32 @@ public:
     int m_iElements = 0;
 };
 
-bool fail(const char *what)
-{
-    qCritical() << "consumer:" << what;
-    return false;
-}
-
-bool makeReport(const QString &schema, const QString &directory)
-{
-    QToolBar toolBar;
-    VCReporting control(schema, directory, &toolBar, true, "reporting", false, QPixmap());
-    control.AddReportData("Frequency", "Receiver/Frequency", "", 1, "", 6, "MHz");
-    control.AddReportData("Level", "Receiver/Level", "", 1, "", 0, "dBuV");
-    control.AddExplicitReportData("Operator", "Kim", 1, "", 0, "");
-    return control.SlotToReport() || fail("no report");
-}
-
-bool readReport(const QString &path)
-{
-    ElementCounter counter;
-    XMLReader reader(&counter, nullptr);
-    reader.SetXmlContent(path);
-    if (!reader.ParseXml() || counter.m_iElements < 4) {
-        return fail("the report can't be read");
-    }
-    const auto found = reader.GetElement("Frequency", "");
-    const bool good = found->size() == 1 && found->front().toElement().text() == "98.1";
-    return good || fail("the report holds another frequency");
-}
-
-} // namespace
-
 int main(int argc, char *argv[])
 {
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     if (argc != 3) {
         return 2;
     }
     values::MemoryTree tree;
     values::Tree::Install(&tree);
     tree.SetNumber("Receiver/Frequency", 98.1e6, "Hz");
-    tree.SetNumber("Receiver/Level", 42.5, "dBuV");
-
     const QDir directory(argv[2]);
-    if (!makeReport(argv[1], directory.path())) {
+    VCReporting control(argv[1], directory.path(), nullptr, true, "reporting", false, QPixmap());
+    control.AddReportData("Frequency", "Receiver/Frequency", "", 1, "", 6, "MHz");
+    control.AddExplicitReportData("Operator", "Kim", 1, "", 0, "");
+    const QStringList reports = control.SlotToReport() ? directory.entryList({ "*.xml" }) : QStringList();
+    if (reports.size() != 1) {
+        qCritical() << "consumer: no report";
         return 1;
     }
-    const QStringList reports = directory.entryList({ "*.xml" });
-    return reports.size() == 1 && readReport(directory.filePath(reports.front())) ? 0 : 1;
+    ElementCounter counter;
+    XMLReader reader(&counter, nullptr);
+    reader.SetXmlContent(directory.filePath(reports.front()));
+    const bool isRead = reader.ParseXml() && counter.m_iElements >= 4;
+    const auto found = reader.GetElement("Frequency", "");
+    if (!isRead || found->size() != 1 || found->front().toElement().text() != "98.1") {
+        qCritical() << "consumer: the report can't be read, or holds another frequency";
+        return 1;
+    }
+    return 0;
 }

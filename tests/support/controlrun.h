@@ -10,9 +10,10 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QToolBar>
 
-inline QStringList Texts(std::initializer_list<const char *> texts)
+inline QStringList Texts(const std::initializer_list<const char *> &texts)
 {
     QStringList list;
     for (const char *text : texts) {
@@ -21,26 +22,31 @@ inline QStringList Texts(std::initializer_list<const char *> texts)
     return list;
 }
 
+/// Rows of four texts: the first is the row's name, the others are what its column "row" holds.
+template <std::size_t Count>
+void AddRows(const char *const (&rows)[Count][4])
+{
+    QTest::addColumn<QStringList>("row");
+    for (const auto &row : rows) {
+        QTest::newRow(row[0]) << Texts({ row[1], row[2], row[3] });
+    }
+}
+
 /// A clock that goes on by one millisecond at each look, so that each report gets a file of its own.
 /// One at a time.
 class StepClock : public IOrvoOS
 {
 public:
-    explicit StepClock(const QDateTime &start = QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)))
-        : m_iTime(static_cast<quint64>(start.toMSecsSinceEpoch()))
-    {
-        OrvoOS::SetClock(this);
-    }
+    StepClock() { OrvoOS::SetClock(this); }
     ~StepClock() override { OrvoOS::SetClock(nullptr); }
     Q_DISABLE_COPY(StepClock)
-
     quint64 GetTime() override { return m_iTime++; }
 
 private:
-    quint64 m_iTime;
+    quint64 m_iTime = static_cast<quint64>(QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)).toMSecsSinceEpoch());
 };
 
-/// A folder with a schema and a folder for reports, a tool bar, and what stands in the reports.
+/// A folder with a schema and a folder for reports, and what stands in the reports.
 class ControlRun
 {
 public:
@@ -54,8 +60,6 @@ public:
                         .arg(content));
     }
 
-    StepClock m_oClock;
-
     QString SchemaPath() const { return m_oFolder.filePath(QStringLiteral("schema.xsd")); }
     QString ReportFolder() const { return m_oFolder.filePath(QStringLiteral("reports")); }
     QStringList Reports() const { return QDir(ReportFolder()).entryList(QDir::Files, QDir::Name); }
@@ -63,9 +67,7 @@ public:
     void WriteSchema(const QString &text) const
     {
         QFile file(SchemaPath());
-        if (file.open(QIODevice::WriteOnly)) {
-            file.write(text.toUtf8());
-        }
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) >= 0);
     }
 
     std::unique_ptr<VCReporting> MakeControl(bool deleteAfterUse = false, QToolBar *toolBar = nullptr) const
@@ -74,27 +76,17 @@ public:
                                              QPixmap());
     }
 
-    /// The latest report in one line, without the schema attributes of its root; the present time reads "now".
+    /// The latest report in one line, without the schema attributes of its root. The present time reads "now": the
+    /// rows' own times are of 2024.
     QString LatestReport() const
     {
-        QFile file(ReportFolder() + QLatin1Char('/') + Reports().value(Reports().size() - 1));
-        QDomDocument document;
-        if (file.open(QIODevice::ReadOnly)) {
-            document.setContent(file.readAll());
-        }
-        document.documentElement().removeAttribute(QStringLiteral("xsi:noNamespaceSchemaLocation"));
-        document.documentElement().removeAttribute(QStringLiteral("xmlns:xsi"));
-        return WithoutTimes(ToText(document));
-    }
-
-    static QString WithoutTimes(QString text)
-    {
-        // The rows' own times are of 2024.
         static const QRegularExpression stamp(QStringLiteral("(?!2024)\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d"));
-        text.replace(stamp, QStringLiteral("now"));
-        return text;
+        QFile file(ReportFolder() + QLatin1Char('/') + Reports().value(Reports().size() - 1));
+        return file.open(QIODevice::ReadOnly) ? ReportText(file.readAll()).replace(stamp, QStringLiteral("now"))
+                                              : QString();
     }
 
 private:
+    StepClock m_oClock;
     QTemporaryDir m_oFolder;
 };

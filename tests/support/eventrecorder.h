@@ -9,19 +9,14 @@
 #include <functional>
 
 /// "name attribute=value ...", the attributes in the order of their text.
-inline QString TagWord(const QString &name, QStringList attributes)
-{
-    attributes.sort();
-    return (QStringList(name) + attributes).join(QLatin1Char(' '));
-}
-
 inline QString TagWord(const QString &name, const QXmlAttributes &attributes)
 {
     QStringList words;
     for (int i = 0; i < attributes.count(); ++i) {
         words += attributes.qName(i) + QLatin1Char('=') + attributes.value(i);
     }
-    return TagWord(name, words);
+    words.sort();
+    return (QStringList(name) + words).join(QLatin1Char(' '));
 }
 
 /// Writes each event down as one word: "(" and ")" for the document, the tag with "[node|text]" for an element's begin,

@@ -9,21 +9,17 @@
 class FullDisk
 {
 public:
-    explicit FullDisk(rlim_t bytes)
-        : m_pHandler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &m_oLimit);
-        const struct rlimit limit = { bytes, m_oLimit.rlim_max };
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_oLimit);
-        std::signal(SIGXFSZ, m_pHandler);
-    }
+    explicit FullDisk(rlim_t bytes) { SetLimit(bytes); }
+    ~FullDisk() { SetLimit(RLIM_INFINITY); }
     Q_DISABLE_COPY(FullDisk)
 
 private:
-    struct rlimit m_oLimit = {};
-    void (*m_pHandler)(int) = nullptr;
+    static void SetLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        struct rlimit limit = {};
+        getrlimit(RLIMIT_FSIZE, &limit);
+        limit.rlim_cur = qMin(bytes, limit.rlim_max);
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
 };

@@ -36,15 +36,7 @@ public:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    /// The report in one line, without the two schema attributes of its root.
-    QString Report() const
-    {
-        QDomDocument document;
-        document.setContent(Bytes());
-        document.documentElement().removeAttribute(QStringLiteral("xsi:noNamespaceSchemaLocation"));
-        document.documentElement().removeAttribute(QStringLiteral("xmlns:xsi"));
-        return ToText(document);
-    }
+    QString Report() const { return ReportText(Bytes()); }
 
 private:
     QTemporaryDir m_oDir;

@@ -6,6 +6,8 @@
 #include "events/itagwright.h"
 #include "schema/xmlschemahandler.h"
 
+#include <QRegularExpression>
+
 /// One run of the schema reader for a test, and its results as text that doesn't depend on the order of attributes.
 class SchemaReading : public ITagwright
 {
@@ -31,59 +33,44 @@ public:
     /// references` with a `*` if used, "missing" as `name:count<owner>` with an `@` for the attribute form.
     QString Table(const QString &name)
     {
-        m_oHandler.GetMaps(m_Missing, m_Occurs, m_Types, m_Choices);
+        MissingMap missing;
+        OccursMap occurs;
+        TypeMap types;
+        ChoiceMap choices;
+        m_oHandler.GetMaps(missing, occurs, types, choices);
         QStringList rows;
-        if (name == QLatin1String("occurs")) {
-            AddOccurs(rows);
-        } else if (name == QLatin1String("choices")) {
-            for (const auto &[key, member] : m_Choices) {
-                rows << QString::number(key) + QLatin1Char('=') + member;
-            }
-        } else if (name == QLatin1String("types")) {
-            for (const auto &[type, entry] : m_Types) {
-                rows << QStringLiteral("%1:%2%3")
-                            .arg(type)
-                            .arg(entry.m_iOpenRefs)
-                            .arg(QLatin1String(entry.m_bUsed ? "*" : ""));
-            }
-        } else {
-            AddMissing(rows);
-        }
-        return rows.join(QLatin1Char(' '));
-    }
-
-    XmlSchemaHandler m_oHandler;
-    dom::GuardedReader m_oReader;
-
-private:
-    void AddOccurs(QStringList &rows)
-    {
-        for (const auto &[name, keys] : m_Occurs) {
+        for (const auto &[element, keys] : occurs) {
             QStringList entries;
             for (const auto &[key, parents] : keys) {
-                const QStringList names(parents.begin(), parents.end());
-                entries << QString::number(key) + QLatin1Char('=') + names.join(QLatin1Char(','));
+                entries << QString::number(key) + QLatin1Char('=')
+                        + QStringList(parents.begin(), parents.end()).join(QLatin1Char(','));
             }
-            rows << name + QLatin1Char(':') + entries.join(QLatin1Char(';'));
+            rows << QStringLiteral("occurs ") + element + QLatin1Char(':') + entries.join(QLatin1Char(';'));
         }
-    }
-
-    void AddMissing(QStringList &rows)
-    {
-        for (const auto &[name, counts] : m_Missing) {
+        for (const auto &[key, member] : choices) {
+            rows << QStringLiteral("choices %1=%2").arg(key).arg(member);
+        }
+        for (const auto &[type, entry] : types) {
+            rows << QStringLiteral("types %1:%2%3")
+                        .arg(type)
+                        .arg(entry.m_iOpenRefs)
+                        .arg(QLatin1String(entry.m_bUsed ? "*" : ""));
+        }
+        for (const auto &[type, counts] : missing) {
             for (const auto &[count, records] : counts) {
                 for (const MissingElement &record : records) {
-                    rows << QStringLiteral("%1:%2<%3>%4")
-                                .arg(name)
+                    rows << QStringLiteral("missing %1:%2<%3>%4")
+                                .arg(type)
                                 .arg(count)
                                 .arg(record.m_sOwner, QLatin1String(record.m_bAttribute ? "@" : ""));
                 }
             }
         }
+        return rows.filter(QRegularExpression(QLatin1Char('^') + name))
+            .join(QLatin1Char(' '))
+            .remove(name + QLatin1Char(' '));
     }
 
-    MissingMap m_Missing;
-    OccursMap m_Occurs;
-    TypeMap m_Types;
-    ChoiceMap m_Choices;
+    XmlSchemaHandler m_oHandler;
+    dom::GuardedReader m_oReader;
 };

@@ -11,41 +11,26 @@
 class ScriptedReceiver : public ITagwright
 {
 public:
-    std::function<void()> m_fnBegin;
-    std::function<void(ElemBeginEvent &)> m_fnElement;
-    std::function<void(int)> m_fnError;
-    std::function<void()> m_fnEnd;
+    std::function<void()> m_fnBegin = [] {};
+    std::function<void(ElemBeginEvent &)> m_fnElement = [](ElemBeginEvent &) {};
+    std::function<void(int)> m_fnError = [](int) {};
+    std::function<void()> m_fnEnd = [] {};
     QStringList m_lHeard;
 
     QString Heard() const { return m_lHeard.join(QLatin1Char(' ')); }
 
     void XmlUpdate(XmlEvent *event) override
     {
-        switch (event->GetType()) {
-        case XmlEvent::EVENT_DOC_BEGIN:
-            m_lHeard.append(QStringLiteral("begin"));
-            Call(m_fnBegin);
-            break;
-        case XmlEvent::EVENT_ELEM_BEGIN:
-            m_lHeard.append(static_cast<ElemBeginEvent *>(event)->GetElementName());
-            Call(m_fnElement, *static_cast<ElemBeginEvent *>(event));
-            break;
-        case XmlEvent::EVENT_ERROR:
-            m_lHeard.append(QStringLiteral("!%1").arg(static_cast<ErrorEvent *>(event)->GetErrorID()));
-            Call(m_fnError, static_cast<ErrorEvent *>(event)->GetErrorID());
-            break;
-        default:
-            m_lHeard.append(QStringLiteral("end"));
-            Call(m_fnEnd);
-        }
-    }
-
-private:
-    template <typename Function, typename... Arguments>
-    static void Call(const Function &function, Arguments &&...arguments)
-    {
-        if (function) {
-            function(std::forward<Arguments>(arguments)...);
+        if (auto *element = dynamic_cast<ElemBeginEvent *>(event)) {
+            m_lHeard << element->GetElementName();
+            m_fnElement(*element);
+        } else if (auto *error = dynamic_cast<ErrorEvent *>(event)) {
+            m_lHeard << QStringLiteral("!%1").arg(error->GetErrorID());
+            m_fnError(error->GetErrorID());
+        } else {
+            const bool isBegin = event->GetType() == XmlEvent::EVENT_DOC_BEGIN;
+            m_lHeard << QLatin1String(isBegin ? "begin" : "end");
+            (isBegin ? m_fnBegin : m_fnEnd)();
         }
     }
 };

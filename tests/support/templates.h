@@ -39,6 +39,16 @@ inline QString ToText(const QDomNode &node)
                              : QStringLiteral("<%1%2>%3</%1>").arg(node.nodeName(), text, content);
 }
 
+/// A saved report in one line, without the two schema attributes of its root.
+inline QString ReportText(const QByteArray &bytes)
+{
+    QDomDocument document;
+    document.setContent(bytes);
+    document.documentElement().removeAttribute(QStringLiteral("xsi:noNamespaceSchemaLocation"));
+    document.documentElement().removeAttribute(QStringLiteral("xmlns:xsi"));
+    return ToText(document);
+}
+
 /// An occurrence table from "name:key:parent,parent name:key:parent".
 inline OccursMap ReadOccurs(const QString &text)
 {

@@ -1,15 +1,12 @@
 #pragma once
 
-#include <QString>
 #include <QStringList>
 
-class TranslationCenter
+struct TranslationCenter
 {
-public:
     static TranslationCenter &Instance();
-
-    void Register(const QString &name);
-    void Unregister(const QString &name);
+    void Register(const QString &name) { m_lNames += name; }
+    void Unregister(const QString &name) { m_lNames.removeAll(name); }
 
     QStringList m_lNames;
 };

@@ -4,60 +4,49 @@
 
 #include <vector>
 
-/// This host's tree counts what it was asked for, and has one value: "Sensor/Level", a number.
+/// This host's tree has one value, "Sensor/Level", a number.
 namespace values {
 
-class ValueBase
+struct ValueBase
 {
-public:
     virtual ~ValueBase() = default;
-    QString GetName() const;
-    QString GetPathName() const;
+    QString GetName() const { return QStringLiteral("Level"); }
+    QString GetPathName() const { return QStringLiteral("Sensor/Level"); }
     virtual QString GetText() = 0;
 };
 
-class IValueNumeric
+struct IValueNumeric
 {
-public:
     virtual ~IValueNumeric() = default;
     virtual double GetNumber() = 0;
 };
 
-class ValueSelection : public ValueBase
+struct ValueSelection : ValueBase
 {
-public:
     virtual double GetSelectionNumber() = 0;
 };
 
-class TreeItem
+struct TreeItem
 {
-public:
     virtual ~TreeItem() = default;
     virtual QString GetItemName() = 0;
 };
 
-class ValueItem : public TreeItem
+struct ValueItem : TreeItem
 {
-public:
     virtual ValueBase *FindValue(QString path) = 0;
 };
 
-class Node : public TreeItem
+struct Node : TreeItem
 {
-public:
-    std::vector<TreeItem *> GetTreeItems() const;
+    std::vector<TreeItem *> GetTreeItems() const { return {}; }
 };
 
-class Tree
+struct Tree
 {
-public:
     static Tree *Instance();
-
-    virtual ~Tree() = default;
-    virtual ValueBase *FindValue(QString path);
-    virtual TreeItem *FindItem(QString path);
-
-    int m_iQuestions = 0;
+    ValueBase *FindValue(QString path);
+    TreeItem *FindItem(QString) { return nullptr; }
 };
 
 } // namespace values

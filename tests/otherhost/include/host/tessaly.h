@@ -1,17 +1,22 @@
 #pragma once
 
-#include "host/morrane.h"
-
 #include <QToolButton>
 
-class VCButton : public QToolButton, public IObserver, public UndoRecordingControlBase
+/// This host's buttons count what is done to them.
+class VCButton : public QToolButton
 {
-    Q_OBJECT
-
 public:
-    VCButton(QWidget *parent, const QString &text, bool recordUndo);
-    void SetDefaultPicture(const char *const xpm[]);
-    virtual void setEnabled(bool enabled);
+    VCButton(QWidget *parent, const QString &text, bool)
+        : QToolButton(parent)
+    {
+        setText(text);
+    }
+    void SetDefaultPicture(const char *const xpm[]) { setIcon(QIcon(QPixmap(xpm))); }
+    void setEnabled(bool enabled)
+    {
+        ++m_iStateChanges;
+        QToolButton::setEnabled(enabled);
+    }
 
     int m_iStateChanges = 0;
 };

@@ -1,48 +1,39 @@
 #pragma once
 
-#include <QString>
 #include <QStringList>
 
-/// Traces of this host are kept in a list.
-class ErrorHandler
+/// Traces of this host are always on, and kept in a list.
+struct ErrorHandler
 {
-public:
     static ErrorHandler &Instance();
+    int GetTraceMask() const { return m_iMask; }
 
-    virtual ~ErrorHandler() = default;
-    virtual int GetTraceMask();
-
-    int m_iMask = 0;
+    int m_iMask = 32;
     QStringList m_lTraces;
 };
-
 void _Q_Trace(const QString &message, const QString &sourceFile, unsigned short line);
 void _Q_TraceOld(QString format, ...);
 
-/// A clock that stands still.
-class IOrvoOS
+/// A clock that stands still. It counts seconds, and thinks in UTC.
+struct OrvoOS
 {
-public:
-    virtual ~IOrvoOS() = default;
-    virtual quint64 GetTime();
-};
+    static OrvoOS &Create();
+    quint64 GetTime() const { return m_iSeconds; }
 
-class OrvoOS
-{
-public:
-    static IOrvoOS &Create();
+    quint64 m_iSeconds = 86400;
 };
 
 namespace Orvo {
 
-class DateTime
+struct DateTime
 {
-public:
-    explicit DateTime(const quint64 &time);
+    explicit DateTime(quint64 seconds)
+        : m_iSeconds(seconds)
+    {
+    }
     QString toString(const QString &format) const;
 
-private:
-    quint64 m_iTime;
+    quint64 m_iSeconds;
 };
 
 } // namespace Orvo
