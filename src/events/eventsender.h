@@ -5,8 +5,8 @@
 #include <memory>
 #include <utility>
 
-/// Makes an event on the heap, delivers it to the callback on this stack and destroys it: the one way in which the
-/// library sends. A null callback hears nothing.
+/// Makes an event on the heap, delivers it to the callback on this stack and destroys it. All events of the library are
+/// sent by this function. With a null callback nothing is sent.
 template <typename Event, typename... Arguments>
 void SendEvent(ITagwright *callback, Arguments &&...arguments)
 {

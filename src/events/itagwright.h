@@ -4,7 +4,7 @@
 
 class XmlEvent;
 
-/// The one callback through which everything that walks or parses XML speaks to its user.
+/// The callback through which the walk of a report and the parse of an XML content speak to their user.
 ///
 /// The library stores a pointer to it and never owns or destroys it: the implementer must outlive whatever it was
 /// handed to. All calls come on the thread of the operation that causes them.

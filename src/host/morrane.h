@@ -4,7 +4,7 @@
 
 #include <QtGlobal>
 
-/// What a control is told through when a value that it shows has changed. The library calls nothing of it.
+/// The interface by which a control hears that a value it shows has changed. The library calls nothing of it.
 class TAGWRIGHT_HOST_EXPORT IObserver
 {
 public:

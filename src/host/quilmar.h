@@ -12,7 +12,7 @@
 /// a value tree of its own can fill. GUI thread only.
 namespace values {
 
-/// One value. It may be an IValueNumeric or a ValueSelection as well, which a dynamic_cast tells.
+/// One value. It may be an IValueNumeric or a ValueSelection as well: ask by dynamic_cast.
 class TAGWRIGHT_HOST_EXPORT ValueBase
 {
 public:
@@ -33,7 +33,7 @@ private:
     QString m_sPathName;
 };
 
-/// What a value that is a number offers besides.
+/// The further interface of a value that is a number.
 class TAGWRIGHT_HOST_EXPORT IValueNumeric
 {
 public:
@@ -56,7 +56,7 @@ public:
     virtual double GetSelectionNumber() = 0;
 };
 
-/// A place in the tree: a ValueItem or a Node, which a dynamic_cast tells.
+/// A place in the tree: a ValueItem or a Node. Ask by dynamic_cast.
 class TAGWRIGHT_HOST_EXPORT TreeItem
 {
 public:

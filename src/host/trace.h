@@ -2,7 +2,7 @@
 
 #include "host/veldra.h"
 
-/// The library's one way to trace. The mask is asked first, and a message is only built when tracing is on.
+/// All traces of the library. The mask is asked first, and a message is only built when tracing is on.
 namespace trace {
 
 constexpr int kTraceBit = 32;

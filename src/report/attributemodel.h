@@ -11,8 +11,8 @@
 /// The attributes of an element and of all below it, kept outside the document.
 ///
 /// The copies that a repetition makes stand bare in the document and share one model. A template's attributes serve
-/// the check of a value and are removed with it, so that giving each copy its own, only to take them out again, costs
-/// more than everything else in a large report. The walk brings those that stay into the document.
+/// the check of a value and are removed with it: giving each copy its own, only to take them out again, would cost more
+/// than everything else in a large report. Attributes that no value has used up are written when the walk moves on.
 class AttributeModel
 {
 public:
@@ -20,7 +20,7 @@ public:
 
     /// The model of a subtree as the document holds it.
     explicit AttributeModel(const QDomNode &node);
-    /// An element that itself is a bare copy: its present attributes, and the models of its children.
+    /// The model of a bare copy: its present attributes, and the models of its children.
     AttributeModel(AttributeList attributes, std::vector<Pointer> children);
 
     const AttributeList &GetAttributes() const { return m_lAttributes; }
@@ -28,9 +28,9 @@ public:
     /// One for each child node, in order.
     const std::vector<Pointer> &GetChildren() const { return m_lChildren; }
 
-    /// Gives `node` and all below it the attributes of the model. The node's subtree is that of the model.
+    /// Gives `node` and all below it the attributes of the model. The subtree must be shaped as the model is.
     void WriteTo(const QDomNode &node) const;
-    /// The same for all below `node` alone.
+    /// The same without `node` itself.
     void WriteToChildren(const QDomNode &node) const;
 
     /// Takes the attributes of a subtree out of the document.

@@ -8,12 +8,12 @@
 #include <vector>
 
 /// Names and values of attributes, in the order of the names. Qt keeps them in the order of a hash, which differs from
-/// process to process; whatever goes through attributes one by one goes through this list, so that a run has the same
-/// outcome in every process.
+/// process to process. Code that visits attributes one by one takes this list, so that a run has the same outcome in
+/// every process.
 using AttributeList = std::vector<std::pair<QString, QString>>;
 
 /// The attributes of a node; none for anything but an element.
 AttributeList SortedAttributes(const QDomNode &node);
 
-/// The same as an event carries them: qualified name and value, no URI and no local name.
+/// The list in the form that an event carries: qualified name and value, no URI and no local name.
 QXmlAttributes ToXmlAttributes(const AttributeList &attributes);

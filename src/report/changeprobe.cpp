@@ -19,7 +19,7 @@ void ChangeProbe::Arm(QDomDocument document)
     }
     m_oMark.setTagName(SoughtName());
     if (m_lMarks.count() == 0) {
-        // The list was read after the change already. Putting the mark where it stands is a change of its own.
+        // The list has been read since the change and holds nothing. Moving the mark to its own place renews it.
         m_oTree.appendChild(m_oMark);
         m_lMarks.count();
     }

@@ -6,10 +6,10 @@
 
 /// Tells whether anyone has changed the structure of a document since the probe was armed, without looking at it.
 ///
-/// Qt's lists of elements are live: after a change of the document a list is made anew when it is read, and before one
-/// it gives what it gave the last time. So the probe keeps a list over a tiny tree of the same document, and renames
-/// the one element in it, which Qt does not count as a change: as long as the list still finds the old name, nothing
-/// was changed. If a Qt should make its lists anew each time, the probe says "changed" too often and never too rarely.
+/// Qt's lists of elements are live: reading one after a change of the document makes it anew, and without a change it
+/// gives its last result. So the probe keeps a list over a tiny tree of the same document, and renames the only element
+/// in it, which Qt does not count as a change: as long as the list still finds the old name, nothing was changed. With
+/// a Qt that made its lists anew at each reading the probe would say "changed" too often, never too rarely.
 class ChangeProbe
 {
 public:

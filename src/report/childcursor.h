@@ -7,7 +7,7 @@
 #include <cstddef>
 
 /// A place among the children of an element, and the model of the attributes that are kept out of the document there.
-/// Node and model move together. A null model says that the document holds the attributes of the node and all below.
+/// Node and model move together. A null model: the document holds the attributes of the node and of all below it.
 class ChildCursor
 {
 public:

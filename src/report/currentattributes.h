@@ -31,9 +31,9 @@ public:
     /// The model that the element was bound with, for a walk over its children; null if the document holds theirs.
     AttributeModel::Pointer GetModel() const { return m_pModel; }
 
-    /// Brings the attributes that are left into the document; the models of the children stay to be walked.
+    /// Brings the element's attributes into the document. The walk goes on into its children and their models.
     void WriteOwn();
-    /// The same for all below the element too: it will not be walked.
+    /// The same for the element and all below it, where the walk won't come.
     void WriteAll();
 
 private:

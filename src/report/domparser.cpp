@@ -11,7 +11,7 @@
 
 namespace {
 
-// The walk's own events tell it when somebody takes hold of their node.
+// An event that tells the walk when a receiver takes hold of its node.
 class WalkEvent final : public ElemBeginEvent
 {
 public:
@@ -57,7 +57,7 @@ bool DomParser::Parse()
     if (root.isNull()) {
         return false;
     }
-    // Also if a receiver throws.
+    // Runs also if a receiver throws.
     const auto letGo = qScopeGuard([this] { LetGo(); });
     m_bWalking = true;
     m_oWalked.SetDocument(*m_pDocument);
@@ -221,7 +221,7 @@ bool DomParser::HandleUnsetElement()
         }
         return true;
     }
-    // A container of which the content decides.
+    // An optional container: its content decides whether it stays.
     m_pPendingElement = std::make_unique<QDomElement>(*m_pCurrentElement);
     m_iPendingLevel = m_lLevels.size() - 1;
     m_oResumeNode = *m_pCurrentElement;

@@ -14,7 +14,7 @@ enum Side : std::size_t { MinInclusive, MaxInclusive, MinExclusive, MaxExclusive
 // In the order in which an attribute's name is searched for them.
 constexpr std::array<const char *, SideCount> kNames = { "minInclusive", "maxInclusive", "minExclusive",
                                                          "maxExclusive" };
-// What a value does that breaks the bound.
+// How a value that breaks the bound lies to it.
 constexpr std::array<const char *, SideCount> kBreaches = { "below", "above", "not above", "not below" };
 
 QLatin1String FacetName(std::size_t side)
@@ -26,7 +26,7 @@ struct Bound
 {
     // Every integer of 32 bits is a double, so that the comparison is exact for both kinds of number.
     double m_dValue = kAbsent;
-    QString m_sUsed; // the attribute that goes with the check: only one that is named exactly for its target
+    QString m_sUsed; // the attribute to remove with the check; empty if it isn't named exactly for its target
 
     bool IsThere() const { return m_dValue != kAbsent; }
 };
@@ -87,11 +87,13 @@ QString Refusal(const Bounds &bounds, Side inclusive, Side exclusive)
 Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, const QString &attribute)
 {
     const Bounds bounds = ReadBounds(attributes, attribute, kind);
+    // 1. Of two lower bounds one has to hold.
     const bool hasLower = bounds[MinInclusive].IsThere() || bounds[MinExclusive].IsThere();
     const Side lower = FirstHeld(bounds, value, MinInclusive, MinExclusive);
     if (hasLower && lower == SideCount) {
         return { Refusal(bounds, MinInclusive, MinExclusive), {} };
     }
+    // 2. So it is with the upper ones, unless there was a lower one.
     const bool hasUpper = bounds[MaxInclusive].IsThere() || bounds[MaxExclusive].IsThere();
     Side upper = FirstHeld(bounds, value, MaxInclusive, MaxExclusive);
     if (hasLower && bounds[MaxInclusive].IsThere() && upper == MaxExclusive) {
@@ -100,6 +102,7 @@ Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, 
     if (hasUpper && upper == SideCount) {
         return { Refusal(bounds, MaxInclusive, MaxExclusive), {} };
     }
+    // 3. The bounds that held are used up.
     Verdict verdict;
     for (const Side used : { lower, upper }) {
         if (used != SideCount && !bounds[used].m_sUsed.isEmpty()) {
@@ -109,7 +112,7 @@ Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, 
     return verdict;
 }
 
-// A text without a match fails if any of the values is not empty: which of them Qt would give last says nothing.
+// An enumeration of empty values alone restricts nothing. All are asked, since Qt's order of attributes is random.
 Verdict CheckText(const QString &text, const AttributeList &attributes, const QString &attribute)
 {
     Verdict verdict;

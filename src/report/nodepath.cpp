@@ -31,7 +31,7 @@ QString NodePath::Of(const QDomElement &element)
     return path;
 }
 
-// The next of its name takes over the position.
+// The next element of that name moves up to the position.
 void NodePath::LeaveOut(const QDomNode &node)
 {
     for (Step &step : m_lSteps) {

@@ -70,9 +70,9 @@ const OccurrenceLookup::ParentKeys &OccurrenceLookup::GetParents(const QString &
     return parents;
 }
 
-// Whether a search below one of the parents begins at this node, which is an element. It begins at the first element
-// that is called like an element with a listed name. For the root's name the document's last child stands in, whatever
-// that is called.
+// Whether a search below one of the listed parents begins at `node`, an ancestor of the element that is sought: the
+// first element with the parent's name. For the root's name the document's last child stands in, whatever that is
+// called.
 bool OccurrenceLookup::IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies)
 {
     const WalkedDocument::Top &top = m_pDocument->GetTop();

@@ -17,8 +17,8 @@ ChoiceKeys GreatestChoiceKeys(const ChoiceMap &choiceMap);
 /// Answers from the occurrence table whether an element stands where the table has filed it.
 ///
 /// By the table an element counts for a parent name P if a search below the first element called P finds it among the
-/// elements of its name. It does so where the element stands below that P with none of its own name between, which can
-/// be seen from the element upwards, without a search of the document.
+/// elements of its name. That search finds an element that stands below this P with none of its own name in between, so
+/// that a look at the element's ancestors gives the same answer.
 class OccurrenceLookup
 {
 public:

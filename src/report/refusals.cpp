@@ -14,8 +14,8 @@ QString Unit()
 
 } // namespace
 
-// The first word on a value is the one on the form in which it came; that it has the right type and breaks a facet says
-// more than any type that it has not.
+// Keep the first refusal, that of the form in which the receiver had the value; a broken facet replaces a wrong type,
+// since it says more.
 void Refusals::Note(const QString &attribute, const QString &value, const QString &reason, int error)
 {
     Target &target = GetTarget(attribute);

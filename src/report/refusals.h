@@ -7,19 +7,19 @@
 
 #include <vector>
 
-/// Collects, while tracing is on, which values of the current element were refused and why, and tells in the end of
-/// those that were not written in another form either. A receiver tries a value in several forms, and stamps the same
-/// attribute again at each item, so that a single refusal says little.
+/// Collects, while tracing is on, which values of the current element were refused and why, and traces those that were
+/// not written in another form either. A receiver tries a value in several forms, and stamps the same attribute again
+/// at each item, so that a single refusal says little.
 class Refusals
 {
 public:
     /// `attribute` is empty for the element's own value. `reason` completes "the value was not written: ".
     void Note(const QString &attribute, const QString &value, const QString &reason, int error);
 
-    /// A value was written there; what was refused before or is refused after it doesn't count.
+    /// The attribute, or the element, has got a value: its refusals, earlier and later ones, aren't traced.
     void Written(const QString &attribute);
 
-    /// Traces what is left for `element`, which the receiver has been told of and is done with.
+    /// Traces the refusals that no value has made good. To be called when the receiver is done with `element`.
     void Tell(const QDomElement &element);
 
     /// Traces that `element` stays without a value though it needs one.

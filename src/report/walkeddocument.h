@@ -13,13 +13,13 @@
 /// The document while it is walked: who can see it, what was taken out of it, and the first element of each name.
 ///
 /// A first element is searched for once. The walk and the setters put no element in front of it, so that it stays the
-/// first until it is taken out. A receiver that changes a watched document on its own is noticed, and all is searched
+/// first until it is taken out. When a receiver changes a watched document on its own, each first element is searched
 /// for again. (Renaming an element can't be noticed.)
 class WalkedDocument
 {
 public:
-    /// Brackets a change by the walk or a setter, so that it isn't taken for one by the receiver. It must put no
-    /// element in front of a first one, and no event may be sent meanwhile.
+    /// Brackets a change by the walk or a setter, so that it isn't taken for one by the receiver. The change must put
+    /// no element in front of a first one and send no event.
     class OwnChange
     {
     public:

@@ -115,7 +115,7 @@ void XmlCreateReport::WalkTemplate()
     m_pDomParser->SetDocument(m_pDocument);
     // The document is the schema handler's and ours; a receiver gets at it through the events alone.
     m_pDomParser->SetUnwatched();
-    // Also if a receiver throws.
+    // Runs also if a receiver throws.
     const auto letGo = qScopeGuard([this] {
         m_pCurrentElement = nullptr;
         m_pDiscardSuccessor.reset();

@@ -8,8 +8,8 @@
 
 namespace {
 
-// Whether a key of the occurrence table lets an element stand that often. A key that packs the limit of an optional
-// element in hundreds is taken for a limit as it stands: the table doesn't tell it from one.
+// Whether a key of the occurrence table lets an element stand that often. The key of an optional element, with its
+// limit in hundreds, counts as a plain limit: the table doesn't tell the two apart.
 bool KeyAllows(int key, int maxOccurs)
 {
     if (maxOccurs > 0) {
@@ -59,7 +59,7 @@ void XmlCreateReport::DiscardChoiceItem()
         Error(ITagwright::GENERAL_ERROR);
         return;
     }
-    // The sibling behind is passed over: attributes that are kept for it and those behind it get into the document now.
+    // The walk passes over the next sibling: bring the attributes kept for it and its followers into the document.
     m_pDomParser->CompleteDocument();
     const QDomElement discarded = *m_pCurrentElement;
     m_pDiscardSuccessor = std::make_unique<QDomElement>(dom::NextSibling(discarded).toElement());
@@ -73,7 +73,8 @@ void XmlCreateReport::DiscardChoiceItem()
     }
 }
 
-// An alternative that stands behind more places than were given up has one in front of it; any other needs one behind.
+// One alternative has to remain. With more places in front of this one than were given up, one of those does; else
+// another has to stand behind it.
 bool XmlCreateReport::MayBeDiscarded(const QString &tagName) const
 {
     const ChoiceKeys &keys = m_pDomParser->GetChoiceKeys();

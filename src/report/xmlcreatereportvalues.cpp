@@ -193,13 +193,13 @@ QString XmlCreateReport::TypeControl(QString expectedType)
     return type.contains(longType) ? longType : QString();
 }
 
-// A refusal is only told when the receiver is done with the element: it may have the value in another form.
+// The refusal is traced when the receiver is done with the element: it may try the value in another form.
 void XmlCreateReport::RefuseType(const GivenValue &given, const QString &attribute)
 {
     const ValueKind &kind = given.m_oKind;
     const bool isElement = attribute.isEmpty();
     const QString type = GetAttributes().GetValue(isElement ? TypeName() : attribute);
-    // An element that is announced once more with its value has no type any more; nothing is missing there.
+    // An element that has its value and is announced once more has no type any more, but misses nothing.
     const bool hasValue = isElement && type.isEmpty() && m_pCurrentElement->firstChild().isText();
     if (trace::IsOn() && !hasValue) {
         const QString reason = type.isEmpty()

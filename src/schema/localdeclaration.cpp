@@ -5,7 +5,7 @@
 
 namespace {
 
-// An optional element packs its upper limit in hundreds.
+// The key of an optional element holds its upper limit in hundreds: by that it is told from a plain limit.
 constexpr int kOptionalFactor = 100;
 
 int ReadMaxOccurs(const QString &text)

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QXmlAttributes>
 
-/// What the start tag of a local element or attribute says, and the key under which an element's limits are filed.
+/// The start tag of a local element or attribute, and the key under which an element's limits are filed.
 struct LocalDeclaration
 {
     /// The value of a limit that wasn't given. A literal "-100" reads the same.
@@ -16,7 +16,7 @@ struct LocalDeclaration
     const QString &Key() const;
     /// How many copies the tag asks for: none for a negative minOccurs, one for a minOccurs of 0.
     int Copies() const;
-    /// Whether anything is to be filed about its limits.
+    /// False for an element whose limits needn't be filed: not optional, and without maxOccurs.
     bool HasLimits() const;
     /// Both limits packed into one number; only where HasLimits().
     int OccursKey() const;

@@ -5,14 +5,14 @@
 #include <cstddef>
 #include <vector>
 
-/// The files of a run that are being read, each included by the one before it, and the limits on them.
+/// The stack of files that a run is reading, each included by the one below it, and the limits on it.
 class OpenFiles
 {
 public:
     explicit OpenFiles(const QString &topPath);
 
-    /// Opens an include that stands below `openTags` tags of the file that is open. If it may not be read, since it is
-    /// open already or a limit is reached, the result is why, as a sentence; else it is empty.
+    /// Opens an include that stands below `openTags` tags of the current file. The result is empty, or says, as a
+    /// sentence, why the include may not be read: it is open already, or a limit is reached.
     [[nodiscard]] QString Enter(const QString &path, std::size_t openTags);
     void Leave();
 

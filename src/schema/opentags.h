@@ -5,7 +5,7 @@
 #include <vector>
 
 /// The tags that are open while a schema is read. The reader's rules look at a depth and a few flags; this stack
-/// answers the questions that those can't: what is open of named types and local elements, and whether a start tag has
+/// answers two questions that these leave open: which named type or local element is open, and whether a start tag has
 /// moved the position.
 class OpenTags
 {
@@ -19,7 +19,7 @@ public:
         PlacedElement,
         /// A local element that made no element of its own: a reference, or one without a name.
         UnplacedElement,
-        /// A type with attributes, which a reader of schemas calls named.
+        /// A type whose tag has attributes: it counts as named.
         NamedType,
         /// An anonymous complex type that found no element to move down to.
         UnmovedType

@@ -176,7 +176,8 @@ void ReferenceResolver::Apply(const MissingElement &record, int times)
     } else if (hasParent) {
         ApplyContent(record, times);
     }
-    // In a named type a record lowers what it has raised. In a global declaration each application lowers.
+    // A record of a named type has raised the open references by one, whatever its count, and lowers them by one. In a
+    // global declaration each application lowers.
     Lower(record.m_sOwner, isPlace ? 1 : times);
 }
 

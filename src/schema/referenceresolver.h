@@ -9,8 +9,8 @@
 
 class SchemaRun;
 
-/// The pass that fills in the references that wait, inner declarations first. It goes over the names that something
-/// waits for in sweeps, each in the order of the names, and applies in each sweep the declarations that are complete.
+/// The pass that fills in waiting references, inner declarations first. It sweeps over the referred names, in their
+/// order, again and again, and applies in each sweep the declarations that are complete.
 class ReferenceResolver
 {
 public:

@@ -6,8 +6,8 @@
 #include <deque>
 #include <set>
 
-/// Shared by the handlers of a run: the top one, which owns it, and those of its includes. It owns what the tables of
-/// the run only borrow: documents, fragments and handles on elements. These stay valid, and at their addresses, until
+/// Shared by the handlers of a run: the top one, which owns it, and those of its includes. It owns the documents,
+/// fragments and handles on elements that the tables of the run borrow; these stay valid, and at their addresses, until
 /// the run ends.
 class SchemaRun
 {

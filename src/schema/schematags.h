@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// The literal prefix by which schema tags and built-in types are told, wherever in a text it stands.
+/// Schema tags and built-in types are known by a literal prefix, wherever it stands in a text.
 namespace schematags {
 
 constexpr int kPrefixLength = 3;
@@ -12,7 +12,7 @@ inline bool HasPrefix(const QString &text)
     return text.contains(QLatin1String("xs:"));
 }
 
-/// A text without the characters that the prefix takes. No check is made that it begins with the prefix.
+/// The text without its first characters, as many as the prefix has, whether they are the prefix or not.
 inline QString WithoutPrefix(const QString &text)
 {
     return text.mid(kPrefixLength);

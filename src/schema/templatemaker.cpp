@@ -23,8 +23,8 @@ int LevelOf(const QDomNode &node)
     return level;
 }
 
-// Qt finds an attribute by its index only by counting up to it: of many, the first is taken from a copy again and
-// again.
+// Qt finds an attribute by its index only by counting up to it: many are listed by removing the first of a copy, over
+// and over.
 AttributeList ListAttributes(const QDomNode &node)
 {
     constexpr int kMany = 50;
@@ -128,8 +128,8 @@ QDomDocumentFragment TemplateMaker::CloneContent(const QDomDocumentFragment &sou
         if (!IsPlaceholder(node)) {
             CloneBelow(clone, node, level);
         } else if (!node.previousSibling().isNull()) {
-            // Passing over thousands of placeholders takes time as well. A carrier alone is what a simple type consists
-            // of.
+            // Passing over thousands of placeholders takes time as well. A first one is free: simple types consist of
+            // nothing else.
             Count(level, 0);
         }
     }

@@ -84,7 +84,7 @@ void XmlSchemaHandler::WaitForAttributes(const QString &name, const QDomElement 
     AddMissingElement(name, 1, { m_pRun->Keep(target), nullptr, m_sGlobalName, true, isBase });
 }
 
-// In a global declaration: the local element whose anonymous type is open, or the element that stands for it all.
+// In a global declaration: the local element whose anonymous type is open, or the declaration's own element.
 QDomElement XmlSchemaHandler::LastElement() const
 {
     const QDomElement last = m_pCurrentElement->lastChildElement();
@@ -146,6 +146,6 @@ QDomElement XmlSchemaHandler::ExtensionTarget(bool isBuiltIn)
         return m_bInGlobalAttribute && !isBuiltIn ? *m_pCurrentElement : LastElement();
     }
     const QDomElement target = AttributeTarget();
-    // In no declaration there is no element to write to, but the base is used, or waited for, all the same.
+    // Outside all declarations nothing is written, but the base counts as used, or is waited for, all the same.
     return target.isNull() && !m_oOpenTags.InNamedType() ? TemplateMaker::NewPlaceholder(*m_pDocument) : target;
 }

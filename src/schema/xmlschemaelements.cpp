@@ -1,4 +1,4 @@
-// The part of XmlSchemaHandler that reads local elements and choices, and files what of them waits for a later
+// The part of XmlSchemaHandler that reads local elements and choices, and files references that wait for a later
 // declaration.
 
 #include "schema/schematags.h"
@@ -23,6 +23,7 @@ void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
     if (local.Key().isEmpty() || m_pFragment == nullptr) {
         return;
     }
+    // 1. Make the element in as many copies as asked for, or the content of the reference.
     if (local.Copies() == 0) {
         m_oOpenTags.Mark(OpenTags::Kind::PassedOver);
     } else if (local.m_sName.isEmpty()) {
@@ -31,6 +32,7 @@ void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
         m_oOpenTags.Mark(OpenTags::Kind::PlacedElement);
         MakeCopies(local);
     }
+    // 2. File its limits and its place in a choice, also if no copy was asked for.
     FileLimits(local);
 }
 
@@ -85,7 +87,7 @@ void XmlSchemaHandler::FileLimits(const LocalDeclaration &local)
     }
 }
 
-// Gives the element what the type says. False if the type isn't complete, so that the element has to wait.
+// Applies the type to the element. False if the type isn't complete: the element has to wait.
 bool XmlSchemaHandler::ApplyType(const QString &type, QDomElement target)
 {
     TemplateMaker &maker = m_pRun->m_oMaker;
@@ -157,7 +159,8 @@ void XmlSchemaHandler::WaitForReference(const LocalDeclaration &local)
     AddMissingElement(local.m_sRef, local.m_iMinOccurs, record);
 }
 
-// A placeholder that content in a named type will replace. Elsewhere it stands nowhere, and so will the content.
+// A placeholder in a named type, which the content will replace. Elsewhere it is appended nowhere, so that the content
+// gets lost with it.
 QDomElement *XmlSchemaHandler::AppendPlace()
 {
     QDomElement *place = m_pRun->Keep(TemplateMaker::NewPlaceholder(*m_pDocument));
@@ -169,7 +172,7 @@ QDomElement *XmlSchemaHandler::AppendPlace()
 
 void XmlSchemaHandler::RaiseOpenRefs()
 {
-    // An include inside the declaration may have put another one in its place.
+    // An include inside this declaration may have declared the same name, and so replaced the entry.
     if (m_pTypeEntry != nullptr && m_pTypeEntry->m_pFragment->ownerDocument() == *m_pDocument) {
         ++m_pTypeEntry->m_iOpenRefs;
     }

@@ -212,7 +212,7 @@ void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
         if (name == QLatin1String("default")) {
             m_pRun->m_oMaker.SetAttribute(*m_pCurrentElement, name, atts.value(i));
         } else if (name == QLatin1String("type") && !ApplyType(atts.value(i), *m_pCurrentElement)) {
-            // The declaration doesn't count this reference, and a default behind the type is lost.
+            // Not raised: the declaration counts as complete all the same. A default behind the type is lost.
             AddMissingElement(atts.value(i), 1, { m_pCurrentElement, nullptr, m_sGlobalName });
             return;
         }
@@ -248,7 +248,7 @@ QString XmlSchemaHandler::IncludePath(const QString &location) const
 
 void XmlSchemaHandler::RunInclude(const QString &path)
 {
-    // The tables move there and back, which leaves them as a copy and its return would.
+    // The tables are moved there and back: copies would cost more with each include.
     XmlSchemaHandler nested(m_pCallback, m_sSchemaPath, std::move(m_MissingMap), std::move(m_OccursMap),
                             std::move(m_TypeMap), std::move(m_ChoiceMap));
     nested.m_pOwnRun.reset();
@@ -261,17 +261,20 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);
     m_ChoiceMap = std::move(nested.m_ChoiceMap);
-    // Only now: a document handle shares nothing before the first node is made.
+    // Kept only now: a handle taken before the document's first node is made would share nothing with it.
     m_pRun->Keep(*nested.m_pDocument);
 }
 
 bool XmlSchemaHandler::endDocument()
 {
     m_pLocator = nullptr;
+    // 1. Resolve what waits.
     if (!IsReading() || !ReferenceResolver(m_MissingMap, m_TypeMap, *m_pRun).Resolve(m_bHasInclude)) {
         return false;
     }
+    // 2. Choose the root: the last unused declaration by name.
     ChooseRoot();
+    // 3. Build the template; that of an include is never read.
     const bool isInclude = m_pOwnRun == nullptr;
     if (!isInclude) {
         BuildTemplate();
@@ -291,10 +294,10 @@ void XmlSchemaHandler::ChooseRoot()
 
 void XmlSchemaHandler::BuildTemplate()
 {
-    // There is no other way to a processing instruction of this name. The text has no element, so that the load reports
-    // an error after it has made the instruction.
+    // The load makes the processing instruction, and then reports the error that an element is missing, which is as
+    // wanted.
     m_pDocument->setContent(QStringLiteral("<?xml version='1.0' encoding=\"UTF-8\"?>"));
-    // Without a root candidate the fragment may be that of a named type, or there is none at all.
+    // Without a root candidate m_pFragment may belong to a named type, or be null.
     QDomNode next;
     for (QDomNode child = m_pFragment == nullptr ? next : m_pFragment->firstChild(); !child.isNull(); child = next) {
         next = child.nextSibling();

@@ -143,7 +143,7 @@ private:
     QString m_sGlobalName;
     QString m_sSchemaPath;
 
-    // The run that this handler has begun itself; the handler of an include joins the one that includes it.
+    // Null in the handler of an include, which shares the run of the handler that has reached the include.
     std::unique_ptr<SchemaRun> m_pOwnRun;
     SchemaRun *m_pRun = nullptr;
     QXmlLocator *m_pLocator = nullptr;

@@ -5,7 +5,6 @@
 #include <QDomDocument>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTextCodec>
 
 #include <sys/stat.h>
 
@@ -16,13 +15,12 @@ QByteArray Nested(int depth, const QByteArray &inner = "")
     return QByteArray("<x>").repeated(depth) + inner + QByteArray("</x>").repeated(depth);
 }
 
-/// A piece for each number from 1 on; "#N" in it becomes the number, "#P" the one before.
+/// A piece for each number from 1 on, which stands for "#N" in it.
 QByteArray Numbered(int count, const char *piece)
 {
     QByteArray text;
     for (int number = 1; number <= count; ++number) {
-        text +=
-            QByteArray(piece).replace("#N", QByteArray::number(number)).replace("#P", QByteArray::number(number - 1));
+        text += QByteArray(piece).replace("#N", QByteArray::number(number));
     }
     return text;
 }
@@ -30,11 +28,6 @@ QByteArray Numbered(int count, const char *piece)
 QByteArray WithDtd(const QByteArray &declarations, const QByteArray &content = "<x/>")
 {
     return "<!DOCTYPE x [" + declarations + "]>" + content;
-}
-
-QByteArray Encoded(const char *codec, const QByteArray &text)
-{
-    return QTextCodec::codecForName(codec)->fromUnicode(QString::fromUtf8(text));
 }
 
 } // namespace
@@ -47,7 +40,6 @@ private Q_SLOTS:
     void holdsTheLimits_data();
     void holdsTheLimits();
     void takesRegularFilesAlone();
-    void fillsADocumentAsQtDoes_data();
     void fillsADocumentAsQtDoes();
 
 private:
@@ -75,22 +67,15 @@ void GuardedReaderTest::holdsTheLimits_data()
     row("500 levels", Nested(499, "\n<y/>") + "<!-- -->");
     row("501 levels", "<!--\n-->\r\n" + Nested(500, "\n<y/>"), "line 4: more than 500 elements");
     row("100,000 levels, never closed", QByteArray("<x>").repeated(100000), deep);
-    row("UTF-16", Encoded("UTF-16", Nested(501)), deep);
-    row("one entity for each level", WithDtd("<!ENTITY e '<x>'>", "<x>" + QByteArray("&e;").repeated(500)), deep);
     row("a tag begun by an entity", WithDtd("<!ENTITY e '&#60;'>", "<x>" + QByteArray("&e;x>").repeated(500)), deep);
-    row("out of a parameter entity", WithDtd("<!ENTITY % p ']><x>'>%p;" + Nested(500), ""), deep);
     row("siblings and parentheses", "<x>" + QByteArray("<x>((</x><x/>").repeated(600) + "</x>");
-    row("behind a fault", "<x a=b>" + Nested(600) + "</x>");
 
     const QByteArray large = "<!ENTITY e '" + QByteArray("y").repeated(100000) + "'>";
-    const QByteArray many = QByteArray("&e;").repeated(2000);
     const char *growth = "entities may come to more than 16777216 characters";
     row("just within", WithDtd(large, "<x>" + QByteArray("&e;").repeated(160) + "</x>"));
-    row("in text", WithDtd(large, "<x>" + many + "</x>"), growth);
-    row("in a value", WithDtd(large, "<x a='" + many + "'/>"), growth);
-    row("in a default value", WithDtd(large + "<!ATTLIST x a CDATA '" + many + "'>"), growth);
-    row("laughs, which Qt stops",
-        WithDtd("<!ENTITY e0 'laugh'>" + Numbered(7, "<!ENTITY e#N '&e#P;&e#P;&e#P;'>"), "<x>&e7;</x>"));
+    row("in a value", WithDtd(large, "<x a='" + QByteArray("&e;").repeated(2000) + "'/>"), growth);
+    row("in parameters",
+        WithDtd("<!ENTITY % e '<!--" + QByteArray(100000, 'y') + "-->'>" + QByteArray("%e;").repeated(200)), growth);
     row("of entities of entities",
         WithDtd("<!ENTITY e '" + QByteArray(40, 'y') + "'><!ENTITY f '" + QByteArray("&e;").repeated(80) + "'>",
                 "<x a='" + QByteArray("&f;").repeated(5300) + "'/>"),
@@ -122,7 +107,6 @@ void GuardedReaderTest::holdsTheLimits_data()
         prefixes);
     row("prefixes of siblings", "<x>" + QByteArray("<y xmlns='u' xmlns:p='v'/>").repeated(30000) + "</x>");
     row("a prefix of each level", QByteArray("<x xmlns:p='u'>").repeated(400) + QByteArray("<x/>").repeated(5000));
-    row("nothing", "");
     row("half a character", "\xff\xfe<");
 }
 
@@ -162,25 +146,22 @@ void GuardedReaderTest::takesRegularFilesAlone()
     QVERIFY(!reader.ReadFile(Path("absent")) && reader.GetRefusal().contains(QLatin1String(" can't be opened: ")));
 }
 
-void GuardedReaderTest::fillsADocumentAsQtDoes_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("each kind of node") << QByteArray(
-        "<?xml version='1.0'?><!DOCTYPE x [<!NOTATION n SYSTEM 's'><!ENTITY u SYSTEM 's' NDATA n>]>"
-        "<!--c--><x>a<![CDATA[<&>]]> <?p i?><p:y xmlns:p='u' p:b='1'/></x>\n<!--e-->");
-    QTest::newRow("unknown entities") << QByteArray("<?p?><x a='&u;'>&u;<?p?><y b='>&u;'/><!--<-->&u;</x>");
-    QTest::newRow("a fault") << QByteArray("<x>a<y>b</z>");
-}
-
 void GuardedReaderTest::fillsADocumentAsQtDoes()
 {
-    QFETCH(QByteArray, content);
-    QDomDocument ours;
-    QDomDocument qts;
-    const bool result = dom::GuardedReader().ReadFile(Write(content), &ours);
-    QCOMPARE(result, qts.setContent(content));
-    QCOMPARE(ours.toString(), qts.toString());
-    QCOMPARE(ours.documentElement().firstChild().columnNumber(), qts.documentElement().firstChild().columnNumber());
+    const char *const contents[] = {
+        "<?xml version='1.0'?><!DOCTYPE x [<!NOTATION n SYSTEM 's'><!ENTITY u SYSTEM 's' NDATA n>]>"
+        "<!--c--><x>a<![CDATA[<&>]]> <?p i?><p:y xmlns:p='u' p:b='1'/></x>\n<!--e-->",
+        "<?p?><x a='&u;'>&u;<?p?><y b='>&u;'/><!--<-->&u;</x>",
+        "<x>a<y>b</z>",
+    };
+    for (const QByteArray content : contents) {
+        QDomDocument ours;
+        QDomDocument qts;
+        QCOMPARE(dom::GuardedReader().ReadFile(Write(content), &ours), qts.setContent(content));
+        QCOMPARE(ours.toString(), qts.toString());
+        const QDomNode first = ours.documentElement().firstChild();
+        QCOMPARE(first.columnNumber(), qts.documentElement().firstChild().columnNumber());
+    }
 }
 
 QTEST_GUILESS_MAIN(GuardedReaderTest)

@@ -42,7 +42,6 @@ private:
     }
 };
 
-int g_iRuns = 0;
 int g_iFailed = 0;
 int g_iRefused = 0;
 
@@ -68,7 +67,6 @@ void Compare(const QString &path, const char *kind, Content content, const QXmlI
     const bool isRead = reader.SetXmlContent(content) && reader.ParseXml();
     const int told = isRefused ? recorder.m_lEvents.size() : -1;
     Check(isRead == (isWellFormed && !isRefused) && recorder.m_lEvents == expected.m_lWords.mid(0, told), path, kind);
-    ++g_iRuns;
 }
 
 void RunFile(const QString &path)
@@ -93,7 +91,6 @@ void RunFile(const QString &path)
     QString text;
     QTextStream stream(&text);
     root.save(stream, 0);
-    stream.flush();
     source.setData(text);
     EventRecorder recorder;
     XMLReader reader(&recorder, nullptr);
@@ -111,6 +108,6 @@ int main(int argc, char **argv)
     for (; iterator.hasNext(); ++files) {
         RunFile(iterator.next());
     }
-    std::printf("%d files, %d refused, %d runs, %d failures\n", files, g_iRefused, g_iRuns, g_iFailed);
+    std::printf("%d files, %d refused, %d failures\n", files, g_iRefused, g_iFailed);
     return files > 0 && g_iFailed == 0 ? 0 : 1;
 }
