@@ -63,7 +63,8 @@ bool DocumentWriter::Write(const QDomDocument &document)
     }
     m_sText.reserve(2 * kPiece);
     NodeWalk walk(document);
-    for (walk.Next(); !walk.AtEnd(); walk.Next()) {
+    // A receiver can hang nodes below a text, which Qt takes and never writes.
+    for (walk.Next(); !walk.AtEnd(); walk.Next(!walk.Node().isElement())) {
         CloseDownTo(walk.Depth() - 1);
         if (!WriteNode(walk.Node())) {
             return false;

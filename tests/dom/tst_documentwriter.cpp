@@ -40,6 +40,7 @@ void Fill(QDomDocument &document, QDomNode parent, QRandomGenerator &random, int
         const int kind = random.bounded(depth < 4 ? 9 : 4);
         if (kind == 0) {
             parent.appendChild(document.createTextNode(RandomText(random)));
+            parent.lastChild().appendChild(document.createElement(QStringLiteral("lost")));
         } else if (kind == 1) {
             parent.appendChild(document.createProcessingInstruction(QStringLiteral("pi"), QStringLiteral("a<b \"c\"")));
         } else if (kind == 2) {
