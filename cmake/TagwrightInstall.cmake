@@ -16,6 +16,8 @@ set(public_headers
   ${source_dir}/control/vcreporting.h
   ${source_dir}/events/itagwright.h
   ${source_dir}/events/xmlevent.h
+  ${source_dir}/report/reportoutcome.h
+  ${source_dir}/report/reportplace.h
   ${source_dir}/report/xmlcreatereport.h
   ${source_dir}/schema/schematables.h
   ${source_dir}/xml/xmlreader.h

@@ -2,6 +2,7 @@
 
 #include "dom/documentsaver.h"
 #include "host/veldra.h"
+#include "report/reportfate.h"
 #include "report/xmlcreatereport.h"
 
 #include <QApplication>
@@ -89,7 +90,10 @@ CommentDialogImpl::CommentDialogImpl()
     connect(m_pNoCommentButton, &QPushButton::clicked, this, &CommentDialogImpl::SlotSaveWithoutComment);
 }
 
-CommentDialogImpl::~CommentDialogImpl() = default;
+CommentDialogImpl::~CommentDialogImpl()
+{
+    Settle();
+}
 
 void CommentDialogImpl::SetDocument(QDomDocument *document)
 {
@@ -99,6 +103,11 @@ void CommentDialogImpl::SetDocument(QDomDocument *document)
 void CommentDialogImpl::SetFileName(QString fileName)
 {
     m_sFileName = std::move(fileName);
+}
+
+void CommentDialogImpl::SetFate(std::shared_ptr<ReportFate> fate)
+{
+    m_pFate = std::move(fate);
 }
 
 void CommentDialogImpl::ShowData()
@@ -135,6 +144,9 @@ void CommentDialogImpl::setVisible(bool isVisible)
 {
     ++m_iBusy;
     QDialog::setVisible(isVisible);
+    if (!isVisible) {
+        Settle();
+    }
     --m_iBusy;
     if (m_bKeepsReport && !isVisible) {
         deleteLater();
@@ -246,5 +258,16 @@ void CommentDialogImpl::AddComment(const QString &comment)
 // A failure is not told to the operator; the dialog ends all the same.
 void CommentDialogImpl::SaveDocument()
 {
-    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty() || m_bSaved;
+    const QString failure = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure;
+    m_bSaved = failure.isEmpty() || m_bSaved;
+    if (m_pFate != nullptr) {
+        m_pFate->SetResult(failure);
+    }
+}
+
+void CommentDialogImpl::Settle()
+{
+    if (m_pFate != nullptr) {
+        m_pFate->Settle();
+    }
 }

@@ -8,6 +8,7 @@
 #include <memory>
 
 class QDomDocument;
+class ReportFate;
 class XmlCreateReport;
 
 /// Shows the operator the main values of a finished report, takes a comment and saves the report. It is not modal and
@@ -24,6 +25,8 @@ public:
     void SetDocument(QDomDocument *document);
     /// The complete path of the report file.
     void SetFileName(QString fileName);
+    /// Hears of each saving, and of the end of the dialog.
+    void SetFate(std::shared_ptr<ReportFate> fate);
     /// Fills the labels and opens the dialog. Doesn't wait for its end.
     void ShowData();
     /// Destroys the dialog without saving. One that Qt is just showing or hiding is destroyed when Qt is through with
@@ -48,9 +51,11 @@ private:
     void GrowToTexts();
     void AddComment(const QString &comment);
     void SaveDocument();
+    void Settle();
 
     QDomDocument *m_pDocument = nullptr; // not owned
     QString m_sFileName;
+    std::shared_ptr<ReportFate> m_pFate; // null: nobody asks
     bool m_bSaved = false;
     bool m_bKeepsReport = false;
     int m_iBusy = 0; // how many of Qt's functions that show or hide the dialog are on the stack

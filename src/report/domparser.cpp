@@ -276,6 +276,16 @@ bool DomParser::Remove(const QDomNode &node)
     return m_oWalked.Remove(node);
 }
 
+ReportPlace DomParser::GetPlace(const QString &attribute)
+{
+    QVector<ReportPlace::Step> steps;
+    for (const NodePath::Step &step : m_oRefusals.GetPath().StepsTo(*m_pCurrentElement)) {
+        const QString name = step.m_oElement.tagName();
+        steps.append({ name, step.m_iPosition - 1 + m_oWalked.CountGone(step.m_oElement.parentNode(), name) });
+    }
+    return ReportPlace(steps, attribute);
+}
+
 // A receiver that holds a node may look at any place of the document, now and later, and change it: from here on the
 // document is complete, and all questions read it.
 void DomParser::NodeTaken()

@@ -6,6 +6,7 @@
 #include "report/nodeset.h"
 #include "report/occurrences.h"
 #include "report/refusals.h"
+#include "report/reportplace.h"
 #include "report/walkeddocument.h"
 #include "schema/schematables.h"
 
@@ -61,6 +62,9 @@ public:
     /// Takes a node out of the document; it and all below it stay alive until the walk has ended, since the walk may
     /// still go on from inside. False if the node has no parent.
     bool Remove(const QDomNode &node);
+
+    /// Where the current element stands; `attribute` is the one in hand, or empty.
+    ReportPlace GetPlace(const QString &attribute);
 
     /// The document as it is walked. The setters bracket their changes of it by its OwnChange.
     WalkedDocument &GetWalked() { return m_oWalked; }

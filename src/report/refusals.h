@@ -34,6 +34,8 @@ public:
     /// Another element comes.
     void Clear() { m_lTargets.clear(); }
 
+    /// Where an element stands.
+    NodePath &GetPath() { return m_oPath; }
     /// To be told before an element is taken out of its parent.
     void LeaveOut(const QDomNode &node) { m_oPath.LeaveOut(node); }
     /// To be told before an element in front of the latest one is taken out.

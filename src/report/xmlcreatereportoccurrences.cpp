@@ -64,6 +64,7 @@ void XmlCreateReport::DiscardChoiceItem()
     const QDomElement discarded = *m_pCurrentElement;
     m_pDiscardSuccessor = std::make_unique<QDomElement>(dom::NextSibling(discarded).toElement());
     m_pCurrentElement = m_pDiscardSuccessor.get();
+    m_pDomParser->GetWalked().PassOver(*m_pDiscardSuccessor);
     const bool isRemoved = m_pDomParser->Remove(discarded);
     m_pDomParser->SetNodeToContinue(m_pCurrentElement, false);
     if (isRemoved) {
