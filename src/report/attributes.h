@@ -15,5 +15,5 @@ using AttributeList = std::vector<std::pair<QString, QString>>;
 /// The attributes of a node; none for anything but an element.
 AttributeList SortedAttributes(const QDomNode &node);
 
-/// The same as an event carries them: qualified name and value, no URI and no local name.
+/// The same as an event carries them: qualified name and value, no URI and no local name, no marks of the declarations.
 QXmlAttributes ToXmlAttributes(const AttributeList &attributes);

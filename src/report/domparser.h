@@ -7,6 +7,7 @@
 #include "report/occurrences.h"
 #include "report/refusals.h"
 #include "report/reportplace.h"
+#include "report/validoutput.h"
 #include "report/walkeddocument.h"
 #include "schema/schematables.h"
 
@@ -43,6 +44,12 @@ public:
     /// the receiver takes such a node, copies may then stand bare in it. To be called before Parse().
     void SetUnwatched() { m_oWalked.SetWatched(false); }
 
+    /// Announces all elements and drops none on the way; what has no value goes, or is named, behind the last one. The
+    /// template bears the marks of the declarations. To be called before Parse().
+    void SetValidOutput(std::shared_ptr<const Declarations> declarations);
+    /// Null unless valid output is made.
+    ValidOutput *GetValidOutput() { return m_pValidOutput.get(); }
+
     /// True from before the DocBeginEvent until after the DocEndEvent.
     bool IsWalking() const { return m_bWalking; }
 
@@ -64,7 +71,7 @@ public:
     bool Remove(const QDomNode &node);
 
     /// Where the current element stands; `attribute` is the one in hand, or empty.
-    ReportPlace GetPlace(const QString &attribute);
+    ReportPlace GetPlace(const QString &attribute) { return m_oRefusals.PlaceOf(*m_pCurrentElement, attribute); }
 
     /// The document as it is walked. The setters bracket their changes of it by its OwnChange.
     WalkedDocument &GetWalked() { return m_oWalked; }
@@ -120,6 +127,7 @@ private:
 
     void SetCurrent(const QDomNode &node, AttributeModel::Pointer model);
     void TellMissing();
+    void FinishValidOutput();
     void SendElemBegin(const QDomNode &node, const QString &text);
     void Error(ITagwright::ErrorID id) { SendEvent<ErrorEvent>(m_pCallback, id); }
 
@@ -145,7 +153,8 @@ private:
     std::size_t m_iPendingLevel = 0; // where m_pPendingElement is a child
     CurrentAttributes m_oAttributes;
     NodeSet m_oMultiplied;
-    Refusals m_oRefusals;
+    Refusals m_oRefusals { m_oWalked };
+    std::unique_ptr<ValidOutput> m_pValidOutput;
     QDomNode m_oResumeNode;
     ChoiceKeys m_hChoiceKeys;
     OccurrenceLookup m_oOccurrences;

@@ -68,6 +68,9 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
     m_pFate->GetOutcome().SetPath(ToNativePath(reportPath));
     m_pSchemaHandler = std::make_unique<XmlSchemaHandler>(m_pCallback, normalisedPath);
     m_pSchemaHandler->SetRootMoves();
+    if (m_bValidOutput) {
+        m_pDeclarations = m_pSchemaHandler->CollectDeclarations();
+    }
     const bool isParsed = ParseSchema(schemaPath);
     // From here on nothing depends on the result: a report that could not be made is still a file, an empty one.
     m_pDocument = m_pSchemaHandler->GetDocument();
@@ -120,6 +123,12 @@ void XmlCreateReport::WalkTemplate()
     m_pDomParser->SetDocument(m_pDocument);
     // The document is the schema handler's and ours; a receiver gets at it through the events alone.
     m_pDomParser->SetUnwatched();
+    if (m_pDeclarations != nullptr) {
+        m_pDomParser->SetValidOutput(m_pDeclarations);
+    }
+    if (m_bCollectOutcome || m_bValidOutput) {
+        m_pDomParser->GetRefusals().SetOutcome(&m_pFate->GetOutcome());
+    }
     // Also if a receiver throws.
     const auto letGo = qScopeGuard([this] {
         m_pCurrentElement = nullptr;
@@ -187,6 +196,9 @@ void XmlCreateReport::SetFateHandler(std::function<void(const ReportOutcome &)> 
 
 void XmlCreateReport::KeepCurrentElement()
 {
+    if (FetchCurrentElement("KeepCurrentElement") && m_pDomParser->GetValidOutput() != nullptr) {
+        m_pDomParser->GetValidOutput()->Keep(*m_pCurrentElement);
+    }
 }
 
 ReportPlace XmlCreateReport::GetPlace(const QString &attribute) const

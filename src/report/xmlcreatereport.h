@@ -19,6 +19,7 @@
 
 class CommentDialogImpl;
 class CurrentAttributes;
+class Declarations;
 class DomParser;
 class QDialog;
 class QDomDocument;
@@ -167,14 +168,18 @@ private:
     QString TypeControl(QString expectedType);
     void RefuseType(const GivenValue &given, const QString &attribute);
     void RefuseValue(const GivenValue &given, const QString &attribute, const QString &reason);
-    void WriteValue(const GivenValue &given, const QString &attribute);
+    void WriteValue(GivenValue given, const QString &attribute);
+    QString CheckValue(GivenValue &given, const QString &attribute, QStringList &used);
     void CreateAndAppendTextNode(QString text);
 
     // Occurrences.
+    bool IsAskedAgain(const QString &name);
+    bool CheckOccurs(const QString &name, int maxOccurs);
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
-    bool MayBeDiscarded(const QString &tagName) const;
+    bool MayBeDiscarded() const;
 
     bool m_bValidOutput = false;
+    std::shared_ptr<const Declarations> m_pDeclarations; // with valid output
     bool m_bCollectOutcome = false;
     std::shared_ptr<ReportFate> m_pFate; // shared with the dialog, which may tell it when this object ends
     std::unique_ptr<dom::GuardedReader> m_pReader;
