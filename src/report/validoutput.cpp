@@ -69,7 +69,7 @@ bool ValidOutput::MayRepeat(const Element &declared, int count)
     if (count <= 1) {
         return count != 0 || particle.m_bOptional;
     }
-    return particle.m_iMaxOccurs < 0 || count <= particle.m_iMaxOccurs - (particle.m_iCopies - 1);
+    return particle.m_iMaxOccurs < 0 || count <= std::max(particle.m_iMaxOccurs, particle.m_iCopies);
 }
 
 bool ValidOutput::IsAskedAgain(const Element &declared, const QDomNode &parent)

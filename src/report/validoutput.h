@@ -31,7 +31,7 @@ public:
     /// Holds a value against its declaration, and brings it into its form. `attribute` is empty for the element's own
     /// value; `pNumber` is null for a value that is no double. As of ValueJudge::Refuse().
     QString Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber);
-    /// Whether an element may stand that often, all that the template has of it counted.
+    /// Whether the elements of one declaration below one parent may be that many.
     static bool MayRepeat(const Element &declared, int count);
     /// True from the second question on for the elements of one declaration below one parent.
     bool IsAskedAgain(const Element &declared, const QDomNode &parent);

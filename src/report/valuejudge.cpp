@@ -11,29 +11,6 @@
 
 namespace {
 
-using Limits = std::pair<const char *, const char *>;
-
-// The ranges of the integer types; null: without end.
-const QHash<QString, Limits> &IntegerTypes()
-{
-    static const QHash<QString, Limits> types {
-        { QStringLiteral("integer"), { nullptr, nullptr } },
-        { QStringLiteral("nonNegativeInteger"), { "0", nullptr } },
-        { QStringLiteral("positiveInteger"), { "1", nullptr } },
-        { QStringLiteral("nonPositiveInteger"), { nullptr, "0" } },
-        { QStringLiteral("negativeInteger"), { nullptr, "-1" } },
-        { QStringLiteral("long"), { "-9223372036854775808", "9223372036854775807" } },
-        { QStringLiteral("unsignedLong"), { "0", "18446744073709551615" } },
-        { QStringLiteral("int"), { "-2147483648", "2147483647" } },
-        { QStringLiteral("unsignedInt"), { "0", "4294967295" } },
-        { QStringLiteral("short"), { "-32768", "32767" } },
-        { QStringLiteral("unsignedShort"), { "0", "65535" } },
-        { QStringLiteral("byte"), { "-128", "127" } },
-        { QStringLiteral("unsignedByte"), { "0", "255" } },
-    };
-    return types;
-}
-
 // A time without a zone may be that many milliseconds away from the one that it would be in UTC.
 constexpr long double kZoneMs = 14.0L * 60 * 60 * 1000;
 
@@ -48,11 +25,7 @@ long double ToNumber(const QString &text)
 {
     bool isExact = false;
     const qint64 number = text.toLongLong(&isExact);
-    if (isExact) {
-        return number;
-    }
-    const quint64 positive = text.toULongLong(&isExact);
-    return isExact ? static_cast<long double>(positive) : static_cast<long double>(text.toDouble());
+    return isExact ? static_cast<long double>(number) : static_cast<long double>(text.toDouble());
 }
 
 // An integer type takes a double cut towards zero.
@@ -81,7 +54,6 @@ int CountDigits(const QString &integer)
 ValueJudge::ValueJudge(const Declarations::Rule &rule)
     : m_sType(rule.m_sType)
     , m_eKind(KindOf(rule.m_sType))
-    , m_bReplaces(rule.m_sType == QLatin1String("normalizedString"))
 {
     ReadRange(rule.m_sType);
     QStringList patterns;
@@ -96,24 +68,26 @@ ValueJudge::ValueJudge(const Declarations::Rule &rule)
     m_bHasPattern = !patterns.isEmpty() && m_oPattern.isValid();
 }
 
+// Of the built-in types only these take values at all.
 ValueJudge::Kind ValueJudge::KindOf(const QString &type)
 {
     static const QHash<QString, Kind> kinds {
-        { QStringLiteral("string"), Kind::String },     { QStringLiteral("normalizedString"), Kind::String },
-        { QStringLiteral("double"), Kind::Double },     { QStringLiteral("boolean"), Kind::Boolean },
+        { QStringLiteral("string"), Kind::String },     { QStringLiteral("double"), Kind::Double },
+        { QStringLiteral("boolean"), Kind::Boolean },   { QStringLiteral("integer"), Kind::Integer },
+        { QStringLiteral("short"), Kind::Integer },     { QStringLiteral("long"), Kind::Integer },
         { QStringLiteral("dateTime"), Kind::DateTime }, { QStringLiteral("time"), Kind::Time },
     };
-    return IntegerTypes().contains(type) ? Kind::Integer : kinds.value(type, Kind::Unknown);
+    return kinds.value(type, Kind::Unknown);
 }
 
 void ValueJudge::ReadRange(const QString &type)
 {
-    const Limits limits = IntegerTypes().value(type, { nullptr, nullptr });
-    if (limits.first != nullptr) {
-        ReadFacet(QStringLiteral("minInclusive"), QString::fromLatin1(limits.first));
-    }
-    if (limits.second != nullptr) {
-        ReadFacet(QStringLiteral("maxInclusive"), QString::fromLatin1(limits.second));
+    if (type == QLatin1String("short")) {
+        ReadFacet(QStringLiteral("minInclusive"), QStringLiteral("-32768"));
+        ReadFacet(QStringLiteral("maxInclusive"), QStringLiteral("32767"));
+    } else if (type == QLatin1String("long")) {
+        ReadFacet(QStringLiteral("minInclusive"), QStringLiteral("-9223372036854775808"));
+        ReadFacet(QStringLiteral("maxInclusive"), QStringLiteral("9223372036854775807"));
     }
 }
 

@@ -58,7 +58,8 @@ public:
     /// saving takes out what got none: optional elements and containers, unused alternatives, attributes, all that the
     /// template says of types and facets. Mandatory elements, and attributes with a default, take the default; what the
     /// schema requires and nobody gave is named by GetOutcome(), each element by an error 16 at the end as well. How
-    /// often an element may stand, and what a value is held against, is what its own declaration says.
+    /// often an element may stand, and what a value is held against, is what its own declaration says: a count for
+    /// SetElementMaxOccurs() is that of all elements of the declaration below this parent.
     void SetValidOutput(bool on);
 
     /// Has the outcome name the values that were refused and what is missing, as valid output always does; off by
@@ -174,6 +175,7 @@ private:
 
     // Occurrences.
     bool IsAskedAgain(const QString &name);
+    int CountFollowing();
     bool CheckOccurs(const QString &name, int maxOccurs);
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
     bool MayBeDiscarded() const;
