@@ -130,6 +130,16 @@ public:
         return isRead;
     }
 
+    ReportOutcome MakeValid(const QString &schema, const QString &report)
+    {
+        XmlCreateReport builder(this);
+        m_pBuilder = &builder;
+        builder.SetValidOutput(true);
+        builder.CreateXmlFromSchema(schema, report, false);
+        m_pBuilder = nullptr;
+        return builder.GetOutcome();
+    }
+
     void XmlUpdate(XmlEvent *event) override
     {
         if (event->GetType() == XmlEvent::EVENT_ERROR) {
@@ -234,6 +244,28 @@ bool RunReceiver(const QString &schema, const QDir &folder)
         && report.m_lErrors.contains(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
 }
 
+QString Describe(const ReportOutcome &outcome)
+{
+    QStringList lines(outcome.IsSaved() ? "Saved as " + outcome.GetPath() : "Not saved: " + outcome.GetSaveError());
+    for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
+        lines += refused.m_sPlace + ": " + refused.m_sValue + " was not written: " + refused.m_sReason;
+    }
+    for (const QString &place : outcome.GetMissing()) {
+        lines += place + " is missing";
+    }
+    return lines.join('\n');
+}
+
+bool RunValid(const QString &schema)
+{
+    MarkerReport report({ "first", "second" });
+    const ReportOutcome outcome = report.MakeValid(schema, "valid.xml");
+    return !outcome.IsComplete()
+        && Describe(outcome)
+        == "Saved as valid.xml\n/StationReport/Level: 400 was not written: it breaks maxInclusive 160\n"
+           "/StationReport/Level is missing";
+}
+
 bool RunXml(values::MemoryTree &tree, const QString &path)
 {
     SaveBranch(tree, path);
@@ -260,7 +292,7 @@ int main(int argc, char *argv[])
     StationClock clock;
     SwitchTracesOn();
     const bool isGood = RunControl(tree, schema, QDir("control")) && RunReceiver(schema, QDir("receiver"))
-        && RunXml(tree, "settings.xml") && QFile::exists("tagwright.log");
+        && RunValid(schema) && RunXml(tree, "settings.xml") && QFile::exists("tagwright.log");
     qInstallMessageHandler(nullptr);
     qInfo(isGood ? "All as the page says" : "Something differs from what the page says");
     return isGood ? 0 : 1;

@@ -91,9 +91,9 @@ void CurrentAttributes::RemoveIf(const std::function<bool(const QString &name, c
         return;
     }
     AttributeList &own = GetOwn();
-    own.erase(std::remove_if(own.begin(), own.end(),
-                             [&test](const auto &entry) { return test(entry.first, entry.second); }),
-              own.end());
+    own.erase(
+        std::remove_if(own.begin(), own.end(), [&test](const auto &entry) { return test(entry.first, entry.second); }),
+        own.end());
 }
 
 AttributeModel::Pointer CurrentAttributes::MakeModel()

@@ -1,6 +1,7 @@
 #include "report/refusals.h"
 
 #include "events/itagwright.h"
+
 #include <algorithm>
 
 namespace {

@@ -49,7 +49,8 @@ std::optional<QString> FromSchemaPattern(const QString &pattern)
             const Escape *pEscape = FindEscape(next);
             const QString text = pEscape == nullptr ? QLatin1Char('\\') + QString(next)
                                                     : (isInSet ? pEscape->m_sInSet : pEscape->m_sPlain);
-            const bool isBlock = next.toLower() == QLatin1Char('p') && pattern.midRef(i + 1).startsWith(QLatin1String("{Is"));
+            const bool isBlock =
+                next.toLower() == QLatin1Char('p') && pattern.midRef(i + 1).startsWith(QLatin1String("{Is"));
             if (text.isEmpty() || isBlock || QStringLiteral("icIC").contains(next)) {
                 return std::nullopt;
             }

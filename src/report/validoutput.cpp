@@ -69,7 +69,7 @@ bool ValidOutput::MayRepeat(const Element &declared, int count)
     if (count <= 1) {
         return count != 0 || particle.m_bOptional;
     }
-    return particle.m_iMaxOccurs < 0 || count <= std::max(particle.m_iMaxOccurs, particle.m_iCopies);
+    return particle.m_iMaxOccurs < 0 || count <= particle.m_iMaxOccurs - (particle.m_iCopies - 1);
 }
 
 bool ValidOutput::IsAskedAgain(const Element &declared, const QDomNode &parent)
@@ -205,37 +205,43 @@ void ValidOutput::SpreadValues()
         }
     }
     for (const Item &item : m_lItems) {
-        if (item.m_bHasValue && item.m_pDeclared != nullptr && item.m_pDeclared->m_oParticle.m_iChoice >= 0) {
+        if (item.m_bHasValue && item.m_pDeclared != nullptr) {
             const Declarations::Particle &particle = item.m_pDeclared->m_oParticle;
-            m_lTaken.insert({ { item.m_iParent, particle.m_iChoice }, particle.m_iAlternative });
+            int alternative = particle.m_iAlternative;
+            for (int choice = particle.m_iChoice; choice >= 0; choice = m_pDeclarations->GetChoice(choice).m_iOuter) {
+                m_lTaken.insert({ { item.m_iParent, choice }, alternative });
+                alternative = m_pDeclarations->GetChoice(choice).m_iOuterAlternative;
+            }
         }
     }
 }
 
 // Whether the element stays.
-bool ValidOutput::Decide(Item &item)
+bool ValidOutput::Decide(const Item &item)
 {
-    const Declarations::Particle &particle = item.m_pDeclared->m_oParticle;
-    if (particle.m_iChoice >= 0 && !DecideAlternative(item, m_pDeclarations->GetChoice(particle.m_iChoice))) {
+    if (!IsTaken(item)) {
+        if (item.m_bHasValue) {
+            m_lFindings.push_back({ Finding::Kind::Excluded, item.m_oElement, QString() });
+        }
         return false;
     }
-    return item.m_bHasValue || !particle.m_bOptional;
+    return item.m_bHasValue || !item.m_pDeclared->m_oParticle.m_bOptional;
 }
 
-// False for an alternative that isn't the one that is taken.
-bool ValidOutput::DecideAlternative(Item &item, const Declarations::Choice &choice)
+// False for an alternative that isn't the one that is taken. Names the first of a choice that may not stay without one.
+bool ValidOutput::IsTaken(const Item &item)
 {
-    const Declarations::Particle &particle = item.m_pDeclared->m_oParticle;
-    const auto [taken, isFirst] = m_lTaken.insert({ { item.m_iParent, particle.m_iChoice }, -1 });
-    if (isFirst && !choice.m_bOptional) {
-        m_lFindings.push_back({ Finding::Kind::Missing, item.m_oElement, QString() });
-    }
-    if (choice.m_bRepeats) {
-        return item.m_bHasValue;
-    }
-    const bool isTaken = taken->second == particle.m_iAlternative;
-    if (!isTaken && item.m_bHasValue) {
-        m_lFindings.push_back({ Finding::Kind::Excluded, item.m_oElement, QString() });
+    bool isTaken = true;
+    int alternative = item.m_pDeclared->m_oParticle.m_iAlternative;
+    for (int number = item.m_pDeclared->m_oParticle.m_iChoice; number >= 0;) {
+        const Declarations::Choice &choice = m_pDeclarations->GetChoice(number);
+        const auto [taken, isFirst] = m_lTaken.insert({ { item.m_iParent, number }, -1 });
+        if (isFirst && !choice.m_bOptional) {
+            m_lFindings.push_back({ Finding::Kind::Missing, item.m_oElement, QString() });
+        }
+        isTaken = isTaken && (choice.m_bRepeats ? item.m_bHasValue : taken->second == alternative);
+        alternative = choice.m_iOuterAlternative;
+        number = choice.m_iOuter;
     }
     return isTaken;
 }

@@ -31,7 +31,7 @@ public:
     /// Holds a value against its declaration, and brings it into its form. `attribute` is empty for the element's own
     /// value; `pNumber` is null for a value that is no double. As of ValueJudge::Refuse().
     QString Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber);
-    /// Whether the elements of one declaration below one parent may be that many.
+    /// Whether an element may stand that often beside the others that the template has of its declaration.
     static bool MayRepeat(const Element &declared, int count);
     /// True from the second question on for the elements of one declaration below one parent.
     bool IsAskedAgain(const Element &declared, const QDomNode &parent);
@@ -75,8 +75,8 @@ private:
     int Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed);
     bool SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const;
     void SpreadValues();
-    bool Decide(Item &item);
-    bool DecideAlternative(Item &item, const Declarations::Choice &choice);
+    bool Decide(const Item &item);
+    bool IsTaken(const Item &item);
     void Complete(const Item &item);
     Item &At(int item) { return m_lItems[static_cast<std::size_t>(item)]; }
 

@@ -14,7 +14,6 @@ namespace {
 // A time without a zone may be that many milliseconds away from the one that it would be in UTC.
 constexpr long double kZoneMs = 14.0L * 60 * 60 * 1000;
 
-
 bool HasZone(const QString &text)
 {
     static const QRegularExpression zone(QStringLiteral("(Z|[+-]\\d\\d:\\d\\d)\\z"));
@@ -167,8 +166,8 @@ bool ValueJudge::IsHeld(const Bound &bound, const Value &value) const
 {
     const bool isInclusive = bound.m_sName.endsWith(QLatin1String("Inclusive"));
     const bool isLower = bound.m_sName.startsWith(QLatin1String("min"));
-    const long double above = isLower ? value.m_dNumber - bound.m_oValue.m_dNumber
-                                      : bound.m_oValue.m_dNumber - value.m_dNumber;
+    const long double above =
+        isLower ? value.m_dNumber - bound.m_oValue.m_dNumber : bound.m_oValue.m_dNumber - value.m_dNumber;
     if (value.m_bHasZone != bound.m_oValue.m_bHasZone) {
         return above > kZoneMs;
     }
@@ -209,7 +208,9 @@ QString ValueJudge::RefuseSize(const QString &text) const
 bool ValueJudge::IsSame(const QString &first, const QString &second) const
 {
     if (m_eKind == Kind::Boolean) {
-        const auto isTrue = [](const QString &text) { return text == QLatin1String("true") || text == QLatin1String("1"); };
+        const auto isTrue = [](const QString &text) {
+            return text == QLatin1String("true") || text == QLatin1String("1");
+        };
         return isTrue(first) == isTrue(second);
     }
     const std::optional<Value> one = Read(first);

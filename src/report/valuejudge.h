@@ -17,8 +17,8 @@ class ValueJudge
 public:
     explicit ValueJudge(const Declarations::Rule &rule);
 
-    /// Brings `text`, which is that of a double if `pNumber` isn't null, into the form of the type. Empty if it may stand there, else what completes "the
-    /// value was not written: ".
+    /// Brings `text`, which is that of a double if `pNumber` isn't null, into the form of the type. Empty if it may
+    /// stand there, else what completes "the value was not written: ".
     QString Refuse(QString &text, const double *pNumber) const;
     /// Whether both texts mean one value.
     bool IsSame(const QString &first, const QString &second) const;

@@ -58,8 +58,8 @@ public:
     /// saving takes out what got none: optional elements and containers, unused alternatives, attributes, all that the
     /// template says of types and facets. Mandatory elements, and attributes with a default, take the default; what the
     /// schema requires and nobody gave is named by GetOutcome(), each element by an error 16 at the end as well. How
-    /// often an element may stand, and what a value is held against, is what its own declaration says: a count for
-    /// SetElementMaxOccurs() is that of all elements of the declaration below this parent.
+    /// often an element may stand, and what a value is held against, is what its own declaration says; of the elements
+    /// that a minOccurs above 1 puts side by side, one can be multiplied.
     void SetValidOutput(bool on);
 
     /// Has the outcome name the values that were refused and what is missing, as valid output always does; off by
@@ -67,9 +67,9 @@ public:
     void SetCollectOutcome(bool on) { m_bCollectOutcome = on; }
 
     /// `handler` is called once, when it is known what became of the report: before CreateXmlFromSchema() returns
-    /// without a dialog, with one when the dialog ends, be it by this object's or the application's end. It may be called
-    /// on the stack of this object's or the dialog's destructor, must not throw, and may destroy this object unless the
-    /// run is still on the stack. To be set before the run.
+    /// without a dialog, with one when the dialog ends, be it by this object's or the application's end. It may be
+    /// called on the stack of this object's or the dialog's destructor, must not throw, and may destroy this object
+    /// unless the run is still on the stack. To be set before the run.
     void SetFateHandler(std::function<void(const ReportOutcome &)> handler);
 
     /// Runs the report. `schemaPath` is the XSD file, `reportPath` the file to write, both complete paths; "\" may
@@ -175,7 +175,6 @@ private:
 
     // Occurrences.
     bool IsAskedAgain(const QString &name);
-    int CountFollowing();
     bool CheckOccurs(const QString &name, int maxOccurs);
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
     bool MayBeDiscarded() const;

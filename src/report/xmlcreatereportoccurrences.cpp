@@ -35,7 +35,7 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         return;
     }
-    m_pDomParser->Multiply(maxOccurs - CountFollowing());
+    m_pDomParser->Multiply(maxOccurs);
     m_pDomParser->SetNodeToContinue(m_pCurrentElement, true);
 }
 
@@ -50,15 +50,6 @@ bool XmlCreateReport::IsAskedAgain(const QString &name)
     const bool isAgain = name == m_sLastOccursName;
     m_sLastOccursName = name;
     return isAgain;
-}
-
-// The elements that the template itself has behind the current one by the same declaration: in valid output they are
-// among those that are asked for.
-int XmlCreateReport::CountFollowing()
-{
-    ValidOutput *pValid = m_pDomParser->GetValidOutput();
-    const ValidOutput::Element *pDeclared = pValid == nullptr ? nullptr : pValid->Find(m_pDomParser->GetAttributes());
-    return pDeclared == nullptr ? 0 : pDeclared->m_oParticle.m_iCopies - 1;
 }
 
 bool XmlCreateReport::CheckOccurs(const QString &name, int maxOccurs)

@@ -71,26 +71,34 @@ void Declarations::StartTag(const QString &tag, const QXmlAttributes &atts)
     if (!m_lOpen.empty() && m_lOpen.back() >= 0) {
         ++At(m_lChoices, m_lOpen.back()).m_iAlternatives;
     }
-    if (tag == QLatin1String("xs:element")) {
-        m_lOpen.push_back(kElement);
-    } else if (tag == QLatin1String("xs:choice")) {
-        Choice choice;
-        // An alternative that is a choice itself needs nothing where it isn't the one that is taken.
-        m_lOpen.push_back(kModel);
-        choice.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0") || CurrentChoice() >= 0;
-        const QString most = atts.value(QStringLiteral("maxOccurs"));
-        choice.m_bRepeats = !most.isEmpty() && most != QLatin1String("1");
-        m_lOpen.back() = Append(m_lChoices, choice);
-    } else {
-        m_lOpen.push_back(kModel);
+    m_lOpen.push_back(tag == QLatin1String("xs:element") ? kElement : kModel);
+    if (tag == QLatin1String("xs:choice")) {
+        m_lOpen.back() = Append(m_lChoices, ReadChoice(atts));
     }
+}
+
+Declarations::Choice Declarations::ReadChoice(const QXmlAttributes &atts)
+{
+    Choice choice;
+    choice.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
+    const QString most = atts.value(QStringLiteral("maxOccurs"));
+    choice.m_bRepeats = !most.isEmpty() && most != QLatin1String("1");
+    choice.m_iOuter = CurrentChoice();
+    if (choice.m_iOuter >= 0) {
+        Choice &outer = At(m_lChoices, choice.m_iOuter);
+        choice.m_iOuterAlternative = outer.m_iAlternatives;
+        choice.m_bRepeats = choice.m_bRepeats || outer.m_bRepeats;
+        // What may be empty satisfies the outer choice, which may take another alternative.
+        outer.m_bOptional = outer.m_bOptional || choice.m_bOptional;
+        choice.m_bOptional = true;
+    }
+    return choice;
 }
 
 // The innermost choice of the content model in which the latest tag stands.
 int Declarations::CurrentChoice() const
 {
-    const auto found =
-        std::find_if(m_lOpen.rbegin() + 1, m_lOpen.rend(), [](int open) { return open != kModel; });
+    const auto found = std::find_if(m_lOpen.rbegin() + 1, m_lOpen.rend(), [](int open) { return open != kModel; });
     return found == m_lOpen.rend() ? kElement : *found;
 }
 
@@ -226,5 +234,5 @@ const Declarations::Element *Declarations::Of(const QString &mark) const
 {
     const int index = mark.isEmpty() ? -1 : mark.toInt();
     return index < 0 || index >= static_cast<int>(m_lElements.size()) ? nullptr
-                                                                     : &m_lElements[static_cast<std::size_t>(index)];
+                                                                      : &m_lElements[static_cast<std::size_t>(index)];
 }

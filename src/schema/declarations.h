@@ -60,6 +60,9 @@ public:
         bool m_bOptional = false;
         bool m_bRepeats = false;
         int m_iAlternatives = 0;
+        // The choice of which it is an alternative itself.
+        int m_iOuter = -1;
+        int m_iOuterAlternative = 0;
         QStringList m_lMembers;
     };
     struct Element
@@ -75,6 +78,9 @@ public:
     // While the schema is read.
     void StartTag(const QString &tag, const QXmlAttributes &atts);
     void EndTag() { m_lOpen.pop_back(); }
+    /// How many tags are open, and back to that many: a file that isn't well-formed leaves some behind.
+    std::size_t CountOpenTags() const { return m_lOpen.size(); }
+    void EndTagsBeyond(std::size_t count) { m_lOpen.resize(count); }
     int AddParticle(const QString &name, int maxOccurs, int copies, const QXmlAttributes &atts);
     void MarkParticle(QDomElement element, int particle);
     void MarkDefault(QDomElement element, const QXmlAttributes &atts);
@@ -98,6 +104,7 @@ private:
     int RuleOf(const QDomElement &element);
     int BuiltInRule(const QString &type);
     int CurrentChoice() const;
+    Choice ReadChoice(const QXmlAttributes &atts);
     void SettleElement(QDomElement element);
 
     std::vector<int> m_lOpen; // for each open tag: a choice, or one of two numbers below 0

@@ -271,7 +271,11 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     dom::GuardedReader reader;
     reader.setContentHandler(&nested);
     reader.setErrorHandler(&nested);
+    const std::size_t openTags = m_pRun->m_pDeclarations == nullptr ? 0 : m_pRun->m_pDeclarations->CountOpenTags();
     reader.ReadFile(path);
+    if (m_pRun->m_pDeclarations != nullptr) {
+        m_pRun->m_pDeclarations->EndTagsBeyond(openTags);
+    }
     m_MissingMap = std::move(nested.m_MissingMap);
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);

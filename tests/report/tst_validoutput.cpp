@@ -159,45 +159,64 @@ void TestValidOutput::SettlesTheReport_data()
     const auto row = [](const char *name, const QString &content, const char *orders, const char *report,
                         const char *told = "", const QString &declarations = QString()) {
         QTest::newRow(name) << declarations + RootElement(content) << QString::fromUtf8(orders)
-                            << QStringLiteral("<R>%1</R>").arg(QLatin1String(report)).replace("<R></R>"_q, "<R/>"_q) << QString::fromUtf8(told);
+                            << QStringLiteral("<R>%1</R>").arg(QLatin1String(report)).replace("<R></R>"_q, "<R/>"_q)
+                            << QString::fromUtf8(told);
     };
     const QString optional = Leaf("a", "minOccurs='0'") + Leaf("b", "minOccurs='0'");
     row("optional leaves", optional, "b=s:x", "<b>x</b>");
     row("a container whose first has no value", Parent("p", optional, "minOccurs='0'"), "b=s:x", "<p><b>x</b></p>");
     row("a container without any", Parent("p", Leaf("a") + Parent("q", Leaf("b")), "minOccurs='0'"), "", "");
-    row("copies", Parent("p", optional, "maxOccurs='3'"), "p:3 a[0]=s:x", "<p><a>x</a></p><p><a>x</a></p><p><a>x</a></p>");
+    row("copies", Parent("p", optional, "maxOccurs='3'"), "p:3 a[0]=s:x",
+        "<p><a>x</a></p><p><a>x</a></p><p><a>x</a></p>");
     row("a named type", "<xs:element name='p' type='P' maxOccurs='9'/><xs:element name='q' type='P'/>"_q,
-        "p:2 b=s:x b:3", "<p><b>x</b><b>x</b><b>x</b></p><p><b>x</b><b>x</b><b>x</b></p><q><b>x</b><b>x</b><b>x</b></q>", "",
+        "p:2 b=s:x b:3",
+        "<p><b>x</b><b>x</b><b>x</b></p><p><b>x</b><b>x</b><b>x</b></p><q><b>x</b><b>x</b><b>x</b></q>", "",
         Type("P", Leaf("a", "minOccurs='0'") + Leaf("b", "minOccurs='0' maxOccurs='3'")));
-    row("a type that comes later", "<xs:element name='p' type='Z' minOccurs='0'/><xs:element ref='g' minOccurs='0'/>"_q, "", "",
-        "", "<xs:element name='g' type='Z'/>"_q + Type("Z", Leaf("a")));
-    row("limits", Leaf("a", "maxOccurs='100'") + Leaf("b", "minOccurs='0' maxOccurs='2'") + Leaf("c"), "a:101 b:3 c:2 c=s:x",
-        "<a/><c>x</c>", "missing /R/a; refused /R/a 101 16; refused /R/b 3 16; refused /R/c 2 16");
-    row("as many as the template has", Leaf("a", "minOccurs='2' maxOccurs='3'"), "a:3 a=s:x", "<a>x</a><a>x</a><a>x</a>");
-    row("missing", Leaf("a") + Parent("p", Leaf("b"), "maxOccurs='2'"), "p:2 b[0]=s:x p[1]+", "<a/><p><b>x</b></p><p><b>x</b></p>",
-        "missing /R/a");
-    row("defaults", Leaf("a", "default='d'") + Parent("p", Leaf("b", "default='e'") + Leaf("c", "default='f' minOccurs='0'")),
-        "", "<a>d</a><p><b>e</b></p>");
+    row("a type that comes later", "<xs:element name='p' type='Z' minOccurs='0'/><xs:element ref='g' minOccurs='0'/>"_q,
+        "", "", "", "<xs:element name='g' type='Z'/>"_q + Type("Z", Leaf("a")));
+    row("limits", Leaf("a", "maxOccurs='100'") + Leaf("b", "minOccurs='0' maxOccurs='2'") + Leaf("c"),
+        "a:101 b:3 c:2 c=s:x", "<a/><c>x</c>",
+        "missing /R/a; refused /R/a 101 16; refused /R/b 3 16; refused /R/c 2 16");
+    row("beside the template's own", Leaf("a", "minOccurs='2' maxOccurs='3'"), "a:2 a=s:x", "<a>x</a><a>x</a><a>x</a>");
+    row("too many beside them", Leaf("a", "minOccurs='2' maxOccurs='3'"), "a:3 a=s:x", "<a>x</a><a>x</a>",
+        "refused /R/a 3 16");
+    row("missing", Leaf("a") + Parent("p", Leaf("b"), "maxOccurs='2'"), "p:2 b[0]=s:x p[1]+",
+        "<a/><p><b>x</b></p><p><b>x</b></p>", "missing /R/a");
+    row("defaults",
+        Leaf("a", "default='d'") + Parent("p", Leaf("b", "default='e'") + Leaf("c", "default='f' minOccurs='0'")), "",
+        "<a>d</a><p><b>e</b></p>");
     row("a default makes no container", Parent("p", Leaf("b", "default='e'"), "minOccurs='0'"), "", "");
     row("kept", Parent("p", Leaf("b", "minOccurs='0'"), "minOccurs='0' maxOccurs='2'"), "p+ p:2", "<p/><p/>");
-    const QString attributes = "<xs:attribute name='A' type='xs:string'/><xs:attribute name='B' type='xs:string' default='d'/>"
-                               "<xs:attribute name='C' type='xs:string' use='required'/>"_q;
-    row("attributes", Parent("p", QString(), "maxOccurs='2'", attributes), "p:2 p@A=s:xs:string", "<p A='xs:string' B='d'/><p A='xs:string' B='d'/>",
-        "missing /R/p/@C; missing /R/p[2]/@C");
-    row("an attribute is a value", Parent("p", Leaf("a", "minOccurs='0'"), "minOccurs='0'", attributes), "p@C=s:x", "<p B='d' C='x'/>");
+    const QString attributes =
+        "<xs:attribute name='A' type='xs:string'/><xs:attribute name='B' type='xs:string' default='d'/>"
+        "<xs:attribute name='C' type='xs:string' use='required'/>"_q;
+    row("attributes", Parent("p", QString(), "maxOccurs='2'", attributes), "p:2 p@A=s:xs:string",
+        "<p A='xs:string' B='d'/><p A='xs:string' B='d'/>", "missing /R/p/@C; missing /R/p[2]/@C");
+    row("an attribute is a value", Parent("p", Leaf("a", "minOccurs='0'"), "minOccurs='0'", attributes), "p@C=s:x",
+        "<p B='d' C='x'/>");
     row("none", Parent("p", QString(), "minOccurs='0'", attributes), "", "");
     const QString choice = "<xs:choice>"_q + Leaf("a") + Leaf("b") + Leaf("c") + "</xs:choice>"_q;
     row("a choice", choice + Leaf("d"), "b=s:x d=s:x", "<b>x</b><d>x</d>");
     row("given up", choice, "a- b=s:x c-", "<b>x</b>");
     row("two alternatives", choice, "a=s:x c=s:y", "<a>x</a>", "refused /R/c y 16");
     row("no alternative", choice, "", "", "missing /R/a");
-    row("a choice's member has members", "<xs:choice>"_q + Parent("p", Leaf("a") + Leaf("b")) + Leaf("c") + "</xs:choice>"_q + Leaf("a"),
-        "b=s:x", "<p><a/><b>x</b></p><a/>", "missing /R/p/a; missing /R/a");
-    const QString names = "<xs:attribute name='Ref1'><xs:simpleType><xs:restriction base='xs:string'><xs:enumeration value='k'/>"
-                          "</xs:restriction></xs:simpleType></xs:attribute>"_q;
-    row("an attribute's own facets", "<xs:element name='v' maxOccurs='2'><xs:complexType><xs:simpleContent><xs:extension base='xs:string'>"
+    row("a choice's member has members",
+        "<xs:choice>"_q + Parent("p", Leaf("a") + Leaf("b")) + Leaf("c") + "</xs:choice>"_q + Leaf("a"), "b=s:x",
+        "<p><a/><b>x</b></p><a/>", "missing /R/p/a; missing /R/a");
+    const QString nested = "<xs:choice>"_q + choice + Leaf("d") + "</xs:choice>"_q;
+    row("an inner alternative", nested, "b=s:x", "<b>x</b>");
+    row("an inner and an outer alternative", nested, "b=s:x d=s:y", "<b>x</b>", "refused /R/d y 16");
+    row("a sequence as alternative",
+        "<xs:choice><xs:sequence>"_q + Leaf("a") + Leaf("b") + "</xs:sequence>"_q + Leaf("c") + "</xs:choice>"_q,
+        "b=s:x", "<a/><b>x</b>", "missing /R/a");
+    const QString names =
+        "<xs:attribute name='Ref1'><xs:simpleType><xs:restriction base='xs:string'><xs:enumeration value='k'/>"
+        "</xs:restriction></xs:simpleType></xs:attribute>"_q;
+    row("an attribute's own facets",
+        "<xs:element name='v' maxOccurs='2'><xs:complexType><xs:simpleContent><xs:extension base='xs:string'>"
         "<xs:attribute ref='Ref1'/><xs:attribute name='Ref' type='xs:string'/></xs:extension></xs:simpleContent></xs:complexType></xs:element>"_q,
-        "v:2 v=s:x v@Ref=s:y v@Ref1=s:z v[1]@Ref1=s:k", "<v Ref='y'>x</v><v Ref='y' Ref1='k'>x</v>", "refused /R/v/@Ref1 z 15", names);
+        "v:2 v=s:x v@Ref=s:y v@Ref1=s:z v[1]@Ref1=s:k", "<v Ref='y'>x</v><v Ref='y' Ref1='k'>x</v>",
+        "refused /R/v/@Ref1 z 15", names);
 }
 
 void TestValidOutput::SettlesTheReport()
@@ -211,7 +230,8 @@ void TestValidOutput::SettlesTheReport()
     QTEST(run.Report(), "report");
     QTEST(Told(run.m_oReport.GetOutcome()), "told");
     QVERIFY(run.m_oReport.GetOutcome().IsSaved());
-    QCOMPARE(run.m_oReceiver.m_lHeard.contains(QStringLiteral("!15")), Told(run.m_oReport.GetOutcome()).contains(QLatin1String(" 15")));
+    QCOMPARE(run.m_oReceiver.m_lHeard.contains(QStringLiteral("!15")),
+             Told(run.m_oReport.GetOutcome()).contains(QLatin1String(" 15")));
 }
 
 void TestValidOutput::JudgesValues_data()
@@ -223,8 +243,9 @@ void TestValidOutput::JudgesValues_data()
     // An empty `written`: the value is refused.
     const auto row = [](const char *base, const char *facets, const char *value, const char *written) {
         QTest::addRow("%s %s: %s", base, facets, value)
-            << QString::fromUtf8(base) << QString::fromUtf8(facets).replace(QRegularExpression(QStringLiteral("(\\w+)=('[^']*')")),
-                                                        QStringLiteral("<xs:\\1 value=\\2/>"))
+            << QString::fromUtf8(base)
+            << QString::fromUtf8(facets).replace(QRegularExpression(QStringLiteral("(\\w+)=('[^']*')")),
+                                                 QStringLiteral("<xs:\\1 value=\\2/>"))
             << QString::fromUtf8(value) << QString::fromUtf8(written);
     };
     row("integer", "enumeration='1' enumeration='02'", "i:2", "2");
@@ -265,7 +286,8 @@ void TestValidOutput::JudgesValues()
     run.m_oReport.SetValidOutput(true);
     QVERIFY(run.Run(RootElement(QStringLiteral("<xs:element name='v' type='T' minOccurs='0'/>"))
                     + Simple("T", base.toUtf8().constData(), facets.toUtf8().constData())));
-    QCOMPARE(run.Report(), written.isEmpty() ? QStringLiteral("<R/>") : QStringLiteral("<R><v>%1</v></R>").arg(written));
+    QCOMPARE(run.Report(),
+             written.isEmpty() ? QStringLiteral("<R/>") : QStringLiteral("<R><v>%1</v></R>").arg(written));
     QCOMPARE(run.m_oReport.GetOutcome().IsComplete(), !written.isEmpty());
 }
 
@@ -274,10 +296,18 @@ void TestValidOutput::ReadsPatterns_data()
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("matches");
     QTest::addColumn<QString>("other");
-    QTest::newRow("anchors") << "^$"_q << "^$"_q << ""_q;
-    QTest::newRow("words") << "\\w\\W\\s\\S"_q << "a- b"_q << "_- b"_q;
-    QTest::newRow("sets") << "[\\d\\-^]+"_q << "3-^"_q << "a"_q;
-    QTest::newRow("any") << "a.b"_q << "a b"_q << "a\nb"_q;
+    QTest::newRow("anchors") << "^$"_q
+                             << "^$"_q
+                             << ""_q;
+    QTest::newRow("words") << "\\w\\W\\s\\S"_q
+                           << "a- b"_q
+                           << "_- b"_q;
+    QTest::newRow("sets") << "[\\d\\-^]+"_q
+                          << "3-^"_q
+                          << "a"_q;
+    QTest::newRow("any") << "a.b"_q
+                         << "a b"_q
+                         << "a\nb"_q;
 }
 
 void TestValidOutput::ReadsPatterns()
