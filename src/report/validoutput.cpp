@@ -139,7 +139,7 @@ int ValidOutput::Add(const QDomElement &element, CurrentAttributes &attributes, 
     item.m_bHasValue = hasText || element == m_oKept || item.m_pDeclared == nullptr;
     if (item.m_pDeclared != nullptr) {
         const bool hasAttribute = SettleAttributes(*item.m_pDeclared, attributes, item.m_lMissing);
-        item.m_bHasValue = item.m_bHasValue || (hasAttribute && !item.m_pDeclared->m_bHasType);
+        item.m_bHasValue = item.m_bHasValue || hasAttribute;
     }
     if (item.m_bHasValue && parent >= 0) {
         At(parent).m_bHasValue = true;
