@@ -13,6 +13,7 @@ set(generated_dir ${PROJECT_BINARY_DIR}/src)
 set(public_headers
   ${generated_dir}/tagwright_export.h
   ${source_dir}/control/reportdata.h
+  ${source_dir}/control/reportsource.h
   ${source_dir}/control/vcreporting.h
   ${source_dir}/events/itagwright.h
   ${source_dir}/events/xmlevent.h

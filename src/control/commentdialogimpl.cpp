@@ -133,11 +133,11 @@ void CommentDialogImpl::End()
     deleteLater();
 }
 
-void CommentDialogImpl::Keep(std::unique_ptr<XmlCreateReport> report)
+void CommentDialogImpl::Keep(std::shared_ptr<XmlCreateReport> report)
 {
     m_bKeepsReport = true;
     // No member: the builder's end must find the dialog destroyed, or it would destroy it once more.
-    connect(this, &QObject::destroyed, [kept = std::shared_ptr<XmlCreateReport>(std::move(report))] {});
+    connect(this, &QObject::destroyed, [kept = std::move(report)] {});
 }
 
 void CommentDialogImpl::setVisible(bool isVisible)
@@ -162,15 +162,12 @@ void CommentDialogImpl::done(int result)
 
 void CommentDialogImpl::SlotSaveWithComment()
 {
-    AddComment(m_pTextEdit->toPlainText());
-    SaveDocument();
-    hide();
+    Save(m_pTextEdit->toPlainText());
 }
 
 void CommentDialogImpl::SlotSaveWithoutComment()
 {
-    SaveDocument();
-    hide();
+    Save(QString());
 }
 
 void CommentDialogImpl::closeEvent(QCloseEvent *event)
@@ -180,7 +177,7 @@ void CommentDialogImpl::closeEvent(QCloseEvent *event)
         return;
     }
     if (m_pTextEdit->toPlainText().isEmpty()) {
-        SaveDocument();
+        event->setAccepted(SaveDocument());
         return;
     }
     // The report's owner may end the dialog while the question is open.
@@ -190,9 +187,9 @@ void CommentDialogImpl::closeEvent(QCloseEvent *event)
         return;
     }
     if (answer == QMessageBox::Yes) {
-        SlotSaveWithComment();
+        event->setAccepted(Save(m_pTextEdit->toPlainText()));
     } else if (answer == QMessageBox::No) {
-        SlotSaveWithoutComment();
+        event->setAccepted(Save(QString()));
     } else {
         event->ignore();
     }
@@ -245,24 +242,55 @@ void CommentDialogImpl::GrowToTexts()
 }
 
 // The schema isn't asked: the operator's word stands in every report.
-void CommentDialogImpl::AddComment(const QString &comment)
+QDomElement CommentDialogImpl::AddComment(const QString &comment)
 {
     if (comment.isEmpty()) {
-        return;
+        return QDomElement();
     }
     QDomElement element = m_pDocument->createElement(QStringLiteral("Comment"));
     m_pDocument->documentElement().appendChild(element);
     element.appendChild(m_pDocument->createTextNode(comment));
+    return element;
 }
 
-// A failure is not told to the operator; the dialog ends all the same.
-void CommentDialogImpl::SaveDocument()
+/// False if the dialog stays open, with the comment in its editor alone.
+bool CommentDialogImpl::Save(const QString &comment)
+{
+    QDomElement element = AddComment(comment);
+    if (SaveDocument()) {
+        hide();
+        return true;
+    }
+    element.parentNode().removeChild(element);
+    return false;
+}
+
+// Unless it is to stay, the dialog ends without a word on a failure.
+bool CommentDialogImpl::SaveDocument()
 {
     const QString failure = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure;
     m_bSaved = failure.isEmpty() || m_bSaved;
     if (m_pFate != nullptr) {
         m_pFate->SetResult(failure);
     }
+    if (failure.isEmpty() || !m_bKeepUnsaved) {
+        return true;
+    }
+    ShowFailure(failure);
+    return false;
+}
+
+void CommentDialogImpl::ShowFailure(const QString &failure)
+{
+    if (m_pFailureLabel == nullptr) {
+        m_pFailureLabel = new QLabel(this);
+        m_pFailureLabel->setObjectName(QStringLiteral("m_pFailureLabel"));
+        m_pFailureLabel->setTextFormat(Qt::PlainText);
+        m_pFailureLabel->setWordWrap(true);
+        vboxLayout->insertWidget(1, m_pFailureLabel);
+    }
+    m_pFailureLabel->setText(
+        tr("The report could not be saved: %1\nTry again, or press Escape to close without a report.").arg(failure));
 }
 
 void CommentDialogImpl::Settle()

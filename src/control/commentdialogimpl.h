@@ -8,6 +8,7 @@
 #include <memory>
 
 class QDomDocument;
+class QDomElement;
 class ReportFate;
 class XmlCreateReport;
 
@@ -33,7 +34,9 @@ public:
     /// it: a host can hear of that and end the dialog's owner at once.
     void End();
     /// Takes over the builder to which the dialog belongs, as nobody else needs it: both go when the dialog has ended.
-    void Keep(std::unique_ptr<XmlCreateReport> report);
+    void Keep(std::shared_ptr<XmlCreateReport> report);
+    /// Whether it stays open with its text and says why when the file can't be written.
+    void SetKeepUnsaved(bool keep) { m_bKeepUnsaved = keep; }
 
     void setVisible(bool isVisible) override;
 
@@ -49,8 +52,10 @@ private:
     int AskForComment();
     void ShowValues();
     void GrowToTexts();
-    void AddComment(const QString &comment);
-    void SaveDocument();
+    QDomElement AddComment(const QString &comment);
+    bool Save(const QString &comment);
+    bool SaveDocument();
+    void ShowFailure(const QString &failure);
     void Settle();
 
     QDomDocument *m_pDocument = nullptr; // not owned
@@ -58,5 +63,7 @@ private:
     std::shared_ptr<ReportFate> m_pFate; // null: nobody asks
     bool m_bSaved = false;
     bool m_bKeepsReport = false;
+    bool m_bKeepUnsaved = false;
+    QLabel *m_pFailureLabel = nullptr; // null as long as all went well
     int m_iBusy = 0; // how many of Qt's functions that show or hide the dialog are on the stack
 };

@@ -91,6 +91,7 @@ void DomParser::LetGo()
     m_oRefusals.Reset();
     m_pValidOutput.reset();
     m_oMultiplied.Clear();
+    m_oServed.Clear();
     m_oWalked.SetDocument(QDomDocument());
 }
 

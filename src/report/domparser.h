@@ -89,6 +89,9 @@ public:
     /// True for an element that was multiplied and for each of its copies.
     bool IsMultiplied(const QDomElement &element) const { return m_oMultiplied.Contains(element); }
 
+    /// True where it is asked for the current element the first time.
+    bool ServeOnce() { return m_oServed.Insert(*m_pCurrentElement); }
+
     /// Brings all attributes that were kept out of the document into it: from now on it is what the template says.
     void CompleteDocument();
 
@@ -153,6 +156,7 @@ private:
     std::size_t m_iPendingLevel = 0; // where m_pPendingElement is a child
     CurrentAttributes m_oAttributes;
     NodeSet m_oMultiplied;
+    NodeSet m_oServed; // of which somebody has asked ServeOnce()
     Refusals m_oRefusals { m_oWalked };
     std::unique_ptr<ValidOutput> m_pValidOutput;
     QDomNode m_oResumeNode;

@@ -201,6 +201,11 @@ void XmlCreateReport::KeepCurrentElement()
     }
 }
 
+bool XmlCreateReport::ServeOnce()
+{
+    return FetchCurrentElement("ServeOnce") && HasCurrentElement() && m_pDomParser->ServeOnce();
+}
+
 ReportPlace XmlCreateReport::GetPlace(const QString &attribute) const
 {
     return m_pDomParser == nullptr || !m_pDomParser->IsWalking() ? ReportPlace() : m_pDomParser->GetPlace(attribute);

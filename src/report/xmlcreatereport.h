@@ -138,6 +138,10 @@ public:
     /// as a value for what valid output leaves in the report; does nothing without it, or without a current element.
     void KeepCurrentElement();
 
+    /// True where it is called for the current element the first time, false when that is announced again or there is
+    /// none: for a receiver that must do something once for each element.
+    bool ServeOnce();
+
     /// Where the current element stands, or the owner of the attribute `attribute` of it; no place without a current
     /// element. Ordinals count the elements that were announced, each once, whatever has been dropped meanwhile.
     ReportPlace GetPlace(const QString &attribute = QString()) const;
