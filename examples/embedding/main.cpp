@@ -4,15 +4,18 @@
 #include "host/ostrel.h"
 #include "host/quilmar.h"
 #include "host/veldra.h"
+#include "report/reportoutcome.h"
 #include "report/xmlcreatereport.h"
 #include "xml/xmlreader.h"
 #include "xml/xmlwriter.h"
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QMainWindow>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QToolBar>
 #include <QToolButton>
@@ -49,6 +52,17 @@ void ConnectControl(VCReporting *control, QMainWindow *window)
     });
     QObject::connect(control, &VCReporting::ReportSuccessful, window, [] { qInfo("The report has been made"); });
     QObject::connect(control, &VCReporting::ReportNotSuccessful, window, [] { qInfo("The schema can't be read"); });
+}
+
+void FollowReports(VCReporting *control, QMainWindow *window)
+{
+    QObject::connect(control, &VCReporting::ReportFinished, window, [window](const ReportOutcome &outcome) {
+        const QString where = outcome.IsSaved() ? outcome.GetPath() : outcome.GetSaveError();
+        window->statusBar()->showMessage(outcome.IsComplete() ? where : where + ": look at the values");
+        for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
+            qInfo().noquote() << refused.m_sPlace << refused.m_sValue << refused.m_sReason;
+        }
+    });
 }
 
 void AddItems(VCReporting *control)
@@ -225,13 +239,15 @@ bool RunControl(values::MemoryTree &tree, const QString &schema, const QDir &fol
     QMainWindow window;
     VCReporting *control = MakeControl(window, schema, folder.path());
     ConnectControl(control, &window);
+    FollowReports(control, &window);
     AddItems(control);
     AddOneOfSeveral(control);
     AddWholeBranch(control, tree);
     AddExplicitItems(control);
     AddRepeatedItem(control);
     control->GetReportButton()->click();
-    return folder.exists("2024-05-17_09-30-00-0.xml") && IsControlReport(ReadReport(folder));
+    const bool isTold = window.statusBar()->currentMessage().endsWith("2024-05-17_09-30-00-0.xml");
+    return isTold && folder.exists("2024-05-17_09-30-00-0.xml") && IsControlReport(ReadReport(folder));
 }
 
 bool RunReceiver(const QString &schema, const QDir &folder)

@@ -14,8 +14,6 @@
 
 namespace {
 
-using Setup = void (*)(VCReporting &);
-
 constexpr const char *kTexts = "<xs:element name='A' type='xs:string' maxOccurs='3'/>";
 constexpr const char *kKinds = "<xs:element name='D' type='xs:double'/><xs:element name='I' type='xs:integer'/>"
                                "<xs:element name='T' type='xs:string'/><xs:element name='B' type='xs:boolean'/>"
@@ -26,33 +24,12 @@ constexpr const char *kPairs = "<xs:element name='S'><xs:complexType><xs:sequenc
                                "</xs:complexType></xs:element>";
 constexpr const char *kSpectra =
     "<xs:element name='S' minOccurs='0' maxOccurs='unbounded'><xs:complexType><xs:sequence>"
-    "<xs:element name='B' type='xs:double' minOccurs='0' maxOccurs='9'/></xs:sequence>"
+    "<xs:element name='B' type='xs:string' minOccurs='0' maxOccurs='9'/></xs:sequence>"
     "<xs:attribute name='Id' type='xs:string'/></xs:complexType></xs:element>";
-
-int s_iAsked = 0; // how often the sources of a row were asked
-
-void Add(VCReporting &control, const char *name, const ReportSource &source, int maxOccurs = 1, int exponent = 0)
-{
-    const ReportSource counting = [source](const ReportPlace &place) {
-        ++s_iAsked;
-        return source(place);
-    };
-    control.AddReportSource(QLatin1String(name), counting, maxOccurs, QString(), exponent, QString());
-}
-
-void AddText(VCReporting &control, const char *name, const char *text)
-{
-    control.AddExplicitReportData(QLatin1String(name), text, 1, QString(), 0, QString());
-}
 
 QVariant Text(const ReportPlace &place)
 {
     return place.GetText();
-}
-
-ReportSource Is(const QVariant &value)
-{
-    return [value](const ReportPlace &) { return value; };
 }
 
 [[noreturn]] int Throw(const ReportPlace &)
@@ -60,93 +37,94 @@ ReportSource Is(const QVariant &value)
     throw std::runtime_error("torn");
 }
 
-int BandsOf(const ReportPlace &place)
+/// Adds sources and containers from "name*count=value". The value is one of the words below, or a text of an item
+/// behind "item"; without one it is a container. The count may be "S": the S around it, from 1.
+class Sources
 {
-    return 2 - place.GetIndex(QStringLiteral("S"));
-}
+public:
+    Sources(VCReporting &control, const QString &items)
+        : m_Control(control)
+    {
+        for (const QString &item : items.split(QStringLiteral("; "), Qt::SkipEmptyParts)) {
+            const QString name = item.section(QLatin1Char('='), 0, 0);
+            AddOne(name.section(QLatin1Char('*'), 0, 0), name.section(QLatin1Char('*'), 1),
+                   item.section(QLatin1Char('='), 1));
+        }
+    }
+    int m_iAsked = 0;
+
+private:
+    void AddOne(const QString &name, const QString &count, const QString &value)
+    {
+        const auto nested = [](const ReportPlace &place) { return 1 + place.GetIndex(QStringLiteral("S")); };
+        const ReportCount function = count == QLatin1String("S") ? ReportCount(nested) : ReportCount(Throw);
+        const int number = count.isEmpty() ? 1 : count.toInt();
+        const bool isNumber = number != 0 || count == QLatin1String("0");
+        const ReportSource source = [this, value](const ReportPlace &place) { return GetValue(value, place); };
+        if (value.startsWith(QLatin1String("item"))) {
+            m_Control.AddExplicitReportData(name, value, number, QString(), 0, QString());
+        } else if (value.isEmpty() && isNumber) {
+            m_Control.AddReportContainer(name, number);
+        } else if (value.isEmpty()) {
+            m_Control.AddReportContainer(name, function);
+        } else if (isNumber) {
+            m_Control.AddReportSource(name, source, number, QString(), value == QLatin1String("2500") ? 3 : 0,
+                                      QString());
+        } else {
+            m_Control.AddReportSource(name, source, function, QString(), 0, QString());
+        }
+    }
+    QVariant GetValue(const QString &value, const ReportPlace &place)
+    {
+        static const QHash<QString, QVariant> values {
+            { QStringLiteral("none"), QVariant() },
+            { QStringLiteral("list"), QVariantList() },
+            { QStringLiteral("true"), true },
+            { QStringLiteral("2500"), 2500 },
+            { QStringLiteral("-3.9"), -3.9 },
+            { QStringLiteral("1234567890123"), 1234567890123LL },
+            { QStringLiteral("when"), QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)) },
+            { QStringLiteral("clock"), QTime(7, 8, 9) },
+        };
+        ++m_iAsked;
+        if (value == QLatin1String("clear")) {
+            m_Control.ClearReportData();
+        }
+        return value == QLatin1String("throw") ? Throw(place) : values.value(value, place.GetText());
+    }
+
+    VCReporting &m_Control;
+};
 
 struct Row
 {
     const char *m_sName;
     const char *m_sSchema;
     bool m_bValid;
-    Setup m_fnSetup;
+    const char *m_sItems;
     int m_iAsked;
     const char *m_sReport;
 };
 
-const Row kRows[] = {
-    { "each repetition has its own", kTexts, false, [](VCReporting &c) { Add(c, "A", Text, 3); }, 3,
-      "<A>/R/A</A><A>/R/A[2]</A><A>/R/A[3]</A>" },
-    { "nested, with attributes", kSpectra, true,
-      [](VCReporting &c) {
-          c.AddReportContainer(QStringLiteral("S"), 2);
-          c.AddReportSource(
-              QStringLiteral("B"),
-              [](const ReportPlace &p) { return p.GetIndex(QStringLiteral("S")) * 10 + p.GetIndex(); }, BandsOf,
-              QString(), 1, QString());
-          Add(c, "Id", Text);
-      },
-      2, "<S Id='/R/S/@Id'><B>0</B><B>0.1</B></S><S Id='/R/S[2]/@Id'><B>1</B></S>" },
-    { "every kind goes its way", kKinds, false,
-      [](VCReporting &c) {
-          Add(c, "D", Is(2500), 1, 3);
-          Add(c, "I", Is(-3.9));
-          Add(c, "T", Is(1234567890123LL));
-          Add(c, "B", Is(true));
-          Add(c, "W", Is(QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9))));
-          Add(c, "C", Is(QTime(7, 8, 9)));
-      },
-      6, "<D>2.5</D><I>-3</I><T>1234567890123</T><B>true</B><W>2024-05-06T07:08:09</W><C>07:08:09</C>" },
-    { "a bool is no text", kTexts, false, [](VCReporting &c) { Add(c, "A", Is(true)); }, 1, "<A type='string'/>" },
-    { "nothing is no value", kTexts, false, [](VCReporting &c) { Add(c, "A", Is(QVariant()), 2); }, 2,
-      "<A type='string'/><A type='string'/>" },
-    { "what no report can hold neither", kTexts, false, [](VCReporting &c) { Add(c, "A", Is(QVariantList())); }, 1,
-      "<A type='string'/>" },
-    { "a second item may know it", kTexts, false,
-      [](VCReporting &c) {
-          Add(c, "A", Is(QVariant()));
-          AddText(c, "A", "v");
-      },
-      1, "<A>v</A>" },
-    { "parent and child", kPairs, false, [](VCReporting &c) { Add(c, "T/L", Text); }, 1,
-      "<S><L type='string'/></S><T><L>/R/T/L</L></T>" },
-    { "a container announced again asks nobody again", kSpectra, false,
-      [](VCReporting &c) {
-          c.AddReportContainer(QStringLiteral("S"), 2);
-          Add(c, "B", Is(1));
-          Add(c, "Id", Text);
-      },
-      4, "<S Id='/R/S/@Id'><B>1</B></S><S Id='/R/S[2]/@Id'><B>1</B></S>" },
-    { "an empty container stays", kSpectra, true, [](VCReporting &c) { c.AddReportContainer(QStringLiteral("S"), 2); },
-      0, "<S/><S/>" },
-    { "a container that stands 0 times", kSpectra, true,
-      [](VCReporting &c) {
-          c.AddReportContainer(QStringLiteral("S"), [](auto &) { return -1; });
-          Add(c, "B", Is(1));
-      },
-      0, "" },
-    { "a source that throws", kTexts, false, [](VCReporting &c) { Add(c, "A", Throw); }, 1, "<A type='string'/>" },
-    { "a count that throws", kTexts, false,
-      [](VCReporting &c) { c.AddReportSource(QStringLiteral("A"), Text, Throw, QString(), 0, QString()); }, 0,
-      "<A>/R/A</A>" },
-    { "a source that empties the list", kTexts, false,
-      [](VCReporting &c) {
-          Add(
-              c, "A",
-              [&c](auto &) {
-                  c.ClearReportData();
-                  return QVariant(2.5);
-              },
-              3);
-      },
-      1, "<A>2.5</A><A type='string'/><A type='string'/>" },
-    { "no function", kTexts, false,
-      [](VCReporting &c) {
-          c.AddReportSource(QStringLiteral("A"), nullptr, 1, QString(), 0, QString());
-          c.AddReportSource(QStringLiteral("A"), Text, ReportCount(), QString(), 0, QString());
-      },
-      0, "<A>/R/A</A>" },
+constexpr Row kRows[] = {
+    { "each repetition has its own", kTexts, false, "A*3=place", 3, "<A>/R/A</A><A>/R/A[2]</A><A>/R/A[3]</A>" },
+    { "nested, with attributes", kSpectra, true, "S*2; B*S=place; Id=place", 5,
+      "<S Id='/R/S/@Id'><B>/R/S/B</B></S><S Id='/R/S[2]/@Id'><B>/R/S[2]/B</B><B>/R/S[2]/B[2]</B></S>" },
+    { "every kind goes its way", kKinds, false, "D=2500; I=-3.9; T=1234567890123; B=true; W=when; C=clock", 6,
+      "<D>2.5</D><I>-3</I><T>1234567890123</T><B>true</B><W>2024-05-06T07:08:09</W><C>07:08:09</C>" },
+    { "a bool is no text", kTexts, false, "A=true", 1, "<A type='string'/>" },
+    { "nothing is no value", kTexts, false, "A*2=none", 2, "<A type='string'/><A type='string'/>" },
+    { "nor is what no report can hold", kTexts, false, "A=list", 1, "<A type='string'/>" },
+    { "one behind it may know more", kTexts, false, "A=none; A=item", 1, "<A>item</A>" },
+    { "parent and child", kPairs, false, "T/L=place", 1, "<S><L type='string'/></S><T><L>/R/T/L</L></T>" },
+    { "nobody is asked again", kSpectra, false, "S*2; B=place; Id=place", 4,
+      "<S Id='/R/S/@Id'><B>/R/S/B</B></S><S Id='/R/S[2]/@Id'><B>/R/S[2]/B</B></S>" },
+    { "an empty container stays", kSpectra, true, "S*2", 0, "<S/><S/>" },
+    { "a container that isn't there", kSpectra, true, "S*-1; B=place", 0, "" },
+    { "a source that throws", kTexts, false, "A=throw", 1, "<A type='string'/>" },
+    { "a count that throws", kTexts, false, "A*throw=place", 1, "<A>/R/A</A>" },
+    { "a source that empties the list", kTexts, false, "A*3=clear", 1,
+      "<A>/R/A</A><A type='string'/><A type='string'/>" },
 };
 
 /// The outcome in a few words.
@@ -243,21 +221,18 @@ void TestReportSource::FillsByPlace()
     const ControlRun run(QString::fromUtf8(row.m_sSchema));
     const auto control = run.MakeControl();
     control->SetValidOutput(row.m_bValid);
-    row.m_fnSetup(*control);
-    s_iAsked = 0;
+    const Sources sources(*control, QString::fromUtf8(row.m_sItems));
     QVERIFY(control->SlotToReport());
     const QString report = QStringLiteral("<R>%1</R>").arg(QString::fromUtf8(row.m_sReport));
     QCOMPARE(run.LatestReport(), *row.m_sReport == '\0' ? QStringLiteral("<R/>") : report);
-    QCOMPARE(s_iAsked, row.m_iAsked);
+    QCOMPARE(sources.m_iAsked, row.m_iAsked);
 }
 
 void TestReportSource::LeavesTheListWithItsReport()
 {
     const ControlRun run(QString::fromUtf8(kTexts));
     const auto control = run.MakeControl(true);
-    Add(*control, "A", Text, 2);
-    AddText(*control, "A", "plain, and used up with the first");
-    AddText(*control, "B", "left");
+    const Sources sources(*control, QStringLiteral("A*2=place; A=item"));
     QVERIFY(control->SlotToReport());
     QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>/R/A</A><A>/R/A[2]</A></R>"));
     QVERIFY(control->SlotToReport());
@@ -285,11 +260,12 @@ void TestReportSource::MayChangeTheDocument()
     Desk desk(QString::fromUtf8(kPairs));
     QDomNode node;
     desk.m_pControl->m_fnHook = [&node](const QDomNode &announced) { node = announced; };
-    Add(*desk.m_pControl, "L", [&node](const ReportPlace &place) {
+    const auto removing = [&node](const ReportPlace &place) {
         QDomNode parent = node.parentNode();
         parent.parentNode().removeChild(parent);
         return Text(place);
-    });
+    };
+    desk.m_pControl->AddReportSource(QStringLiteral("L"), removing, 1, QString(), 0, QString());
     QVERIFY(desk.m_pControl->SlotToReport());
     QVERIFY(desk.m_oRun.LatestReport().startsWith(QLatin1String("<R")));
 }
@@ -319,7 +295,8 @@ void TestReportSource::TellsTheOutcome()
     QFETCH(int, count);
     QFETCH(QString, folder);
     const Desk desk(schema);
-    Add(*desk.m_pControl, "A", Text, count);
+    desk.m_pControl->AddReportSource(QStringLiteral("A"), Text, count, QString(), 0, QString());
+    desk.m_pControl->AddReportSource(QStringLiteral("A"), nullptr, count, QString(), 0, QString()); // not added
     if (folder.isEmpty()) {
         QVERIFY(QDir(desk.m_oRun.ReportFolder()).removeRecursively());
     }
@@ -354,11 +331,11 @@ void TestReportSource::TellsTheOutcomeAtTheDialogsEnd()
     QCOMPARE(desk.m_oRun.Reports().size(), 1);
     // One that ends in front of the signal waits for it; one that ends behind its control is heard by nobody.
     desk.m_sHeard.clear();
-    connect(desk.m_pControl.get(), &VCReporting::ReportSuccessful, desk.m_pControl.get(),
-            [&desk] { desk.Dialog()->close(); });
+    const auto closing =
+        connect(desk.m_pControl.get(), &VCReporting::ReportSuccessful, [&desk] { desk.Dialog()->close(); });
     QVERIFY(desk.m_pControl->SlotToReport());
     QCOMPARE(desk.m_sHeard, QStringLiteral(" good saved"));
-    disconnect(desk.m_pControl.get(), &VCReporting::ReportSuccessful, desk.m_pControl.get(), nullptr);
+    disconnect(closing);
     QVERIFY(desk.m_pControl->SlotToReport());
     desk.m_pControl.reset();
     desk.Dialog()->close();
