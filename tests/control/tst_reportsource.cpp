@@ -221,7 +221,7 @@ void TestReportSource::FillsByPlace()
     const ControlRun run(QString::fromUtf8(row.m_sSchema));
     const auto control = run.MakeControl();
     control->SetValidOutput(row.m_bValid);
-    const Sources sources(*control, QString::fromUtf8(row.m_sItems));
+    Sources sources(*control, QString::fromUtf8(row.m_sItems));
     QVERIFY(control->SlotToReport());
     const QString report = QStringLiteral("<R>%1</R>").arg(QString::fromUtf8(row.m_sReport));
     QCOMPARE(run.LatestReport(), *row.m_sReport == '\0' ? QStringLiteral("<R/>") : report);
@@ -232,7 +232,7 @@ void TestReportSource::LeavesTheListWithItsReport()
 {
     const ControlRun run(QString::fromUtf8(kTexts));
     const auto control = run.MakeControl(true);
-    const Sources sources(*control, QStringLiteral("A*2=place; A=item"));
+    Sources sources(*control, QStringLiteral("A*2=place; A=item"));
     QVERIFY(control->SlotToReport());
     QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>/R/A</A><A>/R/A[2]</A></R>"));
     QVERIFY(control->SlotToReport());
