@@ -39,7 +39,7 @@ MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QS
     MakeCentre();
     statusBar()->addWidget(m_pAvailability, 1);
     ConnectControl();
-    resize(900, 600);
+    resize(960, 700);
 }
 
 /// What became of a report, in a line for the operator.
@@ -144,7 +144,7 @@ void MainWindow::MakeCentre()
     right->addWidget(noted);
     right->addWidget(reports);
     right->addWidget(view);
-    right->setSizes({ 170, 110, 420 });
+    right->setSizes({ 190, 110, 380 });
     row->addWidget(right, 1);
     setCentralWidget(centre);
     connect(m_pReports, &ReportList::ReportChosen, view, &ReportView::ShowReport);

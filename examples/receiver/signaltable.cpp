@@ -20,6 +20,9 @@ SignalTable::SignalTable(Measurement &measurement, QWidget *parent)
     // The tab key leads on to the buttons.
     m_pTable->setTabKeyNavigation(false);
     m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_pTable->horizontalHeader()->setSectionResizeMode(kTime, QHeaderView::ResizeToContents);
+    m_pTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    m_pTable->verticalHeader()->hide();
     auto *add = new QPushButton(tr("Add what &is measured"), this);
     add->setObjectName(QStringLiteral("addSignal"));
     auto *remove = new QPushButton(tr("Remo&ve"), this);

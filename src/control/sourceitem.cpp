@@ -1,6 +1,7 @@
 #include "control/sourceitem.h"
 
 #include "host/trace.h"
+#include "report/xmlcreatereport.h"
 
 #include <QDateTime>
 
@@ -15,11 +16,32 @@ void Trace(const ReportPlace &place, const QString &what)
                  [&] { return QStringLiteral("The source for %1 %2").arg(place.GetText(), what); });
 }
 
+bool IsWhole(int type)
+{
+    return type == QMetaType::Int || type == QMetaType::UInt || type == QMetaType::LongLong
+        || type == QMetaType::ULongLong || type == QMetaType::Long || type == QMetaType::ULong
+        || type == QMetaType::Short || type == QMetaType::UShort;
+}
+
 QString WholeNumber(const QVariant &value)
 {
     return value.userType() == QMetaType::ULongLong || value.userType() == QMetaType::ULong
         ? QString::number(value.toULongLong())
         : QString::number(value.toLongLong());
+}
+
+bool IsTime(int type)
+{
+    return type == QMetaType::QDateTime || type == QMetaType::QDate || type == QMetaType::QTime;
+}
+
+/// Times as a report has them, without milliseconds.
+QString ToText(const QVariant &value)
+{
+    if (value.userType() == QMetaType::QDateTime) {
+        return value.toDateTime().toString(Qt::ISODate);
+    }
+    return value.userType() == QMetaType::QTime ? value.toTime().toString(Qt::ISODate) : value.toString();
 }
 
 } // namespace
@@ -31,9 +53,9 @@ SourceItem::SourceItem(const ReportData &traits, ReportSource source, ReportCoun
 {
 }
 
-int SourceItem::AskCount(const ReportPlace &place)
+int SourceItem::AskCount(const XmlCreateReport &report)
 {
-    return m_fnCount ? Call(m_fnCount, place).value_or(1) : GetMaxOccurs();
+    return m_fnCount ? Call(m_fnCount, report.GetPlace()).value_or(1) : GetMaxOccurs();
 }
 
 bool SourceItem::IsAsked(quint64 announcement, const QString &attribute) const
@@ -66,41 +88,28 @@ std::optional<Result> SourceItem::Call(const std::function<Result(const ReportPl
 
 ItemList::Item SourceItem::ToItem(const QVariant &value, const ReportPlace &place)
 {
-    switch (value.userType()) {
-    case QMetaType::UnknownType:
+    const int type = value.userType();
+    if (!value.isValid()) {
         return nullptr;
-    case QMetaType::Bool:
+    }
+    if (type == QMetaType::Bool) {
         // Attributes have no other form of it than the text.
         return MakeItem(value.toBool() ? QStringLiteral("true") : QStringLiteral("false"), value.toBool());
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return MakeItem(QString(), value.toDouble());
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-        // As a text it keeps all of its digits.
-        return GetExponent() == 0 ? MakeItem(WholeNumber(value), ExplicitReportData())
-                                  : MakeItem(QString(), value.toDouble());
-    case QMetaType::QDateTime:
-    case QMetaType::QDate:
-    case QMetaType::QTime: {
-        const QString text =
-            value.userType() == QMetaType::QDateTime ? value.toDateTime().toString(Qt::ISODate) : value.toString();
-        return text.isEmpty() ? nullptr : MakeItem(QString(), text);
     }
-    default:
-        break;
+    if (IsWhole(type) && GetExponent() == 0) {
+        // As a text that reads as a number it keeps all of its digits.
+        return MakeItem(WholeNumber(value), ExplicitReportData());
+    }
+    if (IsWhole(type) || type == QMetaType::Double || type == QMetaType::Float) {
+        return MakeItem(QString(), value.toDouble());
     }
     if (!value.canConvert<QString>()) {
         Trace(place, QStringLiteral("gives a \"%1\", which no report can hold.").arg(QLatin1String(value.typeName())));
         return nullptr;
     }
-    return MakeItem(QString(), value.toString());
+    const QString text = ToText(value);
+    // An invalid time is no value, an empty text is one.
+    return text.isEmpty() && IsTime(type) ? nullptr : MakeItem(QString(), text);
 }
 
 ItemList::Item SourceItem::MakeItem(const QString &text, const ExplicitReportData &data)

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+class XmlCreateReport;
+
 /// What a source has given for one place, as an item that is written like any other.
 class SourceValue : public ReportData
 {
@@ -24,8 +26,8 @@ public:
 
     bool IsContainer() const { return m_fnSource == nullptr; }
 
-    /// How often the element there is to stand.
-    int AskCount(const ReportPlace &place);
+    /// How often the element in hand is to stand.
+    int AskCount(const XmlCreateReport &report);
 
     /// Whether the value was asked for, in this announcement of an element, for the attribute, or with an empty name
     /// for the element.

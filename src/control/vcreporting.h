@@ -180,7 +180,7 @@ private:
     bool IsFirstVisit();
     bool IsAbsent();
     bool OpenSource(const std::shared_ptr<SourceItem> &source, int &count);
-    std::shared_ptr<ReportData> GetValueItem(const std::shared_ptr<ReportData> &item, const QString &attribute);
+    std::shared_ptr<ReportData> GetSourceValue(const std::shared_ptr<SourceItem> &source, const QString &attribute);
 
     // The values of an element that the report announces.
     struct Element;

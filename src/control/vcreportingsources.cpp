@@ -111,11 +111,11 @@ bool VCReporting::OpenSource(const std::shared_ptr<SourceItem> &source, int &cou
     if (!IsFirstVisit()) {
         return false;
     }
-    const ReportPlace place = m_pReport->GetPlace();
-    count = CallHost([&] { return source->AskCount(place); });
+    count = CallHost([&] { return source->AskCount(*m_pReport); });
     if (count > 0) {
         return true;
     }
+    const ReportPlace place = m_pReport->GetPlace();
     m_lAbsent = place.GetSteps();
     trace::Write(Unit(), __LINE__, [&] {
         return QStringLiteral("%1 is to stand %2 times: it and all below it stay without values.")
@@ -125,13 +125,10 @@ bool VCReporting::OpenSource(const std::shared_ptr<SourceItem> &source, int &cou
     return false;
 }
 
-/// The item to write: `item` itself or, for a source, what it gives here. Null for no value.
-std::shared_ptr<ReportData> VCReporting::GetValueItem(const std::shared_ptr<ReportData> &item, const QString &attribute)
+/// What a source gives for the element in hand or an attribute of it, as an item to write. Null for no value.
+std::shared_ptr<ReportData> VCReporting::GetSourceValue(const std::shared_ptr<SourceItem> &source,
+                                                        const QString &attribute)
 {
-    const auto source = std::dynamic_pointer_cast<SourceItem>(item);
-    if (source == nullptr) {
-        return item;
-    }
     if (source->IsContainer() || !IsFirstVisit()) {
         return nullptr;
     }

@@ -140,7 +140,7 @@ bool VCReporting::ServeElementFrom(const std::shared_ptr<ReportData> &item, Elem
     if (source != nullptr && !OpenSource(source, count)) {
         return true;
     }
-    const std::shared_ptr<ReportData> value = GetValueItem(item, QString());
+    const std::shared_ptr<ReportData> value = source == nullptr ? item : GetSourceValue(source, QString());
     if (value != nullptr) {
         element.m_sUnit = value->GetUnit();
         element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
@@ -233,7 +233,8 @@ void VCReporting::HandleAttributes(QXmlAttributes attributes)
 
 void VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
 {
-    const std::shared_ptr<ReportData> value = GetValueItem(item, m_sCurrentAttribute);
+    const auto source = std::dynamic_pointer_cast<SourceItem>(item);
+    const std::shared_ptr<ReportData> value = source == nullptr ? item : GetSourceValue(source, m_sCurrentAttribute);
     if (value == nullptr) {
         return;
     }

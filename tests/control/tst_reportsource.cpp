@@ -56,22 +56,22 @@ public:
 private:
     void AddOne(const QString &name, const QString &count, const QString &value)
     {
-        const auto nested = [](const ReportPlace &place) { return 1 + place.GetIndex(QStringLiteral("S")); };
-        const ReportCount function = count == QLatin1String("S") ? ReportCount(nested) : ReportCount(Throw);
-        const int number = count.isEmpty() ? 1 : count.toInt();
-        const bool isNumber = number != 0 || count == QLatin1String("0");
         const ReportSource source = [this, value](const ReportPlace &place) { return GetValue(value, place); };
-        if (value.startsWith(QLatin1String("item"))) {
-            m_Control.AddExplicitReportData(name, value, number, QString(), 0, QString());
-        } else if (value.isEmpty() && isNumber) {
-            m_Control.AddReportContainer(name, number);
-        } else if (value.isEmpty()) {
-            m_Control.AddReportContainer(name, function);
-        } else if (isNumber) {
-            m_Control.AddReportSource(name, source, number, QString(), value == QLatin1String("2500") ? 3 : 0,
-                                      QString());
+        const ReportCount counting = [count](const ReportPlace &place) {
+            const int nested = 1 + place.GetIndex(QStringLiteral("S"));
+            return count == QLatin1String("throw") ? Throw(place)
+                : count == QLatin1String("S")      ? nested
+                                                   : count.toInt();
+        };
+        const int exponent = value == QLatin1String("2500") ? 3 : 0;
+        if (value.isEmpty()) {
+            m_Control.AddReportContainer(name, counting);
+        } else if (value.startsWith(QLatin1String("item"))) {
+            m_Control.AddExplicitReportData(name, value, 1, QString(), 0, QString());
+        } else if (count.isEmpty()) {
+            m_Control.AddReportSource(name, source, 1, QString(), exponent, QString());
         } else {
-            m_Control.AddReportSource(name, source, function, QString(), 0, QString());
+            m_Control.AddReportSource(name, source, counting, QString(), exponent, QString());
         }
     }
     QVariant GetValue(const QString &value, const ReportPlace &place)
