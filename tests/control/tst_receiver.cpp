@@ -13,6 +13,8 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStatusBar>
+#include <QTableWidget>
 #include <QTextEdit>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -27,6 +29,7 @@ private Q_SLOTS:
     void init();
     void ShowsWhatThePanelHolds();
     void TakesAComment();
+    void ReportsEachSignal();
     void TellsWhyTheButtonIsDisabled();
     void NeedsNoMouse();
     void KeepsItsPanel();
@@ -112,6 +115,24 @@ void TestReceiver::TakesAComment()
     // The folder's watcher brings it.
     QTRY_COMPARE(Find<QListWidget>("reports")->count(), 1);
     QCOMPARE(InTree("Comment"), QStringLiteral("drifts"));
+}
+
+void TestReceiver::ReportsEachSignal()
+{
+    QTest::mouseClick(Find<QPushButton>("addSignal"), Qt::LeftButton);
+    Find<QComboBox>("Measurement/Modulation")->setCurrentText(QStringLiteral("AM"));
+    QTest::mouseClick(Find<QPushButton>("addSignal"), Qt::LeftButton);
+    QTest::mouseClick(Find<QPushButton>("addSignal"), Qt::LeftButton);
+    QTest::mouseClick(Find<QPushButton>("removeSignal"), Qt::LeftButton);
+    Find<QTableWidget>("signals")->item(1, 0)->setText(QStringLiteral("7.5"));
+    Find<QTableWidget>("signals")->item(1, 2)->setText(QStringLiteral("400"));
+    QTest::mouseClick(Button(), Qt::LeftButton);
+    const QString text = Find<QPlainTextEdit>("reportText")->toPlainText();
+    QCOMPARE(text.count(QLatin1String("<Signal ")), 2);
+    QVERIFY(text.indexOf(QLatin1String("<Frequency Unit=\"MHz\">98.1<")) < text.indexOf(QLatin1String("<FM>")));
+    QVERIFY(text.indexOf(QLatin1String("<Frequency Unit=\"MHz\">7.5<")) < text.indexOf(QLatin1String("<AM>")));
+    QVERIFY(
+        m_pWindow->statusBar()->currentMessage().contains(QLatin1String("/Signal[2]/Level: \"400\" was not written")));
 }
 
 void TestReceiver::TellsWhyTheButtonIsDisabled()
