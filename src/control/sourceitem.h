@@ -8,6 +8,11 @@
 
 class XmlCreateReport;
 
+/// Leads out of a report when the control has ended in a function of its host.
+struct ControlEnded
+{
+};
+
 /// What a source has given for one place, as an item that is written like any other.
 class SourceValue : public ReportData
 {

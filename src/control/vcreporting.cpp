@@ -4,6 +4,7 @@
 #include "control/itemlist.h"
 #include "control/notepadpicture.h"
 #include "control/reportdata.h"
+#include "control/sourceitem.h"
 #include "host/tessaly.h"
 #include "host/veldra.h"
 #include "report/reportoutcome.h"
@@ -73,6 +74,16 @@ void TellFate(const QPointer<VCReporting> &control, const HeldFate &fate)
     if (control != nullptr && !fate.m_bHeld && fate.m_oOutcome) {
         Q_EMIT control->ReportFinished(*fate.m_oOutcome);
     }
+}
+
+std::shared_ptr<HeldFate> HoldFate(XmlCreateReport &report, const QPointer<VCReporting> &control)
+{
+    auto fate = std::make_shared<HeldFate>();
+    report.SetFateHandler([control, fate](const ReportOutcome &outcome) {
+        fate->m_oOutcome = outcome;
+        TellFate(control, *fate);
+    });
+    return fate;
 }
 
 } // namespace
@@ -195,11 +206,7 @@ bool VCReporting::RunReport()
     const auto report = std::make_shared<XmlCreateReport>(this);
     m_pReport = report;
     const QPointer<VCReporting> guard(this);
-    const auto fate = std::make_shared<HeldFate>();
-    report->SetFateHandler([guard, fate](const ReportOutcome &outcome) {
-        fate->m_oOutcome = outcome;
-        TellFate(guard, *fate);
-    });
+    const std::shared_ptr<HeldFate> fate = HoldFate(*report, guard);
     bool isSuccessful = false;
     try {
         isSuccessful = CreateReport(reportPath);

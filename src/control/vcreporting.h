@@ -170,9 +170,6 @@ private:
                      QString unit);
 
     // Values by place.
-    struct ControlEnded
-    {
-    };
     void AddSource(ReportData &traits, ReportSource source, ReportCount count);
     template <typename Call>
     auto CallHost(Call call);
