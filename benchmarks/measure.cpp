@@ -9,8 +9,11 @@
 #include "xml/xmlreader.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QToolBar>
+#include <QVariant>
+#include <QVector>
 
 #include <algorithm>
 #include <cstdio>
@@ -133,6 +136,37 @@ double Control(int repeats, int items, const Place &place)
     return Measure([&] { return control.SlotToReport(); });
 }
 
+QVariant ToVariant(const workload::Field &field)
+{
+    const QString text = QString::fromUtf8(field.text);
+    switch (field.kind) {
+    case workload::Kind::Number:
+        return text.toDouble();
+    case workload::Kind::Integer:
+        return text.toInt();
+    case workload::Kind::Time:
+        return QDateTime::fromString(text, Qt::ISODate);
+    default:
+        return text;
+    }
+}
+
+/// Each Signal has its own number of six values, which a source looks up by its place.
+double Sources(int repeats, const Place &place)
+{
+    const QString schema = place.WriteSchema(workload::Schema({}));
+    QToolBar toolBar;
+    VCReporting control(schema, place.m_sFolder, &toolBar, true, "reporting", false, QPixmap());
+    control.AddReportContainer(QStringLiteral("Signal"), repeats);
+    const QString signal = QStringLiteral("Signal");
+    for (const workload::Field &field : workload::SignalFields()) {
+        const QVector<QVariant> values(repeats, ToVariant(field));
+        const auto source = [values, signal](const ReportPlace &at) { return values.at(at.GetIndex(signal)); };
+        control.AddReportSource(QString::fromUtf8(field.name), source, 1, QString(), 0, QString());
+    }
+    return Measure([&] { return control.SlotToReport(); });
+}
+
 QString LongReport(int repeats, const Place &place)
 {
     RunFloor(place.WriteSchema(workload::Schema({})), place.Report(), repeats);
@@ -170,6 +204,7 @@ const std::map<QString, Case> &Cases()
         { QStringLiteral("waiting"), Waiting },
         { QStringLiteral("control10"), [](int n, const Place &place) { return Control(n, 10, place); } },
         { QStringLiteral("control1000"), [](int n, const Place &place) { return Control(n, 1000, place); } },
+        { QStringLiteral("sources"), Sources },
         { QStringLiteral("parsefloor"), ParseFloor },
         { QStringLiteral("parse"), Parse },
     };

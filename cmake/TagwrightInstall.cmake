@@ -13,9 +13,12 @@ set(generated_dir ${PROJECT_BINARY_DIR}/src)
 set(public_headers
   ${generated_dir}/tagwright_export.h
   ${source_dir}/control/reportdata.h
+  ${source_dir}/control/reportsource.h
   ${source_dir}/control/vcreporting.h
   ${source_dir}/events/itagwright.h
   ${source_dir}/events/xmlevent.h
+  ${source_dir}/report/reportoutcome.h
+  ${source_dir}/report/reportplace.h
   ${source_dir}/report/xmlcreatereport.h
   ${source_dir}/schema/schematables.h
   ${source_dir}/xml/xmlreader.h

@@ -54,6 +54,12 @@
         <source>You have enterd a comment. Would you like to save it?</source>
         <translation>Sie haben einen Kommentar eingegeben. Möchten Sie ihn speichern?</translation>
     </message>
+    <message>
+        <source>The report could not be saved: %1
+Try again, or press Escape to close without a report.</source>
+        <translation>Der Bericht konnte nicht gespeichert werden: %1
+Versuchen Sie es noch einmal, oder schließen Sie mit Esc ohne Bericht.</translation>
+    </message>
 </context>
 <context>
     <name>VCReporting</name>

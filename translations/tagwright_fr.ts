@@ -54,6 +54,12 @@
         <source>You have enterd a comment. Would you like to save it?</source>
         <translation>Vous avez saisi un commentaire. Voulez-vous l’enregistrer ?</translation>
     </message>
+    <message>
+        <source>The report could not be saved: %1
+Try again, or press Escape to close without a report.</source>
+        <translation>Le rapport n’a pas pu être enregistré : %1
+Réessayez, ou fermez sans rapport avec Échap.</translation>
+    </message>
 </context>
 <context>
     <name>VCReporting</name>

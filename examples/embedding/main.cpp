@@ -4,15 +4,18 @@
 #include "host/ostrel.h"
 #include "host/quilmar.h"
 #include "host/veldra.h"
+#include "report/reportoutcome.h"
 #include "report/xmlcreatereport.h"
 #include "xml/xmlreader.h"
 #include "xml/xmlwriter.h"
 
 #include <QApplication>
 #include <QDateTime>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QMainWindow>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QToolBar>
 #include <QToolButton>
@@ -49,6 +52,17 @@ void ConnectControl(VCReporting *control, QMainWindow *window)
     });
     QObject::connect(control, &VCReporting::ReportSuccessful, window, [] { qInfo("The report has been made"); });
     QObject::connect(control, &VCReporting::ReportNotSuccessful, window, [] { qInfo("The schema can't be read"); });
+}
+
+void FollowReports(VCReporting *control, QMainWindow *window)
+{
+    QObject::connect(control, &VCReporting::ReportFinished, window, [window](const ReportOutcome &outcome) {
+        const QString where = outcome.IsSaved() ? outcome.GetPath() : outcome.GetSaveError();
+        window->statusBar()->showMessage(outcome.IsComplete() ? where : where + ": look at the values");
+        for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
+            qInfo().noquote() << refused.m_sPlace << refused.m_sValue << refused.m_sReason;
+        }
+    });
 }
 
 void AddItems(VCReporting *control)
@@ -128,6 +142,16 @@ public:
         const bool isRead = builder.CreateXmlFromSchema(schema, report, false);
         m_pBuilder = nullptr;
         return isRead;
+    }
+
+    ReportOutcome MakeValid(const QString &schema, const QString &report)
+    {
+        XmlCreateReport builder(this);
+        m_pBuilder = &builder;
+        builder.SetValidOutput(true);
+        builder.CreateXmlFromSchema(schema, report, false);
+        m_pBuilder = nullptr;
+        return builder.GetOutcome();
     }
 
     void XmlUpdate(XmlEvent *event) override
@@ -215,13 +239,15 @@ bool RunControl(values::MemoryTree &tree, const QString &schema, const QDir &fol
     QMainWindow window;
     VCReporting *control = MakeControl(window, schema, folder.path());
     ConnectControl(control, &window);
+    FollowReports(control, &window);
     AddItems(control);
     AddOneOfSeveral(control);
     AddWholeBranch(control, tree);
     AddExplicitItems(control);
     AddRepeatedItem(control);
     control->GetReportButton()->click();
-    return folder.exists("2024-05-17_09-30-00-0.xml") && IsControlReport(ReadReport(folder));
+    const bool isTold = window.statusBar()->currentMessage().endsWith("2024-05-17_09-30-00-0.xml");
+    return isTold && folder.exists("2024-05-17_09-30-00-0.xml") && IsControlReport(ReadReport(folder));
 }
 
 bool RunReceiver(const QString &schema, const QDir &folder)
@@ -232,6 +258,28 @@ bool RunReceiver(const QString &schema, const QDir &folder)
     // The level is out of its bounds: 15. It may not be left out, either: 15 and 16, as it has no limits.
     return isRead && text.contains("<Marker>first</Marker>") && text.contains("<Marker>second</Marker>")
         && report.m_lErrors.contains(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
+}
+
+QString Describe(const ReportOutcome &outcome)
+{
+    QStringList lines(outcome.IsSaved() ? "Saved as " + outcome.GetPath() : "Not saved: " + outcome.GetSaveError());
+    for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
+        lines += refused.m_sPlace + ": " + refused.m_sValue + " was not written: " + refused.m_sReason;
+    }
+    for (const QString &place : outcome.GetMissing()) {
+        lines += place + " is missing";
+    }
+    return lines.join('\n');
+}
+
+bool RunValid(const QString &schema)
+{
+    MarkerReport report({ "first", "second" });
+    const ReportOutcome outcome = report.MakeValid(schema, "valid.xml");
+    return !outcome.IsComplete()
+        && Describe(outcome)
+        == "Saved as valid.xml\n/StationReport/Level: 400 was not written: it breaks maxInclusive 160\n"
+           "/StationReport/Level is missing";
 }
 
 bool RunXml(values::MemoryTree &tree, const QString &path)
@@ -260,7 +308,7 @@ int main(int argc, char *argv[])
     StationClock clock;
     SwitchTracesOn();
     const bool isGood = RunControl(tree, schema, QDir("control")) && RunReceiver(schema, QDir("receiver"))
-        && RunXml(tree, "settings.xml") && QFile::exists("tagwright.log");
+        && RunValid(schema) && RunXml(tree, "settings.xml") && QFile::exists("tagwright.log");
     qInstallMessageHandler(nullptr);
     qInfo(isGood ? "All as the page says" : "Something differs from what the page says");
     return isGood ? 0 : 1;

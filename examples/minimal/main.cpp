@@ -1,11 +1,14 @@
 // A host in its smallest form: minimal SCHEMA.xsd REPORT_DIRECTORY
 #include "control/vcreporting.h"
 #include "host/quilmar.h"
+#include "report/reportoutcome.h"
 
 #include <QApplication>
 #include <QMainWindow>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 
 int main(int argc, char *argv[])
 {
@@ -33,10 +36,14 @@ int main(int argc, char *argv[])
     control->AddReportData("Level", "Receiver/Level", "", 1, "", 0, "");
     control->AddReportData("Operator", "", "M. Keller", 1, "", 0, "");
 
-    QObject::connect(control, &VCReporting::ReportSuccessful, &window,
-                     [&window] { window.statusBar()->showMessage("Report saved"); });
-    QObject::connect(control, &VCReporting::ReportNotSuccessful, &window,
-                     [&window] { window.statusBar()->showMessage("The schema can't be read"); });
+    // The key that the button names is the host's to bind.
+    auto *key = new QShortcut(QKeySequence("Shift+F10"), &window);
+    QObject::connect(key, &QShortcut::activated, control->GetReportButton(), &QToolButton::click);
+    QObject::connect(control, &VCReporting::ReportFinished, &window, [&window](const ReportOutcome &outcome) {
+        window.statusBar()->showMessage(!outcome.IsSchemaRead() ? outcome.GetSchemaError()
+                                            : outcome.IsSaved() ? "Report saved"
+                                                                : "Not saved: " + outcome.GetSaveError());
+    });
     window.resize(480, 160);
     window.show();
     return application.exec();

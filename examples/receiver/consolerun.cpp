@@ -4,8 +4,8 @@
 
 #include "control/vcreporting.h"
 #include "events/xmlevent.h"
+#include "report/reportoutcome.h"
 
-#include <QDir>
 #include <QDomElement>
 #include <QFile>
 #include <QTextStream>
@@ -57,38 +57,23 @@ private:
     }
 };
 
-/// The path of the only report that was not there before.
-QString NewReport(const QDir &folder, const QStringList &before)
-{
-    for (const QString &file : folder.entryList(QDir::Files)) {
-        if (!before.contains(file)) {
-            return folder.filePath(file);
-        }
-    }
-    return QString();
-}
-
 } // namespace
 
 int RunOnce(Measurement &measurement, const QString &schema, const QString &reportFolder)
 {
-    const QDir folder(reportFolder);
-    const QStringList before = folder.entryList(QDir::Files);
     TellingControl control(schema, reportFolder);
     measurement.FillControl(control);
+    bool isComplete = false;
+    QObject::connect(&control, &VCReporting::ReportFinished, [&isComplete](const ReportOutcome &outcome) {
+        isComplete = outcome.IsComplete();
+        QFile file(outcome.GetPath());
+        const bool isOpen = outcome.IsSaved() && file.open(QIODevice::ReadOnly);
+        Out() << "\nThe report:\n" << (isOpen ? QString::fromUtf8(file.readAll()) : QString());
+        Out() << outcome.GetSchemaError() << '\n'
+              << (isOpen ? "Saved as " : "Not saved: ") << outcome.GetPath() << ' ' << outcome.GetSaveError() << '\n';
+    });
     Out() << "Schema: " << schema << "\nElements, and the values that they were given:\n";
-    const bool isSuccessful = control.SlotToReport();
-    const QString path = NewReport(folder, before);
-    if (!isSuccessful || path.isEmpty()) {
-        Out() << (isSuccessful ? "The report could not be saved in " : "The schema could not be read; folder: ")
-              << reportFolder << '\n';
-        Out().flush();
-        return 1;
-    }
-    QFile file(path);
-    const bool isOpen = file.open(QIODevice::ReadOnly);
-    Out() << "\nThe report:\n"
-          << (isOpen ? QString::fromUtf8(file.readAll()) : QString()) << "\nSaved as " << path << '\n';
+    control.SlotToReport();
     Out().flush();
-    return isOpen ? 0 : 1;
+    return isComplete ? 0 : 1;
 }

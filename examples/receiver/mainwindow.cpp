@@ -5,8 +5,10 @@
 #include "panelfile.h"
 #include "reportlist.h"
 #include "reportview.h"
+#include "signaltable.h"
 
 #include "control/vcreporting.h"
+#include "report/reportoutcome.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -37,7 +39,29 @@ MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QS
     MakeCentre();
     statusBar()->addWidget(m_pAvailability, 1);
     ConnectControl();
-    resize(900, 600);
+    resize(960, 700);
+}
+
+/// What became of a report, in a line for the operator.
+QString MainWindow::ToText(const ReportOutcome &outcome)
+{
+    if (outcome.GetState() == ReportOutcome::State::Dropped) {
+        return tr("The report was dropped.");
+    }
+    if (!outcome.IsSaved()) {
+        return tr("The report is not saved: %1").arg(outcome.GetSaveError());
+    }
+    if (!outcome.IsSchemaRead()) {
+        return outcome.GetSchemaError();
+    }
+    QStringList parts { tr("Saved as %1.").arg(QFileInfo(outcome.GetPath()).fileName()) };
+    for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
+        parts << tr("%1: \"%2\" was not written: %3.").arg(refused.m_sPlace, refused.m_sValue, refused.m_sReason);
+    }
+    for (const QString &place : outcome.GetMissing()) {
+        parts << tr("%1 has no value.").arg(place);
+    }
+    return parts.join(QLatin1Char(' '));
 }
 
 VCReporting &MainWindow::GetControl()
@@ -108,29 +132,34 @@ void MainWindow::MakeCentre()
     auto *row = new QHBoxLayout(centre);
     row->addWidget(new Panel(m_oMeasurement, centre));
     auto *right = new QSplitter(Qt::Vertical, centre);
+    auto *noted = new QGroupBox(tr("Si&gnals in the report"), right);
+    auto *notedLayout = new QVBoxLayout(noted);
+    m_pSignals = new SignalTable(m_oMeasurement, noted);
+    notedLayout->addWidget(m_pSignals);
     auto *reports = new QGroupBox(tr("&Reports"), right);
     auto *layout = new QVBoxLayout(reports);
     m_pReports = new ReportList(m_sReportFolder, reports);
     layout->addWidget(m_pReports);
     auto *view = new ReportView(right);
+    right->addWidget(noted);
     right->addWidget(reports);
     right->addWidget(view);
-    right->setSizes({ 150, 420 });
+    right->setSizes({ 190, 110, 380 });
     row->addWidget(right, 1);
     setCentralWidget(centre);
     connect(m_pReports, &ReportList::ReportChosen, view, &ReportView::ShowReport);
+    // Shows the newest report of an earlier start.
+    m_pReports->Refresh();
 }
 
 void MainWindow::ConnectControl()
 {
     connect(m_pControl, &VCReporting::ReportDirAndSchemaAvailable, this, &MainWindow::ShowAvailability);
-    connect(m_pControl, &VCReporting::ReportSuccessful, this, [this] {
+    connect(m_pControl, &VCReporting::ReportSuccessful, this,
+            [this] { statusBar()->showMessage(tr("The report waits for its comment.")); });
+    connect(m_pControl, &VCReporting::ReportFinished, this, [this](const ReportOutcome &outcome) {
         m_pReports->Refresh();
-        statusBar()->showMessage(tr("The report has been made."), 4000);
-    });
-    connect(m_pControl, &VCReporting::ReportNotSuccessful, this, [this] {
-        m_pReports->Refresh();
-        statusBar()->showMessage(tr("The schema can't be read: the report is empty."), 8000);
+        statusBar()->showMessage(ToText(outcome));
     });
     // The control has polled while it was built, when nobody could hear it.
     m_pControl->EnableReportButton(true);

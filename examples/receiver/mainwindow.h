@@ -6,6 +6,8 @@ class Measurement;
 class QLabel;
 class QToolBar;
 class ReportList;
+class ReportOutcome;
+class SignalTable;
 class VCReporting;
 
 /// The program's window: the tool bar with the reporting control, the panel, the reports made, and the one chosen.
@@ -18,6 +20,7 @@ public:
     MainWindow(Measurement &measurement, const QString &schema, const QString &reportFolder, const QString &panelPath);
 
     VCReporting &GetControl();
+    SignalTable &GetSignals() { return *m_pSignals; }
     /// Takes another schema, and tells at once whether it is there.
     void SetSchema(const QString &schema);
 
@@ -31,6 +34,7 @@ private:
     void MakeCentre();
     void ConnectControl();
     void ShowAvailability(bool isAvailable);
+    static QString ToText(const ReportOutcome &outcome);
 
     Measurement &m_oMeasurement;
     QString m_sSchema;
@@ -38,5 +42,6 @@ private:
     QString m_sPanelPath;
     VCReporting *m_pControl = nullptr; // the tool bar's
     ReportList *m_pReports = nullptr; // the window's
+    SignalTable *m_pSignals = nullptr; // the window's
     QLabel *m_pAvailability = nullptr; // the status bar's
 };

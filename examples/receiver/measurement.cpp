@@ -77,11 +77,19 @@ constexpr ReportItem kItems[] = {
     { "Antenna/Height", "Receiver/AntennaHeight", "", 0, "m" },
     { "Temperature", "Weather/Temperature", "", 0, "°C" },
     { "Humidity", "Weather/Humidity", "", 0, "%" },
-    { "Status", "Measurement/Status", "", 0, "" },
-    { "Frequency", "Measurement/Frequency", "", 6, "MHz" },
-    { "Bandwidth", "Measurement/Bandwidth", "", 3, "kHz" },
-    { "Level", "Measurement/Level", "", 0, "dBµV" },
-    { "Azimuth", "Measurement/Azimuth", "", 0, "°" },
+};
+
+/// A value that each Signal has its own of.
+struct SignalItem
+{
+    const char *m_sName;
+    int m_iField;
+    const char *m_sUnit;
+};
+
+constexpr SignalItem kSignalItems[] = {
+    { "Status", kStatus, "" },   { "Frequency", kFrequency, "MHz" }, { "Bandwidth", kBandwidth, "kHz" },
+    { "Level", kLevel, "dBµV" }, { "Azimuth", kAzimuth, "°" },       { "Time", kTime, "" },
 };
 
 QString Text(const char *text)
@@ -174,36 +182,71 @@ QStringList Measurement::GetBandwidths()
              QStringLiteral("150 kHz"), QStringLiteral("500 kHz"), QStringLiteral("2 MHz") };
 }
 
+Signal Measurement::GetPresent()
+{
+    const auto number = [this](const char *path, double scale) {
+        return QString::number(GetNumber(Text(path)) / scale, 'g', 12);
+    };
+    const QString bandwidth = GetText(QStringLiteral("Measurement/Bandwidth"));
+    const int scale = bandwidth.endsWith(QLatin1String("MHz")) ? 1000 : 1;
+    const Orvo::DateTime now(OrvoOS::Create().GetTime());
+    return { number("Measurement/Frequency", 1e6),
+             QString::number(bandwidth.section(QLatin1Char(' '), 0, 0).toInt() * scale),
+             number("Measurement/Level", 1),
+             number("Measurement/Azimuth", 1),
+             GetText(QStringLiteral("Measurement/Modulation")),
+             GetText(QStringLiteral("Measurement/Status")),
+             now.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")) };
+}
+
 void Measurement::FillControl(VCReporting &control)
 {
+    control.SetValidOutput(true);
+    control.SetKeepUnsavedDialog(true);
     for (const ReportItem &item : kItems) {
         control.AddReportData(Text(item.m_sName), Text(item.m_sPath), Text(item.m_sText), 1, QString(),
                               item.m_iExponent, Text(item.m_sUnit));
     }
+    AddSignalSources(control);
     QObject::connect(&control, &VCReporting::PrepareToReport, &control, [this, &control] { PrepareReport(control); });
 }
 
-// Only the modulation that was found is reported: the alternatives of which nothing is known are left out.
+// Each Signal has its own values, found by its place.
+void Measurement::AddSignalSources(VCReporting &control)
+{
+    control.AddReportContainer(QStringLiteral("Signal"), [this](const ReportPlace &) { return m_lReported.size(); });
+    for (const SignalItem &item : kSignalItems) {
+        const auto source = [this, field = item.m_iField](const ReportPlace &place) -> QVariant {
+            bool isNumber = false;
+            const QString text = GetSignalText(field, place);
+            const double number = text.toDouble(&isNumber);
+            return isNumber ? QVariant(number) : QVariant(text);
+        };
+        control.AddReportSource(Text(item.m_sName), source, 1, QString(), 0, Text(item.m_sUnit));
+    }
+    // Only the modulation that was found gets values: the alternatives of which nothing is known are left out.
+    const auto add = [&](const char *name, const char *path, double scale, const char *unit) {
+        const auto source = [this, path, scale](const ReportPlace &place) {
+            const bool isFound = place.GetIndex(GetSignalText(kModulation, place)) >= 0;
+            return isFound ? QVariant(GetNumber(Text(path)) / scale) : QVariant();
+        };
+        control.AddReportSource(Text(name), source, 1, QString(), 0, Text(unit));
+    };
+    add("AM/Depth", "Measurement/Depth", 1, "%");
+    add("FM/Deviation", "Measurement/Deviation", 1e3, "kHz");
+    add("AudioFrequency", "Measurement/AudioFrequency", 1e3, "kHz");
+}
+
+QString Measurement::GetSignalText(int field, const ReportPlace &place) const
+{
+    return m_lReported.value(place.GetIndex(QStringLiteral("Signal"))).value(field);
+}
+
 void Measurement::PrepareReport(VCReporting &control)
 {
-    for (const char *name :
-         { "Time", "Preamplifier", "AM/Depth", "AM/AudioFrequency", "FM/Deviation", "FM/AudioFrequency" }) {
-        control.DeleteReportData(Text(name));
-    }
-    const Orvo::DateTime now(OrvoOS::Create().GetTime());
-    control.AddExplicitReportData(QStringLiteral("Time"), now.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")), 1,
-                                  QString(), 0, QString());
+    m_lReported = m_lSignals.isEmpty() ? QVector<Signal> { GetPresent() } : m_lSignals;
+    control.DeleteReportData(QStringLiteral("Preamplifier"));
     control.AddExplicitReportData(QStringLiteral("Preamplifier"),
                                   GetText(QStringLiteral("Receiver/Preamplifier")) == QLatin1String("on"), 1, QString(),
                                   0, QString());
-    const QString modulation = GetText(QStringLiteral("Measurement/Modulation"));
-    const auto add = [&](const char *name, const char *path, int exponent, const char *unit) {
-        control.AddReportData(modulation + Text(name), Text(path), QString(), 1, QString(), exponent, Text(unit));
-    };
-    if (modulation == QLatin1String("AM")) {
-        add("/Depth", "Measurement/Depth", 0, "%");
-    } else {
-        add("/Deviation", "Measurement/Deviation", 3, "kHz");
-    }
-    add("/AudioFrequency", "Measurement/AudioFrequency", 3, "kHz");
 }

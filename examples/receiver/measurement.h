@@ -4,8 +4,15 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
+class ReportPlace;
 class VCReporting;
+
+/// The columns of a signal: MHz, kHz, dBµV, degrees, and texts.
+enum SignalField { kFrequency, kBandwidth, kLevel, kAzimuth, kModulation, kStatus, kTime, kSignalFields };
+/// A signal as it was measured or changed by hand, one text for each column.
+using Signal = QStringList;
 
 /// What the receiver measures and is set to: the value tree from which the reports are filled. There is one of it; it
 /// installs its tree for the whole process.
@@ -28,6 +35,11 @@ public:
     /// over.
     void Restore(const QString &path, const QString &text);
 
+    /// What is measured now.
+    Signal GetPresent();
+    /// The signals that were noted. A report holds these or, if there are none, what is measured when it is made.
+    QVector<Signal> &GetSignals() { return m_lSignals; }
+
     /// The filters, as the tree names them: "150 kHz".
     static QStringList GetBandwidths();
 
@@ -37,6 +49,10 @@ public:
 
 private:
     void PrepareReport(VCReporting &control);
+    void AddSignalSources(VCReporting &control);
+    QString GetSignalText(int field, const ReportPlace &place) const;
 
     values::MemoryTree m_oTree;
+    QVector<Signal> m_lSignals;
+    QVector<Signal> m_lReported; // in the report that is being made
 };

@@ -2,6 +2,7 @@
 
 #include "mainwindow.h"
 #include "measurement.h"
+#include "signaltable.h"
 
 #include "control/vcreporting.h"
 #include "host/veldra.h"
@@ -101,6 +102,7 @@ int DrawPictures(Measurement &measurement, const QString &schema, const QString 
     window.show();
     for (const double frequency : { 89.3e6, 94.7e6, 98.1e6 }) {
         measurement.SetNumber(QStringLiteral("Measurement/Frequency"), frequency);
+        window.GetSignals().AddPresent();
         control.SlotToReport();
     }
     bool isDrawn = Draw(window, folder, "main-window.png");

@@ -14,7 +14,6 @@ ReportList::ReportList(const QString &folder, QWidget *parent)
     });
     connect(&m_oWatcher, &QFileSystemWatcher::directoryChanged, this, &ReportList::Refresh);
     m_oWatcher.addPath(folder);
-    Refresh();
 }
 
 void ReportList::Refresh()

@@ -10,6 +10,7 @@ class ReportList : public QListWidget
     Q_OBJECT
 
 public:
+    /// Empty until the first Refresh().
     ReportList(const QString &folder, QWidget *parent);
 
     /// Looks at the folder now. A report that has come is chosen.

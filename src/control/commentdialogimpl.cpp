@@ -2,6 +2,7 @@
 
 #include "dom/documentsaver.h"
 #include "host/veldra.h"
+#include "report/reportfate.h"
 #include "report/xmlcreatereport.h"
 
 #include <QApplication>
@@ -92,7 +93,10 @@ CommentDialogImpl::CommentDialogImpl()
     connect(m_pNoCommentButton, &QPushButton::clicked, this, &CommentDialogImpl::SlotSaveWithoutComment);
 }
 
-CommentDialogImpl::~CommentDialogImpl() = default;
+CommentDialogImpl::~CommentDialogImpl()
+{
+    Settle();
+}
 
 void CommentDialogImpl::SetDocument(QDomDocument *document)
 {
@@ -102,6 +106,11 @@ void CommentDialogImpl::SetDocument(QDomDocument *document)
 void CommentDialogImpl::SetFileName(QString fileName)
 {
     m_sFileName = std::move(fileName);
+}
+
+void CommentDialogImpl::SetFate(std::shared_ptr<ReportFate> fate)
+{
+    m_pFate = std::move(fate);
 }
 
 void CommentDialogImpl::ShowData()
@@ -138,6 +147,9 @@ void CommentDialogImpl::setVisible(bool isVisible)
 {
     ++m_iBusy;
     QDialog::setVisible(isVisible);
+    if (!isVisible) {
+        Settle();
+    }
     m_bEnded = m_bEnded || (m_bKeepsReport && !isVisible);
     LeaveQt();
 }
@@ -160,15 +172,12 @@ void CommentDialogImpl::LeaveQt()
 
 void CommentDialogImpl::SlotSaveWithComment()
 {
-    AddComment(m_pTextEdit->toPlainText());
-    SaveDocument();
-    hide();
+    Save(m_pTextEdit->toPlainText());
 }
 
 void CommentDialogImpl::SlotSaveWithoutComment()
 {
-    SaveDocument();
-    hide();
+    Save(QString());
 }
 
 void CommentDialogImpl::closeEvent(QCloseEvent *event)
@@ -178,7 +187,7 @@ void CommentDialogImpl::closeEvent(QCloseEvent *event)
         return;
     }
     if (m_pTextEdit->toPlainText().isEmpty()) {
-        SaveDocument();
+        event->setAccepted(SaveDocument());
         return;
     }
     // The report's owner may end the dialog while the question is open.
@@ -188,9 +197,9 @@ void CommentDialogImpl::closeEvent(QCloseEvent *event)
         return;
     }
     if (answer == QMessageBox::Yes) {
-        SlotSaveWithComment();
+        event->setAccepted(Save(m_pTextEdit->toPlainText()));
     } else if (answer == QMessageBox::No) {
-        SlotSaveWithoutComment();
+        event->setAccepted(Save(QString()));
     } else {
         event->ignore();
     }
@@ -243,18 +252,60 @@ void CommentDialogImpl::GrowToTexts()
 }
 
 // The schema isn't asked: the operator's word stands in every report.
-void CommentDialogImpl::AddComment(const QString &comment)
+QDomElement CommentDialogImpl::AddComment(const QString &comment)
 {
     if (comment.isEmpty()) {
-        return;
+        return QDomElement();
     }
     QDomElement element = m_pDocument->createElement(QLatin1String("Comment"));
     m_pDocument->documentElement().appendChild(element);
     element.appendChild(m_pDocument->createTextNode(comment));
+    return element;
 }
 
-// A failure is not told to the operator; the dialog ends all the same.
-void CommentDialogImpl::SaveDocument()
+/// False if the dialog stays open, with the comment in its editor alone.
+bool CommentDialogImpl::Save(const QString &comment)
 {
-    m_bSaved = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure.isEmpty() || m_bSaved;
+    QDomElement element = AddComment(comment);
+    if (SaveDocument()) {
+        hide();
+        return true;
+    }
+    element.parentNode().removeChild(element);
+    return false;
+}
+
+// Unless it is to stay, the dialog ends without a word on a failure.
+bool CommentDialogImpl::SaveDocument()
+{
+    const QString failure = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure;
+    m_bSaved = failure.isEmpty() || m_bSaved;
+    if (m_pFate != nullptr) {
+        m_pFate->SetResult(failure);
+    }
+    if (failure.isEmpty() || !m_bKeepUnsaved) {
+        return true;
+    }
+    ShowFailure(failure);
+    return false;
+}
+
+void CommentDialogImpl::ShowFailure(const QString &failure)
+{
+    if (m_pFailureLabel == nullptr) {
+        m_pFailureLabel = new QLabel(this);
+        m_pFailureLabel->setObjectName(QStringLiteral("m_pFailureLabel"));
+        m_pFailureLabel->setTextFormat(Qt::PlainText);
+        m_pFailureLabel->setWordWrap(true);
+        vboxLayout->insertWidget(1, m_pFailureLabel);
+    }
+    m_pFailureLabel->setText(
+        tr("The report could not be saved: %1\nTry again, or press Escape to close without a report.").arg(failure));
+}
+
+void CommentDialogImpl::Settle()
+{
+    if (m_pFate != nullptr) {
+        m_pFate->Settle();
+    }
 }

@@ -8,6 +8,8 @@
 #include <memory>
 
 class QDomDocument;
+class QDomElement;
+class ReportFate;
 class XmlCreateReport;
 
 /// Shows the operator the main values of a finished report, takes a comment and saves the report. It is not modal and
@@ -24,6 +26,8 @@ public:
     void SetDocument(QDomDocument *document);
     /// The complete path of the report file.
     void SetFileName(QString fileName);
+    /// Hears of each saving, and of the end of the dialog.
+    void SetFate(std::shared_ptr<ReportFate> fate);
     /// Fills the labels and opens the dialog. Doesn't wait for its end.
     void ShowData();
     /// Destroys the dialog without saving. One that Qt is just showing or hiding is destroyed when Qt is through with
@@ -33,6 +37,8 @@ public:
     std::weak_ptr<CommentDialogImpl> GetSelf() const { return m_pSelf; }
     /// Takes over the builder to which the dialog belongs, as nobody else needs it: both go when the dialog has ended.
     void Keep(std::shared_ptr<XmlCreateReport> report);
+    /// Whether it stays open with its text and says why when the file can't be written.
+    void SetKeepUnsaved(bool keep) { m_bKeepUnsaved = keep; }
 
     void setVisible(bool isVisible) override;
 
@@ -49,14 +55,20 @@ private:
     int AskForComment();
     void ShowValues();
     void GrowToTexts();
-    void AddComment(const QString &comment);
-    void SaveDocument();
+    QDomElement AddComment(const QString &comment);
+    bool Save(const QString &comment);
+    bool SaveDocument();
+    void ShowFailure(const QString &failure);
+    void Settle();
 
     QDomDocument *m_pDocument = nullptr; // not owned; null when the dialog has been ended
     QString m_sFileName;
+    std::shared_ptr<ReportFate> m_pFate; // null: nobody asks
     bool m_bSaved = false;
     bool m_bKeepsReport = false;
     bool m_bEnded = false; // to be destroyed as soon as Qt is through with it
     std::shared_ptr<CommentDialogImpl> m_pSelf; // owns nothing
+    bool m_bKeepUnsaved = false;
+    QLabel *m_pFailureLabel = nullptr; // null as long as all went well
     int m_iBusy = 0; // how many of Qt's functions that show or hide the dialog are on the stack
 };

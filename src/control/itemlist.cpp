@@ -1,6 +1,6 @@
 #include "control/itemlist.h"
 
-#include "control/reportdata.h"
+#include "control/sourceitem.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,6 +11,11 @@ namespace {
 int CountPathNames(const QString &name, std::size_t items)
 {
     return name.contains(QLatin1Char('/')) ? static_cast<int>(items) : 0;
+}
+
+bool IsSource(const ItemList::Item &item)
+{
+    return dynamic_cast<const SourceItem *>(item.get()) != nullptr;
 }
 
 } // namespace
@@ -26,16 +31,45 @@ void ItemList::Append(Item item)
 
 void ItemList::Remove(const QString &name)
 {
-    const std::vector<Serial> serials = m_hSerials.take(name);
-    for (const Serial serial : serials) {
-        m_lItems.erase(serial);
+    RemoveIf(name, [](const Item &) { return true; });
+}
+
+void ItemList::RemoveUsed(const QString &name)
+{
+    RemoveIf(name, [](const Item &item) { return !IsSource(item); });
+}
+
+void ItemList::RemoveSources()
+{
+    const QStringList names = m_hSerials.keys();
+    for (const QString &name : names) {
+        RemoveIf(name, IsSource);
     }
-    m_iPathNames -= CountPathNames(name, serials.size());
+}
+
+template <typename IsGoing>
+void ItemList::RemoveIf(const QString &name, IsGoing isGoing)
+{
+    const std::vector<Serial> serials = m_hSerials.take(name);
+    std::vector<Serial> staying;
+    std::vector<Item> gone; // freed when the list is in order: a source's function may hold anything
+    for (const Serial serial : serials) {
+        if (const auto item = m_lItems.find(serial); isGoing(item->second)) {
+            gone.push_back(std::move(item->second));
+            m_lItems.erase(item);
+        } else {
+            staying.push_back(serial);
+        }
+    }
+    m_iPathNames -= CountPathNames(name, serials.size() - staying.size());
+    if (!staying.empty()) {
+        m_hSerials.insert(name, staying);
+    }
 }
 
 void ItemList::Clear()
 {
-    m_lItems.clear();
+    const std::map<Serial, Item> gone = std::exchange(m_lItems, {});
     m_hSerials.clear();
     m_iPathNames = 0;
 }

@@ -25,6 +25,10 @@ public:
     void Append(Item item);
     /// Removes all items of that name.
     void Remove(const QString &name);
+    /// The same, but for sources and containers.
+    void RemoveUsed(const QString &name);
+    /// Removes all sources and containers.
+    void RemoveSources();
     void Clear();
 
     /// Null if there is no such item any more.
@@ -41,6 +45,9 @@ public:
     Item GetLastUpTo(Serial serial) const;
 
 private:
+    template <typename IsGoing>
+    void RemoveIf(const QString &name, IsGoing isGoing);
+
     std::map<Serial, Item> m_lItems;
     QHash<QString, std::vector<Serial>> m_hSerials; // ascending
     Serial m_iLastSerial = kNone; // the last that was given out

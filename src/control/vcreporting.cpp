@@ -4,13 +4,16 @@
 #include "control/itemlist.h"
 #include "control/notepadpicture.h"
 #include "control/reportdata.h"
+#include "control/sourceitem.h"
 #include "host/tessaly.h"
 #include "host/veldra.h"
+#include "report/reportoutcome.h"
 #include "report/xmlcreatereport.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QHBoxLayout>
+#include <QMetaMethod>
 #include <QScopeGuard>
 #include <QTimer>
 #include <QToolBar>
@@ -78,6 +81,31 @@ void Release(std::shared_ptr<XmlCreateReport> report)
     if (!dialogs.empty() && !dialogs.front()->isHidden()) {
         qobject_cast<CommentDialogImpl *>(dialogs.front())->Keep(std::move(report));
     }
+}
+
+/// What became of a report, held back while signals are due that come ahead of it: a dialog may end before they are
+/// out.
+struct HeldFate
+{
+    bool m_bHeld = true;
+    std::optional<ReportOutcome> m_oOutcome;
+};
+
+void TellFate(const QPointer<VCReporting> &control, const HeldFate &fate)
+{
+    if (control != nullptr && !fate.m_bHeld && fate.m_oOutcome) {
+        Q_EMIT control->ReportFinished(*fate.m_oOutcome);
+    }
+}
+
+std::shared_ptr<HeldFate> HoldFate(XmlCreateReport &report, const QPointer<VCReporting> &control)
+{
+    auto fate = std::make_shared<HeldFate>();
+    report.SetFateHandler([control, fate](const ReportOutcome &outcome) {
+        fate->m_oOutcome = outcome;
+        TellFate(control, *fate);
+    });
+    return fate;
 }
 
 } // namespace
@@ -149,6 +177,16 @@ void VCReporting::SetShowCommentDialog(bool show)
     m_bShowCommentDialog = show;
 }
 
+void VCReporting::SetValidOutput(bool on)
+{
+    m_bValidOutput = on;
+}
+
+void VCReporting::SetKeepUnsavedDialog(bool keep)
+{
+    m_bKeepUnsavedDialog = keep;
+}
+
 QToolButton *VCReporting::GetReportButton()
 {
     return m_pReportButton;
@@ -211,16 +249,51 @@ bool VCReporting::RunReport()
     if (guard == nullptr) {
         return false;
     }
+    // The control may end in a source or while the dialog opens, and must not take the running report with it.
     const auto report = std::make_shared<XmlCreateReport>(this);
     m_pReport = report;
-    const bool isSuccessful = report->CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
+    const std::shared_ptr<HeldFate> fate = HoldFate(*report, guard);
+    bool isSuccessful = false;
+    try {
+        isSuccessful = CreateReport(reportPath);
+    } catch (const ControlEnded &) {
+        return false;
+    } catch (...) {
+        fate->m_oOutcome = report->GetOutcome();
+        fate->m_oOutcome->SetNotSaved(QStringLiteral("A value threw an exception."));
+        fate->m_bHeld = false;
+        TellFate(guard, *fate);
+        throw;
+    }
     if (guard == nullptr) {
+        Release(report);
         return isSuccessful;
     }
     if (isSuccessful) {
         Q_EMIT ReportSuccessful();
     } else {
         Q_EMIT ReportNotSuccessful();
+    }
+    fate->m_bHeld = false;
+    TellFate(guard, *fate);
+    return isSuccessful;
+}
+
+bool VCReporting::CreateReport(const QString &reportPath)
+{
+    const QPointer<VCReporting> guard(this);
+    const auto letGo = qScopeGuard([&guard] {
+        if (guard != nullptr) {
+            guard->EndSources();
+        }
+    });
+    const std::shared_ptr<XmlCreateReport> report = m_pReport;
+    const bool keepsUnsaved = m_bKeepUnsavedDialog;
+    report->SetValidOutput(m_bValidOutput);
+    report->SetCollectOutcome(isSignalConnected(QMetaMethod::fromSignal(&VCReporting::ReportFinished)));
+    const bool isSuccessful = report->CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
+    for (QDialog *dialog : report->GetCommentDialogs()) {
+        qobject_cast<CommentDialogImpl *>(dialog)->SetKeepUnsaved(keepsUnsaved);
     }
     return isSuccessful;
 }

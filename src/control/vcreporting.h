@@ -2,6 +2,7 @@
 
 #include "tagwright_export.h"
 
+#include "control/reportsource.h"
 #include "events/itagwright.h"
 
 #include <QDateTime>
@@ -11,6 +12,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 #include <type_traits>
 
 class ElemBeginEvent;
@@ -22,6 +24,8 @@ class QToolBar;
 class QToolButton;
 class QXmlAttributes;
 class ReportData;
+class ReportOutcome;
+class SourceItem;
 class VCButton;
 class XmlCreateReport;
 
@@ -60,6 +64,11 @@ public:
     void EnableReportButton(bool enable);
     /// From the next report on: whether a report opens the comment dialog, which then saves it.
     void SetShowCommentDialog(bool show);
+    /// From the next report on: whether a report is made valid, as XmlCreateReport::SetValidOutput() has it.
+    void SetValidOutput(bool on);
+    /// From the next report on: whether a comment dialog whose file can't be written stays open with its text and says
+    /// why, so that the operator can try again. Without it the dialog ends all the same.
+    void SetKeepUnsavedDialog(bool keep);
     /// The button, or null. The control's.
     QToolButton *GetReportButton();
 
@@ -92,6 +101,27 @@ public:
     template <typename Pointee, typename = std::enable_if_t<!std::is_same_v<std::remove_cv_t<Pointee>, char>>>
     void AddExplicitReportData(QString name, Pointee *value, int maxOccurs, QString auxText, int exponent,
                                QString unit) = delete;
+    /// Adds values by place: `source` is asked once for each element or attribute called `name`, also as
+    /// "parent/child", and is told where it stands. What it gives is written as a value of its kind is: a number
+    /// (divided by 10 to the power of `exponent`), a text, a bool, a date and time. An invalid QVariant is no value:
+    /// the element or attribute counts as one that nobody knows. A source that throws gives no value, which is traced;
+    /// a null one isn't added.
+    ///
+    /// The element stands `maxOccurs` times as far as the schema allows it. With 0 and less it gets no value, nor does
+    /// anything below it. With "delete after use" sources and containers leave the list when the report has been made,
+    /// not before.
+    ///
+    /// A source may change the list and even delete the control, which ends the report without a file.
+    void AddReportSource(QString name, ReportSource source, int maxOccurs, QString auxText, int exponent, QString unit);
+    /// The same for a count of each place. It is asked once for each element; copies that have been made already are
+    /// neither more nor fewer by it. One that throws counts as 1.
+    void AddReportSource(QString name, ReportSource source, ReportCount maxOccurs, QString auxText, int exponent,
+                         QString unit);
+    /// Makes an element without a value of its own stand `count` times, with its attributes filled from the list. With
+    /// valid output it stays although nothing in it has a value.
+    void AddReportContainer(QString name, int count);
+    /// The same for a count of each place.
+    void AddReportContainer(QString name, ReportCount count);
     /// Removes every value of exactly that name.
     void DeleteReportData(QString name);
     /// Removes all values.
@@ -111,6 +141,10 @@ Q_SIGNALS:
     void ReportSuccessful();
     /// The schema was not read. An empty report file is left.
     void ReportNotSuccessful();
+    /// What became of a report (report/reportoutcome.h), once for each: behind the two above without a comment dialog,
+    /// at the dialog's end with one, unless the control has ended before. Also for a report that a value's exception
+    /// has ended, which neither of the two above is sent for.
+    void ReportFinished(const ReportOutcome &outcome);
 
 public Q_SLOTS:
     /// Makes a report, "yyyy-MM-dd_hh-mm-ss-z.xml" in the report directory. The result says that the schema was read;
@@ -128,6 +162,7 @@ private:
     void SetButtonEnabled(bool enable);
     QString MakeReportPath() const;
     bool RunReport();
+    bool CreateReport(const QString &reportPath);
     void EndReporting();
 
     // The list.
@@ -137,12 +172,23 @@ private:
     void AddExplicit(QString name, const ExplicitReportData &explicitData, int maxOccurs, QString auxText, int exponent,
                      QString unit);
 
+    // Values by place.
+    void AddSource(ReportData &traits, ReportSource source, ReportCount count);
+    template <typename Call>
+    auto CallHost(Call call);
+    void EndSources();
+    bool IsFirstVisit();
+    bool IsAbsent();
+    bool OpenSource(const std::shared_ptr<SourceItem> &source, int &count);
+    std::shared_ptr<ReportData> GetSourceValue(const std::shared_ptr<SourceItem> &source, const QString &attribute);
+
     // The values of an element that the report announces.
     struct Element;
     void HandleElement(ElemBeginEvent &event);
     void ServeElement(ElementItems &items, Element &element);
     void PassOverItems(const ElementItems &items, const Element &element);
     bool ServeElementFrom(const std::shared_ptr<ReportData> &item, Element &element);
+    bool ServeElementWith(const std::shared_ptr<ReportData> &value, const Element &element);
     void SetExplicitValue(const std::shared_ptr<ReportData> &item, const Element &element);
     void SetGeneralValue(const std::shared_ptr<ReportData> &item);
     void FinishElement(const Element &element, const QString &itemName);
@@ -158,6 +204,7 @@ private:
     void RetryAsInteger();
     void RetryAsText();
     void RetryAsDateTime();
+    void RetryAsTime();
     template <typename Value>
     void Retry(Value value);
     bool HasItem(const char *message);
@@ -183,4 +230,9 @@ private:
     QDateTime m_tLastDate;
     bool m_bShowCommentDialog = false;
     bool m_bReporting = false;
+    bool m_bValidOutput = false;
+    bool m_bKeepUnsavedDialog = false;
+    quint64 m_iAnnouncement = 0; // of elements, in all reports
+    std::optional<bool> m_oFirstVisit; // of the element in hand; nothing as long as nobody has asked
+    QVector<ReportPlace::Step> m_lAbsent; // the way to the element that is to stand 0 times, while it is in hand
 };

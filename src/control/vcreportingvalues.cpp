@@ -1,5 +1,6 @@
 #include "control/elementitems.h"
 #include "control/reportdata.h"
+#include "control/sourceitem.h"
 #include "control/vcreporting.h"
 #include "events/xmlevent.h"
 #include "host/trace.h"
@@ -84,6 +85,11 @@ struct VCReporting::Element
 
 void VCReporting::HandleElement(ElemBeginEvent &event)
 {
+    ++m_iAnnouncement;
+    m_oFirstVisit.reset();
+    if (IsAbsent()) {
+        return;
+    }
     Element element;
     element.m_sName = event.GetElementName();
     element.m_oAttributes = event.GetElementAttributes();
@@ -94,7 +100,7 @@ void VCReporting::HandleElement(ElemBeginEvent &event)
         const QString lastName = last == nullptr ? QString() : last->GetName();
         FinishElement(element, items.IsPathName(lastName) ? lastName : element.m_sName);
     }
-    if (IsTimeName(element.m_sName)) {
+    if (IsTimeName(element.m_sName) && m_lAbsent.isEmpty()) {
         m_pReport->SetXmlValue(QDateTime::currentDateTime());
     }
 }
@@ -129,16 +135,34 @@ void VCReporting::PassOverItems(const ElementItems &items, const Element &elemen
 /// True if the item was the one to serve the element: those behind it are not looked at then.
 bool VCReporting::ServeElementFrom(const std::shared_ptr<ReportData> &item, Element &element)
 {
-    element.m_sUnit = item->GetUnit();
-    element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
-    if (item->GetMaxOccurs() > 1) {
-        m_pReport->SetElementMaxOccurs(element.m_sName, item->GetMaxOccurs());
+    const auto source = std::dynamic_pointer_cast<SourceItem>(item);
+    int count = item->GetMaxOccurs();
+    if (source != nullptr && !OpenSource(source, count)) {
+        return true;
     }
-    SetExplicitValue(item, element);
+    const std::shared_ptr<ReportData> value = source == nullptr ? item : GetSourceValue(source, QString());
+    if (value != nullptr) {
+        element.m_sUnit = value->GetUnit();
+        element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
+    }
+    if (count > 1) {
+        m_pReport->SetElementMaxOccurs(element.m_sName, count);
+    }
+    if (source != nullptr && source->IsContainer()) {
+        m_pReport->KeepCurrentElement();
+        HandleAttributes(element.m_oAttributes);
+        return true;
+    }
+    return value != nullptr && ServeElementWith(value, element);
+}
+
+bool VCReporting::ServeElementWith(const std::shared_ptr<ReportData> &value, const Element &element)
+{
+    SetExplicitValue(value, element);
     if (m_bValueWritten) {
         return false;
     }
-    SetGeneralValue(item);
+    SetGeneralValue(value);
     HandleAttributes(element.m_oAttributes);
     return true;
 }
@@ -182,7 +206,7 @@ void VCReporting::FinishElement(const Element &element, const QString &itemName)
         m_pReport->SetAttributeValue(unitAttribute, element.m_sUnit);
     }
     if (m_bDeleteAfterUse) {
-        DeleteReportData(itemName);
+        m_Items->RemoveUsed(itemName);
     }
     m_bValueWritten = false;
 }
@@ -209,13 +233,18 @@ void VCReporting::HandleAttributes(QXmlAttributes attributes)
 
 void VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
 {
-    const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
-    m_pItem = item;
+    const auto source = std::dynamic_pointer_cast<SourceItem>(item);
+    const std::shared_ptr<ReportData> value = source == nullptr ? item : GetSourceValue(source, m_sCurrentAttribute);
+    if (value == nullptr) {
+        return;
+    }
+    const bool isNumber = ReadNumber(*value, m_dCurrentNumber);
+    m_pItem = value;
     m_bSettingAttribute = true;
     if (isNumber) {
         m_pReport->SetAttributeValue(m_sCurrentAttribute, m_dCurrentNumber);
     } else {
-        m_pReport->SetAttributeValue(m_sCurrentAttribute, ReadText(*item));
+        m_pReport->SetAttributeValue(m_sCurrentAttribute, ReadText(*value));
     }
     PutAtRest();
     m_bValueWritten = true;
@@ -243,6 +272,8 @@ void VCReporting::HandleError(ITagwright::ErrorID id)
         RetryAsText();
     } else if (id == ITagwright::CURRENT_TYPE_IS_NOT_STRING) {
         RetryAsDateTime();
+    } else if (id == ITagwright::CURRENT_TYPE_IS_NOT_DATETIME) {
+        RetryAsTime();
     }
 }
 
@@ -272,6 +303,18 @@ void VCReporting::RetryAsDateTime()
             m_tLastDate = QDateTime::fromString(text, Qt::ISODate);
         }
         Retry(text.isEmpty() ? QDateTime() : m_tLastDate);
+    }
+}
+
+// Plain items have no such form.
+void VCReporting::RetryAsTime()
+{
+    if (m_bSettingAttribute || dynamic_cast<SourceValue *>(m_pItem.get()) == nullptr) {
+        return;
+    }
+    const QTime time = QTime::fromString(ReadText(*m_pItem), Qt::ISODate);
+    if (time.isValid()) {
+        m_pReport->SetXmlValue(time);
     }
 }
 

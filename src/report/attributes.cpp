@@ -1,5 +1,7 @@
 #include "report/attributes.h"
 
+#include "schema/declarations.h"
+
 #include <QDomNamedNodeMap>
 
 #include <algorithm>
@@ -22,7 +24,9 @@ QXmlAttributes ToXmlAttributes(const AttributeList &attributes)
 {
     QXmlAttributes result;
     for (const auto &[name, value] : attributes) {
-        result.append(name, QString(), QString(), value);
+        if (!Declarations::IsMark(name)) {
+            result.append(name, QString(), QString(), value);
+        }
     }
     return result;
 }

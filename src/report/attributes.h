@@ -15,5 +15,6 @@ using AttributeList = std::vector<std::pair<QString, QString>>;
 /// The attributes of a node; none for anything but an element.
 AttributeList SortedAttributes(const QDomNode &node);
 
-/// The list in the form that an event carries: qualified name and value, no URI and no local name.
+/// The list in the form that an event carries: qualified name and value, no URI, no local name and no marks of the
+/// declarations.
 QXmlAttributes ToXmlAttributes(const AttributeList &attributes);

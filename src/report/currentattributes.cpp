@@ -74,6 +74,28 @@ void CurrentAttributes::Set(const QString &name, const QString &value)
     }
 }
 
+bool CurrentAttributes::Has(const QString &name)
+{
+    const AttributeList &all = GetAll();
+    return std::any_of(all.begin(), all.end(), [&name](const auto &entry) { return entry.first == name; });
+}
+
+void CurrentAttributes::RemoveIf(const std::function<bool(const QString &name, const QString &value)> &test)
+{
+    if (m_eHolder == Holder::Document) {
+        for (const auto &[name, value] : GetAll()) {
+            if (test(name, value)) {
+                m_oElement.removeAttribute(name);
+            }
+        }
+        return;
+    }
+    AttributeList &own = GetOwn();
+    own.erase(
+        std::remove_if(own.begin(), own.end(), [&test](const auto &entry) { return test(entry.first, entry.second); }),
+        own.end());
+}
+
 AttributeModel::Pointer CurrentAttributes::MakeModel()
 {
     if (m_pModel == nullptr) {

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QXmlAttributes>
 
+#include <functional>
+
 /// The attributes of the walk's current element, wherever they are: in the document, or, for a bare copy, in its model
 /// until the walk leaves the element. Everything that reads or changes them goes through here.
 class CurrentAttributes
@@ -25,6 +27,9 @@ public:
     QString GetValue(const QString &name);
     void Remove(const QString &name);
     void Set(const QString &name, const QString &value);
+    bool Has(const QString &name);
+    /// Removes all that pass the test.
+    void RemoveIf(const std::function<bool(const QString &name, const QString &value)> &test);
 
     /// A model for copies of the element as it stands.
     AttributeModel::Pointer MakeModel();

@@ -65,8 +65,14 @@ bool DomParser::Parse()
     // The root is never removed. Whatever the receiver asks for here is taken up at the root's first child.
     SetCurrent(root, nullptr);
     SendElemBegin(root, QString());
+    if (m_pValidOutput != nullptr) {
+        m_pValidOutput->Enter(root, m_oAttributes);
+    }
     WalkLevels(root);
     m_pCurrentElement->clear();
+    if (m_pValidOutput != nullptr) {
+        FinishValidOutput();
+    }
     SendEvent<DocEndEvent>(m_pCallback);
     return true;
 }
@@ -82,8 +88,10 @@ void DomParser::LetGo()
     m_bResumeRequested = false;
     m_lLevels.clear();
     m_oAttributes.Release();
-    m_oRefusals = Refusals();
+    m_oRefusals.Reset();
+    m_pValidOutput.reset();
     m_oMultiplied.Clear();
+    m_oServed.Clear();
     m_oWalked.SetDocument(QDomDocument());
 }
 
@@ -128,6 +136,9 @@ void DomParser::EnterChild()
 {
     const QDomElement entered = m_lLevels.back().m_oCursor.GetNode().toElement();
     const ChildCursor children(entered, m_oAttributes.GetModel());
+    if (m_pValidOutput != nullptr) {
+        m_pValidOutput->Enter(entered, m_oAttributes);
+    }
     m_oAttributes.WriteOwn();
     m_oAttributes.Release();
     m_lLevels.push_back({ children, QString(), false });
@@ -137,6 +148,9 @@ void DomParser::LeaveLevel()
 {
     m_lLevels.back().m_oCursor.WriteRest(); // a text may have ended the level: the siblings behind it aren't walked
     m_lLevels.pop_back();
+    if (m_pValidOutput != nullptr) {
+        m_pValidOutput->Leave();
+    }
     if (!m_lLevels.empty()) {
         m_lLevels.back().m_oCursor.Advance();
     }
@@ -169,7 +183,9 @@ void DomParser::AnnounceChild(Level &level)
     } else if (const QString value = level.m_bTop ? QString() : m_oAttributes.GetValue(defaultName); !value.isEmpty()) {
         const WalkedDocument::OwnChange change(m_oWalked);
         m_oAttributes.Remove(defaultName);
-        m_pCurrentElement->appendChild(m_pDocument->createTextNode(value));
+        if (m_pValidOutput == nullptr) {
+            m_pCurrentElement->appendChild(m_pDocument->createTextNode(value));
+        }
     }
     SendElemBegin(child, level.m_sText);
 }
@@ -177,6 +193,10 @@ void DomParser::AnnounceChild(Level &level)
 void DomParser::TakeUpRequest(Level &level)
 {
     m_bResumeRequested = false;
+    const QDomElement element = *m_pCurrentElement;
+    if (m_pValidOutput != nullptr && !m_bResumeOnSameNode) {
+        m_pValidOutput->Pass(element, m_oAttributes);
+    }
     MoveToResumeNode(level);
     if (!level.m_bTop) {
         m_pPendingElement.reset();
@@ -184,6 +204,9 @@ void DomParser::TakeUpRequest(Level &level)
     if (!m_bResumeOnSameNode) {
         m_oAttributes.WriteAll();
         m_oAttributes.Release();
+        if (m_pValidOutput != nullptr) {
+            m_pValidOutput->PassContent(element);
+        }
         level.m_oCursor.Advance();
     }
 }
@@ -200,6 +223,9 @@ void DomParser::MoveToResumeNode(Level &level)
 // Called for an element that stays without a value. True: the walk goes on at m_pResumeNode.
 bool DomParser::HandleUnsetElement()
 {
+    if (m_pValidOutput != nullptr) {
+        return false;
+    }
     if (m_pPendingElement != nullptr) {
         if (!HasType()) {
             return false;
@@ -233,12 +259,40 @@ bool DomParser::HandleUnsetElement()
 // element with a default has one.
 void DomParser::TellMissing()
 {
-    if (!trace::IsOn() || m_bResumeRequested) {
+    if (!m_oRefusals.IsAsked() || m_bResumeRequested) {
         return;
     }
     m_oRefusals.Tell(*m_pCurrentElement);
     if ((HasType() || m_oRefusals.HasRefusedValue()) && !m_pCurrentElement->firstChild().isText()) {
-        m_oRefusals.TellMissing(*m_pCurrentElement, ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+        m_oRefusals.TellMissing(*m_pCurrentElement, QString(), ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+    }
+}
+
+void DomParser::SetValidOutput(std::shared_ptr<const Declarations> declarations)
+{
+    m_pValidOutput = std::make_unique<ValidOutput>(std::move(declarations));
+}
+
+// There is no current element any more, so that an answer to an error changes nothing.
+void DomParser::FinishValidOutput()
+{
+    using Kind = ValidOutput::Finding::Kind;
+    for (const ValidOutput::Finding &finding : m_pValidOutput->Finish()) {
+        switch (finding.m_eKind) {
+        case Kind::Remove:
+            Remove(finding.m_oElement);
+            break;
+        case Kind::Excluded:
+            m_oRefusals.TellExcluded(finding.m_oElement, ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+            break;
+        case Kind::Missing:
+            Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+            [[fallthrough]];
+        case Kind::MissingAttribute:
+            m_oRefusals.TellMissing(finding.m_oElement, finding.m_sAttribute,
+                                    ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
+            break;
+        }
     }
 }
 
@@ -339,7 +393,7 @@ void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
 {
     SendEvent<WalkEvent>(m_pCallback, node, m_oAttributes.GetEventAttributes(), text, &m_fnNodeTaken);
     // An element that is announced again may still get its values then.
-    if (trace::IsOn() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
+    if (m_oRefusals.IsAsked() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
         m_oRefusals.Tell(node.toElement());
     }
 }

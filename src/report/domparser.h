@@ -6,6 +6,8 @@
 #include "report/nodeset.h"
 #include "report/occurrences.h"
 #include "report/refusals.h"
+#include "report/reportplace.h"
+#include "report/validoutput.h"
 #include "report/walkeddocument.h"
 #include "schema/schematables.h"
 
@@ -42,6 +44,12 @@ public:
     /// the receiver takes such a node, copies may then stand bare in it. To be called before Parse().
     void SetUnwatched() { m_oWalked.SetWatched(false); }
 
+    /// Announces all elements and drops none on the way; what has no value goes, or is named, behind the last one. The
+    /// template bears the marks of the declarations. To be called before Parse().
+    void SetValidOutput(std::shared_ptr<const Declarations> declarations);
+    /// Null unless valid output is made.
+    ValidOutput *GetValidOutput() { return m_pValidOutput.get(); }
+
     /// True from before the DocBeginEvent until after the DocEndEvent.
     bool IsWalking() const { return m_bWalking; }
 
@@ -62,6 +70,9 @@ public:
     /// still go on from inside. False if the node has no parent.
     bool Remove(const QDomNode &node);
 
+    /// Where the current element stands; `attribute` is the one in hand, or empty.
+    ReportPlace GetPlace(const QString &attribute) { return m_oRefusals.PlaceOf(*m_pCurrentElement, attribute); }
+
     /// The document as it is walked. The setters bracket their changes of it by its OwnChange.
     WalkedDocument &GetWalked() { return m_oWalked; }
 
@@ -77,6 +88,9 @@ public:
 
     /// True for an element that was multiplied and for each of its copies.
     bool IsMultiplied(const QDomElement &element) const { return m_oMultiplied.Contains(element); }
+
+    /// True where it is asked for the current element the first time.
+    bool ServeOnce() { return m_oServed.Insert(*m_pCurrentElement); }
 
     /// Brings all attributes that were kept out of the document into it: from now on it is what the template says.
     void CompleteDocument();
@@ -116,6 +130,7 @@ private:
 
     void SetCurrent(const QDomNode &node, AttributeModel::Pointer model);
     void TellMissing();
+    void FinishValidOutput();
     void SendElemBegin(const QDomNode &node, const QString &text);
     void Error(ITagwright::ErrorID id) { SendEvent<ErrorEvent>(m_pCallback, id); }
 
@@ -141,7 +156,9 @@ private:
     std::size_t m_iPendingLevel = 0; // where m_pPendingElement is a child
     CurrentAttributes m_oAttributes;
     NodeSet m_oMultiplied;
-    Refusals m_oRefusals;
+    NodeSet m_oServed; // of which somebody has asked ServeOnce()
+    Refusals m_oRefusals { m_oWalked };
+    std::unique_ptr<ValidOutput> m_pValidOutput;
     QDomNode m_oResumeNode;
     ChoiceKeys m_hChoiceKeys;
     OccurrenceLookup m_oOccurrences;

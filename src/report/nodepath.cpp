@@ -15,20 +15,36 @@ bool CountOn(const QDomElement &from, const QDomElement &element, int &position)
     return false;
 }
 
+QString StepText(const NodePath::Step &step)
+{
+    const QString name = step.m_oElement.tagName();
+    const bool isOut = step.m_oElement.parentNode().isNull();
+    const bool isOnly = isOut || (step.m_iPosition == 1 && step.m_oElement.nextSiblingElement(name).isNull());
+    return isOnly ? name : QStringLiteral("%1[%2]").arg(name, QString::number(step.m_iPosition));
+}
+
 } // namespace
 
 QString NodePath::Of(const QDomElement &element)
 {
-    std::vector<QDomElement> line;
-    for (QDomElement step = element; !step.isNull(); step = step.parentNode().toElement()) {
-        line.insert(line.begin(), step);
-    }
-    m_lSteps.resize(line.size());
     QString path;
-    for (std::size_t depth = 0; depth < line.size(); ++depth) {
-        path += QLatin1Char('/') + StepText(line[depth], depth);
+    for (const Step &step : StepsTo(element)) {
+        path += QLatin1Char('/') + StepText(step);
     }
     return path;
+}
+
+const std::vector<NodePath::Step> &NodePath::StepsTo(const QDomElement &element)
+{
+    std::size_t depth = 0;
+    for (QDomElement step = element; !step.isNull(); step = step.parentNode().toElement()) {
+        ++depth;
+    }
+    m_lSteps.resize(depth);
+    for (QDomElement step = element; !step.isNull(); step = step.parentNode().toElement()) {
+        TakeStep(step, --depth);
+    }
+    return m_lSteps;
 }
 
 // The next element of that name moves up to the position.
@@ -41,13 +57,17 @@ void NodePath::LeaveOut(const QDomNode &node)
     }
 }
 
-QString NodePath::StepText(const QDomElement &element, std::size_t depth)
+void NodePath::TakeStep(const QDomElement &element, std::size_t depth)
 {
-    QString name = element.tagName();
-    if (element.parentNode().isNull()) {
-        return name; // taken out: Qt may leave its siblings dangling
-    }
     Step &last = m_lSteps[depth];
+    if (last.m_oElement == element) {
+        return;
+    }
+    if (element.parentNode().isNull()) {
+        last = { element, 1 }; // taken out: Qt may leave its siblings dangling
+        return;
+    }
+    const QString name = element.tagName();
     int position = last.m_iPosition;
     const bool goesOn = last.m_oElement.tagName() == name && last.m_oElement.parentNode() == element.parentNode();
     if (!goesOn || !CountOn(last.m_oElement, element, position)) {
@@ -55,6 +75,4 @@ QString NodePath::StepText(const QDomElement &element, std::size_t depth)
         CountOn(element.parentNode().firstChildElement(name), element, position);
     }
     last = { element, position };
-    const bool isOnly = position == 1 && element.nextSiblingElement(name).isNull();
-    return isOnly ? name : QStringLiteral("%1[%2]").arg(name, QString::number(position));
 }

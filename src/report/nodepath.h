@@ -11,19 +11,22 @@
 class NodePath
 {
 public:
-    QString Of(const QDomElement &element);
-
-    /// To be told before an element is taken out of its parent.
-    void LeaveOut(const QDomNode &node);
-
-private:
+    /// An element of the way, and which one of its name it is among its siblings, from 1.
     struct Step
     {
         QDomElement m_oElement;
         int m_iPosition = 0;
     };
 
-    QString StepText(const QDomElement &element, std::size_t depth);
+    QString Of(const QDomElement &element);
+    /// The way from the root down to the element.
+    const std::vector<Step> &StepsTo(const QDomElement &element);
 
-    std::vector<Step> m_lSteps; // from the root down, of the latest path
+    /// To be told before an element is taken out of its parent.
+    void LeaveOut(const QDomNode &node);
+
+private:
+    void TakeStep(const QDomElement &element, std::size_t depth);
+
+    std::vector<Step> m_lSteps; // of the latest path
 };

@@ -21,7 +21,8 @@ public:
 class NodeSet
 {
 public:
-    void Insert(const QDomNode &node) { m_hNodes.emplace(NodeIdentity(node).Get(), node); }
+    /// False if it was there already.
+    bool Insert(const QDomNode &node) { return m_hNodes.emplace(NodeIdentity(node).Get(), node).second; }
 
     bool Contains(const QDomNode &node) const { return m_hNodes.count(NodeIdentity(node).Get()) != 0; }
 

@@ -1,7 +1,6 @@
 #include "report/refusals.h"
 
 #include "events/itagwright.h"
-#include "host/trace.h"
 
 #include <algorithm>
 
@@ -12,7 +11,36 @@ QString Unit()
     return QStringLiteral("xmlcreatereport");
 }
 
+QString AttributeStep(const QString &attribute)
+{
+    return attribute.isEmpty() ? attribute : QLatin1String("/@") + attribute;
+}
+
 } // namespace
+
+ReportPlace Refusals::PlaceOf(const QDomElement &element, const QString &attribute)
+{
+    QVector<ReportPlace::Step> steps;
+    for (const NodePath::Step &step : m_oPath.StepsTo(element)) {
+        const QString name = step.m_oElement.tagName();
+        steps.append({ name, step.m_iPosition - 1 + m_oWalked.CountGone(step.m_oElement.parentNode(), name) });
+    }
+    return ReportPlace(steps, attribute);
+}
+
+void Refusals::AddToOutcome(const QDomElement &element, const Target &target)
+{
+    if (m_pOutcome != nullptr) {
+        const QString place = PlaceOf(element, target.m_sAttribute).GetText();
+        m_pOutcome->AddRefused({ place, target.m_sValue, target.m_sReason, target.m_iError });
+    }
+}
+
+void Refusals::Reset()
+{
+    Clear();
+    ForgetPath();
+}
 
 // Keep the first refusal, that of the form in which the receiver had the value; a broken facet replaces a wrong type,
 // since it says more.
@@ -40,27 +68,46 @@ void Refusals::Tell(const QDomElement &element)
             continue;
         }
         target.m_bTold = true;
+        AddToOutcome(element, target);
         trace::Write(Unit(), __LINE__, [&] { return Sentence(target, element); });
     }
 }
 
 QString Refusals::Sentence(const Target &target, const QDomElement &element)
 {
-    const QString place = target.m_sAttribute.isEmpty() ? QString() : QLatin1String("/@") + target.m_sAttribute;
+    const QString place = AttributeStep(target.m_sAttribute);
     return QStringLiteral("%1%2: the value \"%3\" was not written: %4 (error %5).")
         .arg(m_oPath.Of(element), place, target.m_sValue, target.m_sReason, QString::number(target.m_iError));
 }
 
-void Refusals::TellMissing(const QDomElement &element, int error)
+void Refusals::TellMissing(const QDomElement &element, const QString &attribute, int error)
 {
+    if (m_pOutcome != nullptr) {
+        m_pOutcome->AddMissing(PlaceOf(element, attribute).GetText());
+    }
     trace::Write(Unit(), __LINE__, [&] {
-        return QStringLiteral("%1 stays without a value, though it may not be left out (error %2).")
-            .arg(m_oPath.Of(element), QString::number(error));
+        return QStringLiteral("%1%2 stays without a value, though it may not be left out (error %3).")
+            .arg(m_oPath.Of(element), AttributeStep(attribute), QString::number(error));
     });
+}
+
+void Refusals::TellExcluded(const QDomElement &element, int error)
+{
+    Target target;
+    target.m_sValue = element.text();
+    target.m_sReason = QStringLiteral("another alternative of the choice has one");
+    target.m_iError = error;
+    AddToOutcome(element, target);
+    trace::Write(Unit(), __LINE__, [&] { return Sentence(target, element); });
 }
 
 void Refusals::TellCount(const QDomElement &element, int count, int error)
 {
+    Target target;
+    target.m_sValue = QString::number(count);
+    target.m_sReason = QStringLiteral("it may not stand that often here");
+    target.m_iError = error;
+    AddToOutcome(element, target);
     trace::Write(Unit(), __LINE__, [&] {
         return QStringLiteral("%1 may not stand %2 times here (error %3).")
             .arg(m_oPath.Of(element), QString::number(count), QString::number(error));

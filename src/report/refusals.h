@@ -1,18 +1,36 @@
 #pragma once
 
+#include "host/trace.h"
 #include "report/nodepath.h"
+#include "report/reportoutcome.h"
+#include "report/reportplace.h"
+#include "report/walkeddocument.h"
 
 #include <QDomElement>
 #include <QString>
 
 #include <vector>
 
-/// Collects, while tracing is on, which values of the current element were refused and why, and traces those that were
-/// not written in another form either. A receiver tries a value in several forms, and stamps the same attribute again
-/// at each item, so that a single refusal says little.
+/// Collects, while tracing is on or an outcome asks for it, which values of the current element were refused and why,
+/// and tells of those that were not written in another form either. A receiver tries a value in several forms, and
+/// stamps the same attribute again at each item, so that a single refusal says little.
 class Refusals
 {
 public:
+    explicit Refusals(WalkedDocument &walked)
+        : m_oWalked(walked)
+    {
+    }
+    Q_DISABLE_COPY(Refusals)
+
+    /// What names them as well; not owned, null for none.
+    void SetOutcome(ReportOutcome *pOutcome) { m_pOutcome = pOutcome; }
+    /// Whether anybody wants the sentences.
+    bool IsAsked() const { return m_pOutcome != nullptr || trace::IsOn(); }
+
+    /// Where an element of the walked document stands; `attribute` is empty for the element itself.
+    ReportPlace PlaceOf(const QDomElement &element, const QString &attribute);
+
     /// `attribute` is empty for the element's own value. `reason` completes "the value was not written: ".
     void Note(const QString &attribute, const QString &value, const QString &reason, int error);
 
@@ -22,10 +40,13 @@ public:
     /// Traces the refusals that no value has made good. To be called when the receiver is done with `element`.
     void Tell(const QDomElement &element);
 
-    /// Traces that `element` stays without a value though it needs one.
-    void TellMissing(const QDomElement &element, int error);
+    /// Tells that `element`, or its attribute if one is named, stays without a value though it needs one.
+    void TellMissing(const QDomElement &element, const QString &attribute, int error);
 
-    /// Traces that the schema doesn't let `element` stand `count` times.
+    /// Tells that `element` goes with its value, as another alternative of a choice has one.
+    void TellExcluded(const QDomElement &element, int error);
+
+    /// Tells that the schema doesn't let `element` stand `count` times.
     void TellCount(const QDomElement &element, int count, int error);
 
     /// True if a value of the element itself was refused, and none written.
@@ -33,6 +54,8 @@ public:
 
     /// Another element comes.
     void Clear() { m_lTargets.clear(); }
+    /// The walk has ended.
+    void Reset();
 
     /// To be told before an element is taken out of its parent.
     void LeaveOut(const QDomNode &node) { m_oPath.LeaveOut(node); }
@@ -52,7 +75,10 @@ private:
 
     Target &GetTarget(const QString &attribute);
     QString Sentence(const Target &target, const QDomElement &element);
+    void AddToOutcome(const QDomElement &element, const Target &target);
 
     std::vector<Target> m_lTargets;
     NodePath m_oPath;
+    WalkedDocument &m_oWalked;
+    ReportOutcome *m_pOutcome = nullptr; // not owned
 };

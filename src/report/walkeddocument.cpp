@@ -1,6 +1,7 @@
 #include "report/walkeddocument.h"
 
 #include "dom/nodesearch.h"
+#include "report/nodeset.h"
 
 namespace {
 
@@ -20,7 +21,9 @@ void WalkedDocument::SetDocument(const QDomDocument &document)
     m_oProbe.Disarm();
     m_oTop = Top();
     m_hFirst.clear();
-    m_lRemoved.clear();
+    m_hGone.clear();
+    m_iCounted = 0;
+    m_lGone.clear();
 }
 
 const WalkedDocument::Top &WalkedDocument::GetTop()
@@ -58,8 +61,18 @@ bool WalkedDocument::Remove(QDomNode node)
         m_oTop = Top();
         m_hFirst.clear();
     }
-    m_lRemoved.push_back(node);
+    m_lGone.push_back({ node, parent });
     return !parent.removeChild(node).isNull();
+}
+
+int WalkedDocument::CountGone(const QDomNode &parent, const QString &name)
+{
+    for (; m_iCounted < m_lGone.size(); ++m_iCounted) {
+        const Gone &gone = m_lGone[m_iCounted];
+        m_hGone[NodeIdentity(gone.m_oParent).Get()][gone.m_oNode.nodeName()] += gone.m_iCount;
+    }
+    const auto found = m_hGone.find(NodeIdentity(parent).Get());
+    return found == m_hGone.end() ? 0 : found->second.value(name);
 }
 
 void WalkedDocument::ForgetIfChanged()

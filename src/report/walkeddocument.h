@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QString>
 
+#include <unordered_map>
 #include <vector>
 
 /// The document while it is walked: who can see it, what was taken out of it, and the first element of each name.
@@ -59,6 +60,11 @@ public:
     /// Takes `node` out of its parent. The node and all below it stay alive until SetDocument(). False if it has no
     /// parent.
     bool Remove(QDomNode node);
+    /// Says that the walk passes over `node`, which stays where it is.
+    void PassOver(const QDomNode &node) { m_lGone.push_back({ node, node.parentNode(), -1 }); }
+    /// How many children of `parent` that were called `name` have been announced and aren't there any more; those that
+    /// are there and were passed over count against them.
+    int CountGone(const QDomNode &parent, const QString &name);
 
 private:
     void ForgetIfChanged();
@@ -69,5 +75,14 @@ private:
     ChangeProbe m_oProbe;
     Top m_oTop;
     QHash<QString, QDomNode> m_hFirst; // null for a name that no element bears
-    std::vector<QDomNode> m_lRemoved;
+    // What was taken out, which stays alive here, or passed over.
+    struct Gone
+    {
+        QDomNode m_oNode;
+        QDomNode m_oParent;
+        int m_iCount = 1;
+    };
+    std::vector<Gone> m_lGone;
+    std::size_t m_iCounted = 0; // how many of them are in m_hGone, which is made up when somebody asks
+    std::unordered_map<const void *, QHash<QString, int>> m_hGone; // by parent and name
 };

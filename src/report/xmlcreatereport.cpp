@@ -6,6 +6,7 @@
 #include "events/eventsender.h"
 #include "host/trace.h"
 #include "report/domparser.h"
+#include "report/reportfate.h"
 #include "schema/xmlschemahandler.h"
 
 #include <QDir>
@@ -13,6 +14,8 @@
 #include <QDomElement>
 #include <QFile>
 #include <QScopeGuard>
+
+#include <utility>
 
 namespace {
 
@@ -35,6 +38,7 @@ QString ToNativePath(const QString &path)
 } // namespace
 
 XmlCreateReport::XmlCreateReport(ITagwright *pCallback)
+    : m_pFate(std::make_shared<ReportFate>())
 {
     if (trace::CheckCallback(pCallback, "XmlCreateReport", Unit(), __LINE__)) {
         m_pCallback = pCallback;
@@ -61,8 +65,12 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
     if (m_pCallback == nullptr || m_pSchemaHandler != nullptr) {
         return false;
     }
+    m_pFate->GetOutcome().SetPath(ToNativePath(reportPath));
     m_pSchemaHandler = std::make_unique<XmlSchemaHandler>(m_pCallback, normalisedPath);
     m_pSchemaHandler->SetRootMoves();
+    if (m_bValidOutput) {
+        m_pDeclarations = m_pSchemaHandler->CollectDeclarations();
+    }
     const bool isParsed = ParseSchema(schemaPath);
     // From here on nothing depends on the result: a report that could not be made is still a file, an empty one.
     m_pDocument = m_pSchemaHandler->GetDocument();
@@ -74,6 +82,7 @@ bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath
     } else {
         // Whether there is a file is no part of the result.
         SaveReport(reportPath);
+        m_pFate->Settle();
     }
     return isParsed;
 }
@@ -87,26 +96,25 @@ bool XmlCreateReport::ParseSchema(const QString &schemaPath)
     const bool isParsed = m_pReader->ReadFile(path);
     const QString refusal = m_pReader->GetRefusal();
     m_pReader.reset();
-    if (refusal.isEmpty()) {
-        TraceEmptyTemplate(path, isParsed);
-    } else {
-        trace::Write(Unit(), __LINE__, [&] { return QLatin1String("The schema can't be read: ") + refusal; });
+    const QString error = refusal.isEmpty() ? ExplainEmptyTemplate(path, isParsed)
+                                            : QLatin1String("The schema can't be read: ") + refusal;
+    if (!error.isEmpty()) {
+        m_pFate->GetOutcome().SetSchemaError(error);
+        trace::Write(Unit(), __LINE__, [&error] { return error; });
     }
     return isParsed;
 }
 
-void XmlCreateReport::TraceEmptyTemplate(const QString &path, bool isParsed)
+// Empty for a template with a root.
+QString XmlCreateReport::ExplainEmptyTemplate(const QString &path, bool isParsed) const
 {
     if (isParsed && !m_pSchemaHandler->GetDocument()->documentElement().isNull()) {
-        return;
+        return QString();
     }
-    trace::Write(Unit(), __LINE__, [&path, isParsed] {
-        return QLatin1String("The schema \"") + path
-            + (isParsed
-                   ? QLatin1String("\" declares no element that could be a root (only tags with the prefix \"xs:\" "
-                                   "count); its report stays empty.")
-                   : QLatin1String("\" is not well-formed or could not be resolved; its report stays empty."));
-    });
+    return QLatin1String("The schema \"") + path
+        + (isParsed ? QLatin1String("\" declares no element that could be a root (only tags with the prefix \"xs:\" "
+                                    "count); its report stays empty.")
+                    : QLatin1String("\" is not well-formed or could not be resolved; its report stays empty."));
 }
 
 void XmlCreateReport::WalkTemplate()
@@ -115,6 +123,12 @@ void XmlCreateReport::WalkTemplate()
     m_pDomParser->SetDocument(m_pDocument);
     // The document is the schema handler's and ours; a receiver gets at it through the events alone.
     m_pDomParser->SetUnwatched();
+    if (m_pDeclarations != nullptr) {
+        m_pDomParser->SetValidOutput(m_pDeclarations);
+    }
+    if (m_bCollectOutcome || m_bValidOutput) {
+        m_pDomParser->GetRefusals().SetOutcome(&m_pFate->GetOutcome());
+    }
     // Runs also if a receiver throws.
     const auto letGo = qScopeGuard([this] {
         m_pCurrentElement = nullptr;
@@ -134,6 +148,7 @@ void XmlCreateReport::SaveReport(const QString &reportPath)
 {
     const QString path = ToNativePath(reportPath);
     const dom::SaveResult result = dom::SaveDocument(*m_pDocument, path);
+    m_pFate->SetResult(result.m_sFailure);
     if (!result.m_sFailure.isEmpty()) {
         trace::Write(Unit(), __LINE__, [&] {
             return QLatin1String("The report \"") + path + QLatin1String("\" could not be saved: ") + result.m_sFailure;
@@ -154,6 +169,7 @@ void XmlCreateReport::ShowCommentDialog(const QString &reportPath)
     m_pDialogDocument = std::make_unique<QDomDocument>(*m_pDocument);
     dialog->SetDocument(m_pDialogDocument.get());
     dialog->SetFileName(ToNativePath(reportPath));
+    dialog->SetFate(m_pFate);
     dialog->ShowData();
 }
 
@@ -166,6 +182,38 @@ std::list<QDialog *> XmlCreateReport::GetCommentDialogs() const
         }
     }
     return dialogs;
+}
+
+void XmlCreateReport::SetValidOutput(bool on)
+{
+    m_bValidOutput = on;
+}
+
+void XmlCreateReport::SetFateHandler(std::function<void(const ReportOutcome &)> handler)
+{
+    m_pFate->SetHandler(std::move(handler));
+}
+
+void XmlCreateReport::KeepCurrentElement()
+{
+    if (FetchCurrentElement("KeepCurrentElement") && m_pDomParser->GetValidOutput() != nullptr) {
+        m_pDomParser->GetValidOutput()->Keep(*m_pCurrentElement);
+    }
+}
+
+bool XmlCreateReport::ServeOnce()
+{
+    return FetchCurrentElement("ServeOnce") && HasCurrentElement() && m_pDomParser->ServeOnce();
+}
+
+ReportPlace XmlCreateReport::GetPlace(const QString &attribute) const
+{
+    return m_pDomParser == nullptr || !m_pDomParser->IsWalking() ? ReportPlace() : m_pDomParser->GetPlace(attribute);
+}
+
+ReportOutcome XmlCreateReport::GetOutcome() const
+{
+    return m_pFate->GetOutcome();
 }
 
 void XmlCreateReport::Error(int id)

@@ -3,22 +3,27 @@
 #include "tagwright_export.h"
 
 #include "events/itagwright.h"
+#include "report/reportoutcome.h"
+#include "report/reportplace.h"
 #include "schema/schematables.h"
 
 #include <QDateTime>
 #include <QString>
 #include <QTime>
 
+#include <functional>
 #include <list>
 #include <memory>
 #include <type_traits>
 
 class CommentDialogImpl;
 class CurrentAttributes;
+class Declarations;
 class DomParser;
 class QDialog;
 class QDomDocument;
 class QDomElement;
+class ReportFate;
 class XmlSchemaHandler;
 struct GivenValue;
 
@@ -46,6 +51,25 @@ public:
     /// Ends the comment dialogs that are still open, unsaved, and then the document.
     ~XmlCreateReport();
     Q_DISABLE_COPY(XmlCreateReport)
+
+    /// For a report that is valid where its schema lies in the documented subset and its values fit; off by default. To
+    /// be called before the run. With it each element is announced, whatever has a value, and a last pass before the
+    /// saving takes out what got none: optional elements and containers, unused alternatives, attributes, all that the
+    /// template says of types and facets. Mandatory elements, and attributes with a default, take the default; what the
+    /// schema requires and nobody gave is named by GetOutcome(), each element by an error 16 at the end as well. How
+    /// often an element may stand, and what a value is held against, is what its own declaration says; of the elements
+    /// that a minOccurs above 1 puts side by side, one can be multiplied.
+    void SetValidOutput(bool on);
+
+    /// Has the outcome name the values that were refused and what is missing, as valid output always does; off by
+    /// default, since the sentences cost time. To be called before the run.
+    void SetCollectOutcome(bool on) { m_bCollectOutcome = on; }
+
+    /// `handler` is called once, when it is known what became of the report: before CreateXmlFromSchema() returns
+    /// without a dialog, with one when the dialog ends, be it by this object's or the application's end. It may be
+    /// called on the stack of this object's or the dialog's destructor, must not throw, and may destroy this object
+    /// unless the run is still on the stack. To be set before the run.
+    void SetFateHandler(std::function<void(const ReportOutcome &)> handler);
 
     /// Runs the report. `schemaPath` is the XSD file, `reportPath` the file to write, both complete paths; "\" may
     /// stand for "/" in both. With `showCommentDialog` the saving is left to a dialog, which is open when the call
@@ -109,10 +133,27 @@ public:
     /// sibling, which is not announced. Raises -1 where it is no alternative or the last one that is left.
     void DiscardChoiceItem();
 
+    /// Says that the current element is there although it has no value, as a container that stands for itself. Counts
+    /// as a value for what valid output leaves in the report; does nothing without it, or without a current element.
+    void KeepCurrentElement();
+
+    /// True where it is called for the current element the first time, false when that is announced again or there is
+    /// none: for a receiver that must do something once for each element.
+    bool ServeOnce();
+
+    /// Where the current element stands, or the owner of the attribute `attribute` of it; no place without a current
+    /// element. Ordinals count the elements that were announced, each once, whatever has been dropped meanwhile.
+    ReportPlace GetPlace(const QString &attribute = QString()) const;
+
+    /// What became of the report, as far as it is known: the schema and the path from the run on, the file behind it or
+    /// behind the end of the dialog. Refused values and missing elements are only named with SetCollectOutcome() or
+    /// SetValidOutput().
+    ReportOutcome GetOutcome() const;
+
 private:
     // The run.
     bool ParseSchema(const QString &schemaPath);
-    void TraceEmptyTemplate(const QString &path, bool isParsed);
+    QString ExplainEmptyTemplate(const QString &path, bool isParsed) const;
     void WalkTemplate();
     void SetSchemaAttributes(const QString &normalisedPath);
     void SaveReport(const QString &reportPath);
@@ -131,13 +172,20 @@ private:
     QString TypeControl(QString expectedType);
     void RefuseType(const GivenValue &given, const QString &attribute);
     void RefuseValue(const GivenValue &given, const QString &attribute, const QString &reason);
-    void WriteValue(const GivenValue &given, const QString &attribute);
+    void WriteValue(GivenValue given, const QString &attribute);
+    QString CheckValue(GivenValue &given, const QString &attribute, QStringList &used);
     void CreateAndAppendTextNode(QString text);
 
     // Occurrences.
+    bool IsAskedAgain(const QString &name);
+    bool CheckOccurs(const QString &name, int maxOccurs);
     bool CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element);
-    bool MayBeDiscarded(const QString &tagName) const;
+    bool MayBeDiscarded() const;
 
+    bool m_bValidOutput = false;
+    std::shared_ptr<const Declarations> m_pDeclarations; // with valid output
+    bool m_bCollectOutcome = false;
+    std::shared_ptr<ReportFate> m_pFate; // shared with the dialog, which may tell it when this object ends
     std::unique_ptr<dom::GuardedReader> m_pReader;
     std::unique_ptr<XmlSchemaHandler> m_pSchemaHandler;
     ITagwright *m_pCallback = nullptr; // not owned

@@ -22,15 +22,14 @@ bool KeyAllows(int key, int maxOccurs)
 
 void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
 {
-    if (!FetchCurrentElement("SetElementMaxOccurs") || name == m_sLastOccursName) {
+    if (!FetchCurrentElement("SetElementMaxOccurs") || IsAskedAgain(name)) {
         return;
     }
-    m_sLastOccursName = name;
     // Where repeated elements nest, the inner name is the last one when the outer element's copies come.
     if (m_pDomParser->IsMultiplied(*m_pCurrentElement)) {
         return;
     }
-    if (!CheckOccursMap(name, m_pCurrentElement->tagName(), maxOccurs, m_pCurrentElement)) {
+    if (!CheckOccurs(name, maxOccurs)) {
         m_pDomParser->GetRefusals().TellCount(*m_pCurrentElement, maxOccurs,
                                               ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
@@ -38,6 +37,30 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
     }
     m_pDomParser->Multiply(maxOccurs);
     m_pDomParser->SetNodeToContinue(m_pCurrentElement, true);
+}
+
+// A receiver calls at each announcement: only the first call for an element counts.
+bool XmlCreateReport::IsAskedAgain(const QString &name)
+{
+    ValidOutput *pValid = m_pDomParser->GetValidOutput();
+    if (pValid != nullptr) {
+        const ValidOutput::Element *pDeclared = pValid->Find(m_pDomParser->GetAttributes());
+        return pDeclared != nullptr && pValid->IsAskedAgain(*pDeclared, m_pCurrentElement->parentNode());
+    }
+    const bool isAgain = name == m_sLastOccursName;
+    m_sLastOccursName = name;
+    return isAgain;
+}
+
+bool XmlCreateReport::CheckOccurs(const QString &name, int maxOccurs)
+{
+    ValidOutput *pValid = m_pDomParser->GetValidOutput();
+    if (pValid == nullptr) {
+        return CheckOccursMap(name, m_pCurrentElement->tagName(), maxOccurs, m_pCurrentElement);
+    }
+    const ValidOutput::Element *pDeclared = pValid->Find(m_pDomParser->GetAttributes());
+    return pDeclared != nullptr && name == m_pCurrentElement->tagName()
+        && ValidOutput::MayRepeat(*pDeclared, maxOccurs);
 }
 
 bool XmlCreateReport::CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element)
@@ -55,7 +78,7 @@ void XmlCreateReport::DiscardChoiceItem()
     if (!FetchCurrentElement("DiscardChoiceItem")) {
         return;
     }
-    if (!MayBeDiscarded(m_pCurrentElement->tagName())) {
+    if (!MayBeDiscarded()) {
         Error(ITagwright::GENERAL_ERROR);
         return;
     }
@@ -64,8 +87,12 @@ void XmlCreateReport::DiscardChoiceItem()
     const QDomElement discarded = *m_pCurrentElement;
     m_pDiscardSuccessor = std::make_unique<QDomElement>(dom::NextSibling(discarded).toElement());
     m_pCurrentElement = m_pDiscardSuccessor.get();
+    const bool isAnnounced = m_pDomParser->GetValidOutput() != nullptr;
+    if (!isAnnounced) {
+        m_pDomParser->GetWalked().PassOver(*m_pDiscardSuccessor);
+    }
     const bool isRemoved = m_pDomParser->Remove(discarded);
-    m_pDomParser->SetNodeToContinue(m_pCurrentElement, false);
+    m_pDomParser->SetNodeToContinue(m_pCurrentElement, isAnnounced);
     if (isRemoved) {
         ++m_iDiscardedItems;
     } else {
@@ -75,8 +102,13 @@ void XmlCreateReport::DiscardChoiceItem()
 
 // One alternative has to remain. With more places in front of this one than were given up, one of those does; else
 // another has to stand behind it.
-bool XmlCreateReport::MayBeDiscarded(const QString &tagName) const
+bool XmlCreateReport::MayBeDiscarded() const
 {
+    if (ValidOutput *pValid = m_pDomParser->GetValidOutput()) {
+        const ValidOutput::Element *pDeclared = pValid->Find(m_pDomParser->GetAttributes());
+        return pDeclared != nullptr && pValid->MayBeDiscarded(*pDeclared, *m_pCurrentElement);
+    }
+    const QString tagName = m_pCurrentElement->tagName();
     const ChoiceKeys &keys = m_pDomParser->GetChoiceKeys();
     const auto key = keys.constFind(tagName);
     if (tagName.isEmpty() || key == keys.constEnd()) {

@@ -201,7 +201,7 @@ void XmlCreateReport::RefuseType(const GivenValue &given, const QString &attribu
     const QString type = GetAttributes().GetValue(isElement ? TypeName() : attribute);
     // An element that has its value and is announced once more has no type any more, but misses nothing.
     const bool hasValue = isElement && type.isEmpty() && m_pCurrentElement->firstChild().isText();
-    if (trace::IsOn() && !hasValue) {
+    if (m_pDomParser->GetRefusals().IsAsked() && !hasValue) {
         const QString reason = type.isEmpty()
             ? QStringLiteral("there is no type here")
             : QStringLiteral("the type \"%1\" takes no %2")
@@ -213,24 +213,39 @@ void XmlCreateReport::RefuseType(const GivenValue &given, const QString &attribu
 
 void XmlCreateReport::RefuseValue(const GivenValue &given, const QString &attribute, const QString &reason)
 {
-    if (trace::IsOn()) {
+    if (m_pDomParser->GetRefusals().IsAsked()) {
         m_pDomParser->GetRefusals().Note(attribute, given.m_sText, reason, ITagwright::CURRENT_VALUE_IS_NOT_VALID);
     }
     Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
 }
 
-void XmlCreateReport::WriteValue(const GivenValue &given, const QString &attribute)
+// The facets that served the check go with it; in valid output all of them go in the end.
+QString XmlCreateReport::CheckValue(GivenValue &given, const QString &attribute, QStringList &used)
 {
+    ValidOutput *pValid = m_pDomParser->GetValidOutput();
+    const ValidOutput::Element *pDeclared = pValid == nullptr ? nullptr : pValid->Find(GetAttributes());
+    if (pDeclared != nullptr) {
+        const bool isDouble = &given.m_oKind == &kDouble;
+        return pValid->Refuse(*pDeclared, attribute, given.m_sText, isDouble ? &given.m_dNumber : nullptr);
+    }
     const facets::Verdict verdict =
         facets::Check(given.m_oKind.m_eFacets, given.m_sText, given.m_dNumber, GetAttributes().GetAll(), attribute);
-    if (!verdict.m_sRefusal.isEmpty()) {
-        RefuseValue(given, attribute, verdict.m_sRefusal);
+    used = verdict.m_lUsed;
+    return verdict.m_sRefusal;
+}
+
+void XmlCreateReport::WriteValue(GivenValue given, const QString &attribute)
+{
+    QStringList usedFacets;
+    const QString refusal = CheckValue(given, attribute, usedFacets);
+    if (!refusal.isEmpty()) {
+        RefuseValue(given, attribute, refusal);
         return;
     }
-    if (trace::IsOn()) {
+    if (m_pDomParser->GetRefusals().IsAsked()) {
         m_pDomParser->GetRefusals().Written(attribute);
     }
-    for (const QString &used : verdict.m_lUsed) {
+    for (const QString &used : usedFacets) {
         GetAttributes().Remove(used);
     }
     if (attribute.isEmpty()) {
@@ -239,6 +254,9 @@ void XmlCreateReport::WriteValue(const GivenValue &given, const QString &attribu
     } else {
         // The value takes the place of the type. The element itself still counts as one without a value.
         const WalkedDocument::OwnChange change(m_pDomParser->GetWalked());
+        if (m_pDomParser->GetValidOutput() != nullptr && GetAttributes().GetValue(attribute) == given.m_sText) {
+            ValidOutput::NoteGiven(GetAttributes(), attribute);
+        }
         GetAttributes().Set(attribute, given.m_sText);
     }
 }

@@ -170,6 +170,9 @@ void ReferenceResolver::Apply(const MissingElement &record, int times)
         m_oRun.m_oMaker.CopyAttributes(*m_pSource, *record.m_pParent, TemplateMaker::Existing::Keep);
     } else if (hasParent && record.m_bAttribute) {
         m_oRun.m_oMaker.SetSchemaAttribute(*m_pSource, *record.m_pParent);
+        if (m_oRun.m_pDeclarations != nullptr) {
+            m_oRun.m_pDeclarations->MarkReference(*m_pSource, *record.m_pParent, record.m_iNote);
+        }
     } else if (isPlace) {
         InsertContent(record, times);
         record.m_pParent->parentNode().removeChild(*record.m_pParent);
@@ -201,6 +204,9 @@ void ReferenceResolver::InsertContent(const MissingElement &record, int times)
         if (!clone.hasChildNodes()) {
             // An empty declaration never reaches a limit: don't loop over its copies.
             return;
+        }
+        if (m_oRun.m_pDeclarations != nullptr && record.m_iNote >= 0) {
+            m_oRun.m_pDeclarations->MarkParticle(clone.firstChildElement(), record.m_iNote);
         }
         if (isPlace) {
             parent.parentNode().insertBefore(clone, parent);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "schema/declarations.h"
 #include "schema/openfiles.h"
 #include "schema/templatemaker.h"
 
 #include <deque>
+#include <memory>
 #include <set>
 
 /// Shared by the handlers of a run: the top one, which owns it, and those of its includes. It owns the documents,
@@ -38,6 +40,8 @@ private:
 public:
     TemplateMaker m_oMaker;
     OpenFiles m_oFiles;
+    /// Null unless they are asked for.
+    std::shared_ptr<Declarations> m_pDeclarations;
     /// Declarations that another file has replaced since the latest pass.
     std::set<QString> m_lReplaced;
 };

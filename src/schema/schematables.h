@@ -34,6 +34,8 @@ struct MissingElement
     bool m_bBase = false;
     /// A pass has applied the record; no later one may do so again.
     bool m_bApplied = false;
+    /// The reader's own: what it has noted of the reference itself; below 0 if nothing.
+    int m_iNote = -1;
 };
 
 /// Every named type and global declaration, by name.

@@ -2,12 +2,7 @@
 
 #include "dom/limits.h"
 
-#include <utility>
-#include <vector>
-
 namespace {
-
-using AttributeList = std::vector<std::pair<QString, QString>>;
 
 constexpr QLatin1String kPlaceholderName("dummy", 5);
 // Elements that a schema declares are made without a namespace.
@@ -23,9 +18,17 @@ int LevelOf(const QDomNode &node)
     return level;
 }
 
+// Of a schema attribute's facets only bounds and enumerations can be checked, so only these travel.
+bool IsChecked(const QString &facet)
+{
+    return facet.contains(QLatin1String("enumeration")) || facet.contains(QLatin1String("clusive"));
+}
+
+} // namespace
+
 // Qt finds an attribute by its index only by counting up to it: many are listed by removing the first of a copy, over
 // and over.
-AttributeList ListAttributes(const QDomNode &node)
+TemplateMaker::AttributeList TemplateMaker::ListAttributes(const QDomNode &node)
 {
     constexpr int kMany = 50;
     const bool areMany = node.attributes().count() > kMany;
@@ -45,14 +48,6 @@ AttributeList ListAttributes(const QDomNode &node)
     }
     return list;
 }
-
-// Of a schema attribute's facets only bounds and enumerations can be checked, so only these travel.
-bool IsChecked(const QString &facet)
-{
-    return facet.contains(QLatin1String("enumeration")) || facet.contains(QLatin1String("clusive"));
-}
-
-} // namespace
 
 QDomElement TemplateMaker::NewPlaceholder(QDomDocument &document)
 {

@@ -5,6 +5,9 @@
 #include <QDomElement>
 #include <QString>
 
+#include <utility>
+#include <vector>
+
 /// Makes the elements and attributes of a run and counts them, so that a small file can't ask for more than the host
 /// can bear: minOccurs multiplies, and types that hold others twice double at each level. Once a limit is broken
 /// nothing more is made.
@@ -42,6 +45,10 @@ public:
     bool IsExceeded() const;
     /// The limit that was broken, as a sentence; empty if none was.
     QString GetReason() const;
+
+    using AttributeList = std::vector<std::pair<QString, QString>>;
+    /// The attributes of a node, in no order.
+    static AttributeList ListAttributes(const QDomNode &node);
 
 private:
     bool Count(int level, int attributes);

@@ -18,12 +18,21 @@ void XmlSchemaHandler::ReadAttribute(const QXmlAttributes &atts)
     if (target.isNull()) {
         return;
     }
+    Declarations *pDeclarations = m_pRun->m_pDeclarations.get();
+    const int note = pDeclarations == nullptr ? -1 : pDeclarations->AddAttribute(local.Key(), local.m_sType, atts);
     if (!local.m_sName.isEmpty()) {
         m_pRun->m_oMaker.SetAttribute(target, local.m_sName, local.m_sType);
+        if (pDeclarations != nullptr) {
+            pDeclarations->MarkAttribute(target, note);
+        }
     } else if (const TypeEntry *entry = UseComplete(local.m_sRef)) {
         m_pRun->m_oMaker.SetSchemaAttribute(*entry->m_pFragment, target);
+        if (pDeclarations != nullptr) {
+            pDeclarations->MarkReference(*entry->m_pFragment, target, note);
+        }
     } else {
         WaitForAttributes(local.m_sRef, target, false);
+        m_pMissingElement->m_iNote = note;
     }
 }
 
@@ -31,11 +40,16 @@ void XmlSchemaHandler::ReadRestriction(const QXmlAttributes &atts)
 {
     m_bInRestriction = true;
     m_oRestriction.clear();
+    QString type;
     if (atts.count() == 0) {
         TracePassedOver();
     } else if (atts.qName(0) == QLatin1String("base")) {
         const QString base = atts.value(0);
-        SetType(RestrictionTarget(), HasPrefix(base) ? WithoutPrefix(base) : QString());
+        type = HasPrefix(base) ? WithoutPrefix(base) : QString();
+        SetType(RestrictionTarget(), type);
+    }
+    if (m_pRun->m_pDeclarations != nullptr) {
+        m_pRun->m_pDeclarations->OpenRule(RestrictionTarget(), type);
     }
 }
 
@@ -46,6 +60,9 @@ void XmlSchemaHandler::ReadFacet(const QXmlAttributes &atts)
         return;
     }
     QString name = HasPrefix(m_sTag) ? WithoutPrefix(m_sTag) : m_sTag;
+    if (m_pRun->m_pDeclarations != nullptr) {
+        m_pRun->m_pDeclarations->AddFacet(name, atts.value(0));
+    }
     if (name.contains(QLatin1String("enumeration"))) {
         name += QString::number(m_iEnumerationIndex);
         ++m_iEnumerationIndex;

@@ -39,6 +39,12 @@ void XmlSchemaHandler::SetRootMoves()
     m_bRootMoves = true;
 }
 
+std::shared_ptr<const Declarations> XmlSchemaHandler::CollectDeclarations()
+{
+    m_pRun->m_pDeclarations = std::make_shared<Declarations>();
+    return m_pRun->m_pDeclarations;
+}
+
 QDomDocument *XmlSchemaHandler::GetDocument()
 {
     return m_pDocument.get();
@@ -94,6 +100,9 @@ bool XmlSchemaHandler::startElement(const QString &, const QString &, const QStr
     if (!IsReading()) {
         return true;
     }
+    if (m_pRun->m_pDeclarations != nullptr) {
+        m_pRun->m_pDeclarations->StartTag(qName, atts);
+    }
     if (m_oOpenTags.IsPassingOver()) {
         m_oOpenTags.Push(OpenTags::Kind::PassedOver);
         return true;
@@ -114,6 +123,9 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
 {
     if (!IsReading()) {
         return true;
+    }
+    if (m_pRun->m_pDeclarations != nullptr) {
+        m_pRun->m_pDeclarations->EndTag();
     }
     const OpenTags::Kind kind = m_oOpenTags.Pop();
     if (kind == OpenTags::Kind::PassedOver) {
@@ -207,6 +219,9 @@ void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
     StartDeclaration(atts.value(0), false);
     m_pCurrentElement = m_pRun->Keep(m_pDocument->createElement(m_sGlobalName));
     m_pRun->m_oMaker.Append(*m_pFragment, *m_pCurrentElement);
+    if (m_pRun->m_pDeclarations != nullptr) {
+        m_pRun->m_pDeclarations->MarkDefault(*m_pCurrentElement, atts);
+    }
     for (int i = 0; i < atts.count(); ++i) {
         const QString name = atts.qName(i);
         if (name == QLatin1String("default")) {
@@ -256,7 +271,11 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     dom::GuardedReader reader;
     reader.setContentHandler(&nested);
     reader.setErrorHandler(&nested);
+    const std::size_t openTags = m_pRun->m_pDeclarations == nullptr ? 0 : m_pRun->m_pDeclarations->CountOpenTags();
     reader.ReadFile(path);
+    if (m_pRun->m_pDeclarations != nullptr) {
+        m_pRun->m_pDeclarations->EndTagsBeyond(openTags);
+    }
     m_MissingMap = std::move(nested.m_MissingMap);
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);
@@ -304,6 +323,9 @@ void XmlSchemaHandler::BuildTemplate()
         if (!TemplateMaker::IsPlaceholder(child)) {
             m_pDocument->appendChild(m_bRootMoves ? child : child.cloneNode(true));
         }
+    }
+    if (m_pRun->m_pDeclarations != nullptr) {
+        m_pRun->m_pDeclarations->Settle(*m_pDocument);
     }
 }
 

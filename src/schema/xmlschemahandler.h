@@ -41,6 +41,10 @@ public:
     /// in the tables is left with an empty fragment. To be called before the run.
     void SetRootMoves();
 
+    /// For an owner that wants to know what the schema says of each element of the template. To be called before the
+    /// run; complete behind one that has succeeded, by then the template bears the marks.
+    std::shared_ptr<const Declarations> CollectDeclarations();
+
     /// The template: empty until a run has succeeded, then the instruction and the root element. Never null; the
     /// handler keeps it.
     QDomDocument *GetDocument();
@@ -93,6 +97,8 @@ private:
     void ReadChoice(const QXmlAttributes &atts);
     void MakeCopies(const LocalDeclaration &local);
     void MakeReferences(const LocalDeclaration &local);
+    void NoteParticle(const LocalDeclaration &local, const QXmlAttributes &atts);
+    void MarkParticle(const QDomElement &element);
     void FileLimits(const LocalDeclaration &local);
     bool ApplyType(const QString &type, QDomElement target);
     void WaitForType(const LocalDeclaration &local);
@@ -140,6 +146,7 @@ private:
     TypeEntry *m_pTypeEntry = nullptr;
     MissingElement *m_pMissingElement = nullptr;
     QDomElement *m_pLocalElement = nullptr;
+    int m_iParticle = -1; // of the local element that is read, where declarations are collected
     QString m_sGlobalName;
     QString m_sSchemaPath;
 

@@ -8,6 +8,10 @@
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -33,7 +37,16 @@ private Q_SLOTS:
         frequency->selectAll();
         QTest::keyClicks(frequency, QStringLiteral("433.92\t"));
         window.findChild<QComboBox *>(QStringLiteral("Measurement/Modulation"))->setCurrentText(QStringLiteral("AM"));
+        for (int i = 0; i < 2; ++i) {
+            QTest::mouseClick(window.findChild<QPushButton *>(QStringLiteral("addSignal")), Qt::LeftButton);
+        }
+        auto *table = window.findChild<QTableWidget *>(QStringLiteral("signals"));
+        table->item(1, 0)->setText(QStringLiteral("7.5"));
+        table->item(1, 2)->setText(QStringLiteral("400"));
         QTest::mouseClick(window.GetControl().GetReportButton(), Qt::LeftButton);
+        const QString text = window.findChild<QPlainTextEdit *>(QStringLiteral("reportText"))->toPlainText();
+        QVERIFY(text.contains(QLatin1String("<Frequency Unit=\"MHz\">7.5<")));
+        QVERIFY(window.statusBar()->currentMessage().contains(QLatin1String("/Signal[2]/Level")));
         QTest::keyClick(&window, Qt::Key_F10, Qt::ShiftModifier);
 
         QCOMPARE(window.findChild<QListWidget *>(QStringLiteral("reports"))->count(), 2);

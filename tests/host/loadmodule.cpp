@@ -1,6 +1,7 @@
 // Stands for a host's plug-in: uses the library, and leaves one comment dialog open past its control.
 
 #include "control/vcreporting.h"
+#include "report/reportoutcome.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -14,6 +15,15 @@ extern "C" Q_DECL_EXPORT bool ShowDialogs()
     }
     schema.close();
     VCReporting control(schema.fileName(), folder.path(), nullptr, true, nullptr, false, QPixmap());
+    bool isTold = false;
+    QObject::connect(&control, &VCReporting::ReportFinished,
+                     [&isTold](const ReportOutcome &outcome) { isTold = !outcome.IsSchemaRead(); });
+    control.AddReportSource(
+        QStringLiteral("A"), [](const ReportPlace &place) { return place.GetText(); }, 1, QString(), 0, QString());
+    control.SlotToReport();
+    if (!isTold) {
+        return false;
+    }
     control.SetShowCommentDialog(true);
     control.SlotToReport();
     control.SlotToReport();

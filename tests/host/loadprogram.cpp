@@ -64,7 +64,10 @@ const char *ShowDialogs(const char *path, const char *module)
     if (show == nullptr || !show()) {
         return "no dialogs";
     }
-    return user.unload() && !IsMapped(path) ? nullptr : "it stays in the process behind its dialogs";
+    if (!user.unload() || IsMapped(path)) {
+        return "it stays in the process behind its dialogs";
+    }
+    return QMetaType::type("ReportOutcome") == QMetaType::UnknownType ? nullptr : "a type of it stays registered";
 }
 
 } // namespace

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "report/reportplace.h"
+
+#include <QVariant>
+
+#include <functional>
+
+/// Gives the value of one place of a report: a number, a text, a bool, or a date and time, which goes the way of an
+/// item of that kind. An invalid one says that there is none.
+using ReportSource = std::function<QVariant(const ReportPlace &place)>;
+
+/// Says how often the element at a place is to stand.
+using ReportCount = std::function<int(const ReportPlace &place)>;

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "control/itemlist.h"
+#include "control/reportdata.h"
+#include "control/reportsource.h"
+
+#include <optional>
+
+class XmlCreateReport;
+
+/// Leads out of a report when the control has ended in a function of its host.
+struct ControlEnded
+{
+};
+
+/// What a source has given for one place, as an item that is written like any other.
+class SourceValue : public ReportData
+{
+public:
+    using ReportData::ReportData;
+};
+
+/// An item without a value of its own: a source, which a host's function gives one for each place, or a container. The
+/// functions are the host's: they may end the list and the control while they run.
+class SourceItem : public ReportData
+{
+public:
+    /// `traits` has the name, and what else every item has. A null `source` makes a container; with a null `count` the
+    /// occurrences of `traits` count.
+    SourceItem(const ReportData &traits, ReportSource source, ReportCount count);
+
+    bool IsContainer() const { return m_fnSource == nullptr; }
+
+    /// How often the element in hand is to stand.
+    int AskCount(const XmlCreateReport &report);
+
+    /// Whether the value was asked for, in this announcement of an element, for the attribute, or with an empty name
+    /// for the element.
+    bool IsAsked(quint64 announcement, const QString &attribute) const;
+    void Ask(quint64 announcement, const ReportPlace &place);
+    /// The latest answer, null if there is no value.
+    const ItemList::Item &GetValue() const { return m_pValue; }
+
+private:
+    template <typename Result>
+    static std::optional<Result> Call(const std::function<Result(const ReportPlace &)> &function,
+                                      const ReportPlace &place);
+    ItemList::Item ToItem(const QVariant &value, const ReportPlace &place);
+    ItemList::Item MakeItem(const QString &text, const ExplicitReportData &data);
+
+    ReportSource m_fnSource;
+    ReportCount m_fnCount;
+    quint64 m_iAnnouncement = 0; // of the latest answer; the first is 1
+    QString m_sAttribute;
+    ItemList::Item m_pValue;
+};

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "tagwright_export.h"
+
+#include <QMetaType>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/// What became of a report. A value class: a copy may be kept past the report.
+///
+/// Sentences are for an operator or a log; they are made only where somebody asks for the outcome.
+class TAGWRIGHT_EXPORT ReportOutcome
+{
+public:
+    enum class State {
+        /// There is no file yet: the report hasn't been made, or its comment dialog is open.
+        Open,
+        /// The file stands there, whole.
+        Saved,
+        /// The file could not be written: GetSaveError() says why.
+        NotSaved,
+        /// The operator has ended the comment dialog without saving.
+        Dropped
+    };
+
+    /// A value, or a number of repetitions, that the schema doesn't take at this place. Nothing was written.
+    struct RefusedValue
+    {
+        /// As of ReportPlace::GetText().
+        QString m_sPlace;
+        /// The value as it came, in the form that was tried first.
+        QString m_sValue;
+        /// Completes "the value was not written: ".
+        QString m_sReason;
+        /// A number of ITagwright::ErrorID.
+        int m_iError = 0;
+    };
+
+    State GetState() const { return m_eState; }
+    bool IsSaved() const { return m_eState == State::Saved; }
+    /// The report file, as it is called on this system.
+    QString GetPath() const { return m_sPath; }
+    /// Why there is no file or a torn one, by the system's own words; empty unless the state is NotSaved.
+    QString GetSaveError() const { return m_sSaveError; }
+
+    /// False where the schema could not be read or has no root: the report is empty then.
+    bool IsSchemaRead() const { return m_sSchemaError.isEmpty(); }
+    /// Why not; empty where it was.
+    QString GetSchemaError() const { return m_sSchemaError; }
+
+    /// The values that were refused in each of their forms, in the order of the report.
+    QVector<RefusedValue> GetRefusedValues() const { return m_lRefusedValues; }
+    /// The places of the mandatory elements and required attributes that got no value, in the order of the report.
+    QStringList GetMissing() const { return m_lMissing; }
+    /// Saved, the schema read, nothing refused and nothing missing.
+    bool IsComplete() const;
+
+    // For whoever makes the report.
+    void SetPath(const QString &path) { m_sPath = path; }
+    void SetSchemaError(const QString &error) { m_sSchemaError = error; }
+    void SetSaved();
+    void SetNotSaved(const QString &error);
+    void SetDropped();
+    void AddRefused(const RefusedValue &refused) { m_lRefusedValues.append(refused); }
+    void AddMissing(const QString &place) { m_lMissing.append(place); }
+
+private:
+    State m_eState = State::Open;
+    QString m_sPath;
+    QString m_sSaveError;
+    QString m_sSchemaError;
+    QVector<RefusedValue> m_lRefusedValues;
+    QStringList m_lMissing;
+};
+
+Q_DECLARE_METATYPE(ReportOutcome)

@@ -1,0 +1,39 @@
+#include "report/reportplace.h"
+
+#include <algorithm>
+#include <utility>
+
+ReportPlace::ReportPlace(QVector<Step> steps, QString attribute)
+    : m_lSteps(std::move(steps))
+    , m_sAttribute(std::move(attribute))
+{
+}
+
+QString ReportPlace::GetName() const
+{
+    return m_lSteps.isEmpty() ? QString() : m_lSteps.last().m_sName;
+}
+
+int ReportPlace::GetIndex() const
+{
+    return m_lSteps.isEmpty() ? -1 : m_lSteps.last().m_iIndex;
+}
+
+int ReportPlace::GetIndex(const QString &name) const
+{
+    const auto found =
+        std::find_if(m_lSteps.crbegin(), m_lSteps.crend(), [&name](const Step &step) { return step.m_sName == name; });
+    return found == m_lSteps.crend() ? -1 : found->m_iIndex;
+}
+
+QString ReportPlace::GetText() const
+{
+    QString text;
+    for (const Step &step : m_lSteps) {
+        text += QLatin1Char('/') + step.m_sName;
+        if (step.m_iIndex > 0) {
+            text += QStringLiteral("[%1]").arg(step.m_iIndex + 1);
+        }
+    }
+    return m_sAttribute.isEmpty() ? text : text + QLatin1String("/@") + m_sAttribute;
+}

@@ -1,0 +1,264 @@
+#include "report/validoutput.h"
+
+#include "dom/nodewalk.h"
+
+#include <algorithm>
+
+namespace {
+
+QString GivenMark()
+{
+    return Declarations::MarkName() + QLatin1Char('v');
+}
+
+const Declarations::Attribute *FindAttribute(const Declarations::Element &declared, const QString &name)
+{
+    const auto &attributes = declared.m_lAttributes;
+    const auto found = std::find_if(attributes.begin(), attributes.end(),
+                                    [&name](const auto &attribute) { return attribute.m_sName == name; });
+    return found == attributes.end() ? nullptr : &*found;
+}
+
+bool IsOfTemplate(const Declarations::Element &declared, const QString &name, const QString &value)
+{
+    const auto entry = std::make_pair(name, value);
+    return std::binary_search(declared.m_lTemplate.begin(), declared.m_lTemplate.end(), entry);
+}
+
+bool HasText(const QDomElement &element)
+{
+    return element.firstChild().isText();
+}
+
+} // namespace
+
+ValidOutput::ValidOutput(std::shared_ptr<const Declarations> declarations)
+    : m_pDeclarations(std::move(declarations))
+    , m_lJudges(m_pDeclarations->GetRules().size())
+{
+}
+
+const ValidOutput::Element *ValidOutput::Find(CurrentAttributes &attributes) const
+{
+    return m_pDeclarations->Of(attributes.GetValue(Declarations::MarkName()));
+}
+
+QString ValidOutput::Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber)
+{
+    const Declarations::Attribute *pAttribute = FindAttribute(declared, attribute);
+    if (!attribute.isEmpty() && pAttribute == nullptr) {
+        return QString();
+    }
+    const int rule = pAttribute == nullptr ? declared.m_iRule : pAttribute->m_iRule;
+    std::unique_ptr<ValueJudge> &judge = m_lJudges[static_cast<std::size_t>(rule)];
+    if (judge == nullptr) {
+        judge = std::make_unique<ValueJudge>(m_pDeclarations->GetRules()[static_cast<std::size_t>(rule)]);
+    }
+    const QString refusal = judge->Refuse(text, pNumber);
+    const Declarations::Constant &constant =
+        pAttribute == nullptr ? declared.m_oParticle.m_oDefault : pAttribute->m_oDefault;
+    if (refusal.isEmpty() && constant.m_bFixed && !judge->IsSame(text, constant.m_sValue)) {
+        return QStringLiteral("the schema fixes it to \"%1\"").arg(constant.m_sValue);
+    }
+    return refusal;
+}
+
+bool ValidOutput::MayRepeat(const Element &declared, int count)
+{
+    const Declarations::Particle &particle = declared.m_oParticle;
+    if (count <= 1) {
+        return count != 0 || particle.m_bOptional;
+    }
+    return particle.m_iMaxOccurs < 0 || count <= particle.m_iMaxOccurs - (particle.m_iCopies - 1);
+}
+
+bool ValidOutput::IsAskedAgain(const Element &declared, const QDomNode &parent)
+{
+    QDomNode &asked = m_hAsked[declared.m_iParticle];
+    const bool isAgain = declared.m_iParticle >= 0 && asked == parent;
+    asked = parent;
+    return isAgain;
+}
+
+bool ValidOutput::MayBeDiscarded(const Element &declared, const QDomElement &element) const
+{
+    if (declared.m_oParticle.m_iChoice < 0) {
+        return false;
+    }
+    const QStringList &members = m_pDeclarations->GetChoice(declared.m_oParticle.m_iChoice).m_lMembers;
+    QDomElement other = element.parentNode().firstChildElement();
+    while (!other.isNull() && (other == element || !members.contains(other.tagName()))) {
+        other = other.nextSiblingElement();
+    }
+    return !other.isNull();
+}
+
+void ValidOutput::NoteGiven(CurrentAttributes &attributes, const QString &attribute)
+{
+    attributes.Set(GivenMark() + attribute, QStringLiteral("1"));
+}
+
+void ValidOutput::Enter(const QDomElement &element, CurrentAttributes &attributes)
+{
+    const int parent = m_lOpen.empty() ? -1 : m_lOpen.back();
+    m_lOpen.push_back(element.isNull() ? parent : Add(element, attributes, parent, false));
+}
+
+void ValidOutput::Pass(const QDomElement &element, CurrentAttributes &attributes)
+{
+    if (!element.parentNode().isNull()) {
+        Add(element, attributes, m_lOpen.empty() ? -1 : m_lOpen.back(), true);
+    }
+}
+
+void ValidOutput::PassContent(const QDomElement &element)
+{
+    if (element.firstChildElement().isNull() || element.parentNode().isNull()) {
+        return;
+    }
+    std::vector<int> line { static_cast<int>(m_lItems.size()) - 1 }; // the element's own item is the latest
+    for (dom::NodeWalk walk(element); !walk.AtEnd(); walk.Next()) {
+        if (walk.Node().isElement() && walk.Depth() > 0) {
+            line.resize(static_cast<std::size_t>(walk.Depth()));
+            CurrentAttributes attributes;
+            attributes.Bind(walk.Node().toElement(), nullptr);
+            line.push_back(Add(walk.Node().toElement(), attributes, line.back(), false));
+        }
+    }
+}
+
+// The number of the item; that of the parent if there is nothing to decide about the element.
+int ValidOutput::Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed)
+{
+    Item item;
+    item.m_oElement = element;
+    item.m_iParent = parent;
+    item.m_pDeclared = Find(attributes);
+    // What the receiver has made on its own is there.
+    const bool hasText = HasText(element);
+    item.m_bHasValue = hasText || element == m_oKept || item.m_pDeclared == nullptr;
+    if (item.m_pDeclared != nullptr) {
+        const bool hasAttribute = SettleAttributes(*item.m_pDeclared, attributes, item.m_lMissing);
+        item.m_bHasValue = item.m_bHasValue || hasAttribute;
+    }
+    if (item.m_bHasValue && parent >= 0) {
+        At(parent).m_bHasValue = true;
+    }
+    const bool isDecided = item.m_pDeclared == nullptr
+        || (hasText && item.m_lMissing.isEmpty() && item.m_pDeclared->m_oParticle.m_iChoice < 0);
+    if (isPassed && isDecided && element.firstChildElement().isNull()) {
+        return parent;
+    }
+    m_lItems.push_back(item);
+    return static_cast<int>(m_lItems.size()) - 1;
+}
+
+// Takes out what the template has written, puts in what counts without a value. True if one has a value.
+bool ValidOutput::SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const
+{
+    QStringList given;
+    for (const auto &[name, value] : attributes.GetAll()) {
+        if (name.startsWith(GivenMark())) {
+            given.append(name.mid(GivenMark().size()));
+        }
+    }
+    attributes.RemoveIf([&](const QString &name, const QString &value) {
+        return Declarations::IsMark(name) || (IsOfTemplate(declared, name, value) && !given.contains(name));
+    });
+    bool hasValue = false;
+    for (const Declarations::Attribute &attribute : declared.m_lAttributes) {
+        if (attributes.Has(attribute.m_sName)) {
+            hasValue = true;
+        } else if (!attribute.m_oDefault.m_sValue.isNull()) {
+            attributes.Set(attribute.m_sName, attribute.m_oDefault.m_sValue);
+        } else if (attribute.m_bRequired) {
+            missing.append(attribute.m_sName);
+        }
+    }
+    return hasValue;
+}
+
+std::vector<ValidOutput::Finding> ValidOutput::Finish()
+{
+    SpreadValues();
+    for (Item &item : m_lItems) {
+        item.m_bGone = item.m_iParent >= 0 && At(item.m_iParent).m_bGone;
+        if (item.m_bGone || item.m_pDeclared == nullptr) {
+            continue;
+        }
+        if (Decide(item)) {
+            Complete(item);
+        } else {
+            item.m_bGone = true;
+            m_lFindings.push_back({ Finding::Kind::Remove, item.m_oElement, QString() });
+        }
+    }
+    return std::move(m_lFindings);
+}
+
+// A container has a value if anything in it has one. Of the alternatives with a value the first one counts.
+void ValidOutput::SpreadValues()
+{
+    for (auto item = m_lItems.rbegin(); item != m_lItems.rend(); ++item) {
+        if (item->m_bHasValue && item->m_iParent >= 0) {
+            At(item->m_iParent).m_bHasValue = true;
+        }
+    }
+    for (const Item &item : m_lItems) {
+        if (item.m_bHasValue && item.m_pDeclared != nullptr) {
+            const Declarations::Particle &particle = item.m_pDeclared->m_oParticle;
+            int alternative = particle.m_iAlternative;
+            for (int choice = particle.m_iChoice; choice >= 0; choice = m_pDeclarations->GetChoice(choice).m_iOuter) {
+                m_lTaken.insert({ { item.m_iParent, choice }, alternative });
+                alternative = m_pDeclarations->GetChoice(choice).m_iOuterAlternative;
+            }
+        }
+    }
+}
+
+// Whether the element stays.
+bool ValidOutput::Decide(const Item &item)
+{
+    if (!IsTaken(item)) {
+        if (item.m_bHasValue) {
+            m_lFindings.push_back({ Finding::Kind::Excluded, item.m_oElement, QString() });
+        }
+        return false;
+    }
+    return item.m_bHasValue || !item.m_pDeclared->m_oParticle.m_bOptional;
+}
+
+// False for an alternative that isn't the one that is taken. Names the first of a choice that may not stay without one.
+bool ValidOutput::IsTaken(const Item &item)
+{
+    bool isTaken = true;
+    int alternative = item.m_pDeclared->m_oParticle.m_iAlternative;
+    for (int number = item.m_pDeclared->m_oParticle.m_iChoice; number >= 0;) {
+        const Declarations::Choice &choice = m_pDeclarations->GetChoice(number);
+        const auto [taken, isFirst] = m_lTaken.insert({ { item.m_iParent, number }, -1 });
+        if (isFirst && !choice.m_bOptional) {
+            m_lFindings.push_back({ Finding::Kind::Missing, item.m_oElement, QString() });
+        }
+        isTaken = isTaken && (choice.m_bRepeats ? item.m_bHasValue : taken->second == alternative);
+        alternative = choice.m_iOuterAlternative;
+        number = choice.m_iOuter;
+    }
+    return isTaken;
+}
+
+void ValidOutput::Complete(const Item &item)
+{
+    for (const QString &attribute : item.m_lMissing) {
+        m_lFindings.push_back({ Finding::Kind::MissingAttribute, item.m_oElement, attribute });
+    }
+    if (!item.m_pDeclared->m_bHasType || HasText(item.m_oElement)) {
+        return;
+    }
+    const QString &value = item.m_pDeclared->m_oParticle.m_oDefault.m_sValue;
+    if (value.isNull()) {
+        m_lFindings.push_back({ Finding::Kind::Missing, item.m_oElement, QString() });
+    } else {
+        QDomElement element = item.m_oElement;
+        element.insertBefore(element.ownerDocument().createTextNode(value), element.firstChild());
+    }
+}

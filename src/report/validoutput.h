@@ -1,0 +1,92 @@
+#pragma once
+
+#include "report/currentattributes.h"
+#include "report/valuejudge.h"
+#include "schema/declarations.h"
+
+#include <QDomElement>
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+/// What valid output knows during a walk and decides behind it: the walk announces every element of the template, and
+/// tells here how it leaves each; in the end it hears what has to go, what takes its default and what is missing.
+///
+/// An element loses all that the template has written as soon as the walk leaves it, so that only elements about which
+/// something is left to decide are remembered.
+class ValidOutput
+{
+public:
+    using Element = Declarations::Element;
+
+    explicit ValidOutput(std::shared_ptr<const Declarations> declarations);
+
+    /// What the schema says of the element with these attributes; null for one that no schema has declared.
+    const Element *Find(CurrentAttributes &attributes) const;
+
+    /// Holds a value against its declaration, and brings it into its form. `attribute` is empty for the element's own
+    /// value; `pNumber` is null for a value that is no double. As of ValueJudge::Refuse().
+    QString Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber);
+    /// Whether an element may stand that often beside the others that the template has of its declaration.
+    static bool MayRepeat(const Element &declared, int count);
+    /// True from the second question on for the elements of one declaration below one parent.
+    bool IsAskedAgain(const Element &declared, const QDomNode &parent);
+    /// Whether the element is an alternative and not the only one that is left.
+    bool MayBeDiscarded(const Element &declared, const QDomElement &element) const;
+    /// Says that an attribute has a value that reads like the type in its place.
+    static void NoteGiven(CurrentAttributes &attributes, const QString &attribute);
+
+    /// The element is there, whatever has a value.
+    void Keep(const QDomElement &element) { m_oKept = element; }
+    /// The walk goes on below the element, which may be a null one.
+    void Enter(const QDomElement &element, CurrentAttributes &attributes);
+    /// It comes back from there.
+    void Leave() { m_lOpen.pop_back(); }
+    /// It goes on behind the element, which has a value.
+    void Pass(const QDomElement &element, CurrentAttributes &attributes);
+    /// The same for all below it, which the walk doesn't see.
+    void PassContent(const QDomElement &element);
+
+    struct Finding
+    {
+        enum class Kind { Remove, Missing, MissingAttribute, Excluded };
+        Kind m_eKind;
+        QDomElement m_oElement;
+        QString m_sAttribute;
+    };
+    /// To be called once, behind the walk. Writes the defaults.
+    std::vector<Finding> Finish();
+
+private:
+    struct Item
+    {
+        QDomElement m_oElement;
+        const Element *m_pDeclared = nullptr;
+        int m_iParent = -1;
+        bool m_bHasValue = false;
+        bool m_bGone = false;
+        QStringList m_lMissing; // attributes
+    };
+
+    int Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed);
+    bool SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const;
+    void SpreadValues();
+    bool Decide(const Item &item);
+    bool IsTaken(const Item &item);
+    void Complete(const Item &item);
+    Item &At(int item) { return m_lItems[static_cast<std::size_t>(item)]; }
+
+    std::shared_ptr<const Declarations> m_pDeclarations;
+    std::vector<std::unique_ptr<ValueJudge>> m_lJudges; // by rule; null until somebody asks
+    std::unordered_map<int, QDomNode> m_hAsked; // by particle
+    QDomElement m_oKept;
+    std::vector<Item> m_lItems; // in the order of the document
+    std::vector<int> m_lOpen; // items
+    // The alternative that has a value, of each choice below each parent; -1 where none has and that was told.
+    std::map<std::pair<int, int>, int> m_lTaken;
+    std::vector<Finding> m_lFindings;
+};

@@ -1,0 +1,251 @@
+#include "report/valuejudge.h"
+
+#include "report/schemapattern.h"
+
+#include <QHash>
+#include <QTime>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+// A time without a zone may be that many milliseconds away from the one that it would be in UTC.
+constexpr long double kZoneMs = 14.0L * 60 * 60 * 1000;
+
+bool HasZone(const QString &text)
+{
+    static const QRegularExpression zone(QStringLiteral("(Z|[+-]\\d\\d:\\d\\d)\\z"));
+    return zone.match(text).hasMatch();
+}
+
+long double ToNumber(const QString &text)
+{
+    bool isExact = false;
+    const qint64 number = text.toLongLong(&isExact);
+    return isExact ? static_cast<long double>(number) : static_cast<long double>(text.toDouble());
+}
+
+// An integer type takes a double cut towards zero.
+QString ToIntegerForm(double value, const QString &text)
+{
+    return std::isfinite(value) ? QString::number(std::trunc(value) + 0.0, 'f', 0) : text;
+}
+
+QString ToDoubleForm(const QString &text)
+{
+    static const QHash<QString, QString> forms { { QStringLiteral("inf"), QStringLiteral("INF") },
+                                                 { QStringLiteral("-inf"), QStringLiteral("-INF") },
+                                                 { QStringLiteral("nan"), QStringLiteral("NaN") } };
+    return forms.value(text, text);
+}
+
+int CountDigits(const QString &integer)
+{
+    const auto isSignOrZero = [](QChar character) { return !character.isDigit() || character == QLatin1Char('0'); };
+    const auto first = std::find_if_not(integer.begin(), integer.end(), isSignOrZero);
+    return std::max(1, static_cast<int>(integer.end() - first));
+}
+
+} // namespace
+
+ValueJudge::ValueJudge(const Declarations::Rule &rule)
+    : m_sType(rule.m_sType)
+    , m_eKind(KindOf(rule.m_sType))
+{
+    ReadRange(rule.m_sType);
+    QStringList patterns;
+    for (const auto &[name, value] : rule.m_lFacets) {
+        ReadFacet(name, value);
+        if (name == QLatin1String("pattern")) {
+            // Patterns of one restriction are alternatives: one that can't be read lets everything pass.
+            patterns << FromSchemaPattern(value).value_or(QStringLiteral("\\A"));
+        }
+    }
+    m_oPattern.setPattern(patterns.join(QLatin1Char('|')));
+    m_bHasPattern = !patterns.isEmpty() && m_oPattern.isValid();
+}
+
+// Of the built-in types only these take values at all.
+ValueJudge::Kind ValueJudge::KindOf(const QString &type)
+{
+    static const QHash<QString, Kind> kinds {
+        { QStringLiteral("string"), Kind::String },     { QStringLiteral("double"), Kind::Double },
+        { QStringLiteral("boolean"), Kind::Boolean },   { QStringLiteral("integer"), Kind::Integer },
+        { QStringLiteral("short"), Kind::Integer },     { QStringLiteral("long"), Kind::Integer },
+        { QStringLiteral("dateTime"), Kind::DateTime }, { QStringLiteral("time"), Kind::Time },
+    };
+    return kinds.value(type, Kind::Unknown);
+}
+
+void ValueJudge::ReadRange(const QString &type)
+{
+    if (type == QLatin1String("short")) {
+        ReadFacet(QStringLiteral("minInclusive"), QStringLiteral("-32768"));
+        ReadFacet(QStringLiteral("maxInclusive"), QStringLiteral("32767"));
+    } else if (type == QLatin1String("long")) {
+        ReadFacet(QStringLiteral("minInclusive"), QStringLiteral("-9223372036854775808"));
+        ReadFacet(QStringLiteral("maxInclusive"), QStringLiteral("9223372036854775807"));
+    }
+}
+
+void ValueJudge::ReadFacet(const QString &name, const QString &value)
+{
+    static const QStringList sizes { QStringLiteral("length"), QStringLiteral("minLength"), QStringLiteral("maxLength"),
+                                     QStringLiteral("totalDigits") };
+    if (name == QLatin1String("enumeration")) {
+        m_lEnumeration.append(value);
+    } else if (name == QLatin1String("whiteSpace")) {
+        m_bCollapses = value == QLatin1String("collapse");
+        m_bReplaces = m_bReplaces || value == QLatin1String("replace");
+    } else if (sizes.contains(name)) {
+        m_lSizes.emplace_back(name, value.toInt());
+    } else if (name.endsWith(QLatin1String("clusive"))) {
+        const QString text = value.trimmed();
+        if (const std::optional<Value> bound = Read(text)) {
+            m_lBounds.push_back({ name, text, *bound });
+        }
+    }
+}
+
+bool ValueJudge::HasForm(const QString &text) const
+{
+    static const QRegularExpression integer(QStringLiteral("\\A[+-]?[0-9]+\\z"));
+    static const QRegularExpression number(
+        QStringLiteral("\\A([+-]?([0-9]+(\\.[0-9]*)?|\\.[0-9]+)([eE][+-]?[0-9]+)?|-?INF|NaN)\\z"));
+    static const QRegularExpression dateTime(QStringLiteral(
+        "\\A[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}(\\.[0-9]+)?(Z|[+-][0-9]{2}:[0-9]{2})?\\z"));
+    static const QRegularExpression time(
+        QStringLiteral("\\A[0-9]{2}:[0-9]{2}:[0-9]{2}(\\.[0-9]+)?(Z|[+-][0-9]{2}:[0-9]{2})?\\z"));
+    static const QRegularExpression boolean(QStringLiteral("\\A(true|false|0|1)\\z"));
+    switch (m_eKind) {
+    case Kind::Integer:
+        return integer.match(text).hasMatch();
+    case Kind::Double:
+        return number.match(text).hasMatch();
+    case Kind::DateTime:
+        return dateTime.match(text).hasMatch() && !text.startsWith(QLatin1String("0000"));
+    case Kind::Time:
+        return time.match(text).hasMatch();
+    case Kind::Boolean:
+        return boolean.match(text).hasMatch();
+    default:
+        return true;
+    }
+}
+
+// Nothing for a text that has no order.
+std::optional<ValueJudge::Value> ValueJudge::Read(const QString &text) const
+{
+    const bool hasOrder = m_eKind != Kind::Unknown && m_eKind != Kind::String && m_eKind != Kind::Boolean;
+    if (!hasOrder || !HasForm(text)) {
+        return std::nullopt;
+    }
+    if (m_eKind == Kind::Integer) {
+        return Value { ToNumber(text), false };
+    }
+    if (m_eKind == Kind::Double) {
+        return Value { text == QLatin1String("NaN") ? std::numeric_limits<long double>::quiet_NaN()
+                                                    : static_cast<long double>(text.toDouble()),
+                       false };
+    }
+    const QString full = m_eKind == Kind::Time ? QLatin1String("2000-01-01T") + text : text;
+    QDateTime moment = QDateTime::fromString(full, Qt::ISODateWithMs);
+    if (!moment.isValid()) {
+        return std::nullopt;
+    }
+    const bool hasZone = HasZone(full);
+    if (!hasZone) {
+        moment = QDateTime(moment.date(), moment.time(), Qt::UTC);
+    }
+    return Value { static_cast<long double>(moment.toMSecsSinceEpoch()), hasZone };
+}
+
+bool ValueJudge::IsHeld(const Bound &bound, const Value &value) const
+{
+    const bool isInclusive = bound.m_sName.endsWith(QLatin1String("Inclusive"));
+    const bool isLower = bound.m_sName.startsWith(QLatin1String("min"));
+    const long double above =
+        isLower ? value.m_dNumber - bound.m_oValue.m_dNumber : bound.m_oValue.m_dNumber - value.m_dNumber;
+    if (value.m_bHasZone != bound.m_oValue.m_bHasZone) {
+        return above > kZoneMs;
+    }
+    // Both may be infinite.
+    return above > 0 || (isInclusive && value.m_dNumber == bound.m_oValue.m_dNumber);
+}
+
+QString ValueJudge::RefuseBounds(const QString &text) const
+{
+    if (m_lBounds.empty()) {
+        return QString();
+    }
+    const std::optional<Value> value = Read(text);
+    for (const Bound &bound : m_lBounds) {
+        if (!value || !IsHeld(bound, *value)) {
+            return QStringLiteral("it breaks %1 %2").arg(bound.m_sName, bound.m_sText);
+        }
+    }
+    return QString();
+}
+
+QString ValueJudge::RefuseSize(const QString &text) const
+{
+    for (const auto &[name, limit] : m_lSizes) {
+        const bool isDigits = name == QLatin1String("totalDigits");
+        if (isDigits ? m_eKind != Kind::Integer : m_eKind != Kind::String) {
+            continue;
+        }
+        const int size = isDigits ? CountDigits(text) : text.toUcs4().size();
+        const bool isLower = name == QLatin1String("minLength");
+        if (isLower ? size < limit : (name == QLatin1String("length") ? size != limit : size > limit)) {
+            return QStringLiteral("it breaks %1 %2").arg(name, QString::number(limit));
+        }
+    }
+    return QString();
+}
+
+bool ValueJudge::IsSame(const QString &first, const QString &second) const
+{
+    if (m_eKind == Kind::Boolean) {
+        const auto isTrue = [](const QString &text) {
+            return text == QLatin1String("true") || text == QLatin1String("1");
+        };
+        return isTrue(first) == isTrue(second);
+    }
+    const std::optional<Value> one = Read(first);
+    const std::optional<Value> other = Read(second.trimmed());
+    if (!one || !other) {
+        return first == second;
+    }
+    const bool areNeither = std::isnan(one->m_dNumber) && std::isnan(other->m_dNumber);
+    return areNeither || (one->m_dNumber == other->m_dNumber && one->m_bHasZone == other->m_bHasZone);
+}
+
+QString ValueJudge::Refuse(QString &text, const double *pNumber) const
+{
+    if (m_eKind == Kind::Integer && pNumber != nullptr) {
+        text = ToIntegerForm(*pNumber, text);
+    } else if (m_eKind == Kind::Double) {
+        text = ToDoubleForm(text);
+    }
+    QString judged = text;
+    if (m_bReplaces) {
+        judged.replace(QRegularExpression(QStringLiteral("[\\t\\n\\r]")), QStringLiteral(" "));
+    }
+    if (m_bCollapses) {
+        judged = judged.simplified();
+    }
+    if (!HasForm(judged)) {
+        return QStringLiteral("it is no %1").arg(m_sType);
+    }
+    const auto isSame = [&](const QString &allowed) { return IsSame(judged, allowed); };
+    if (!m_lEnumeration.isEmpty() && std::none_of(m_lEnumeration.begin(), m_lEnumeration.end(), isSame)) {
+        return QStringLiteral("not among the enumeration values");
+    }
+    if (m_bHasPattern && !m_oPattern.match(judged).hasMatch()) {
+        return QStringLiteral("it doesn't match the pattern");
+    }
+    const QString refusal = RefuseBounds(judged);
+    return refusal.isEmpty() ? RefuseSize(judged) : refusal;
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "schema/declarations.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+/// Holds the values of one type against what XML Schema says of it: the lexical form and the range of the type, and the
+/// facets of the declaration. A facet that can't be read, and a type that isn't known, lets everything pass.
+class ValueJudge
+{
+public:
+    explicit ValueJudge(const Declarations::Rule &rule);
+
+    /// Brings `text`, which is that of a double if `pNumber` isn't null, into the form of the type. Empty if it may
+    /// stand there, else what completes "the value was not written: ".
+    QString Refuse(QString &text, const double *pNumber) const;
+    /// Whether both texts mean one value.
+    bool IsSame(const QString &first, const QString &second) const;
+
+private:
+    enum class Kind { Unknown, String, Integer, Double, Boolean, DateTime, Time };
+    // A number, or milliseconds. Without a zone the milliseconds are those of UTC.
+    struct Value
+    {
+        long double m_dNumber = 0;
+        bool m_bHasZone = false;
+    };
+    struct Bound
+    {
+        QString m_sName;
+        QString m_sText;
+        Value m_oValue;
+    };
+
+    static Kind KindOf(const QString &type);
+    void ReadFacet(const QString &name, const QString &value);
+    void ReadRange(const QString &type);
+    std::optional<Value> Read(const QString &text) const;
+    bool HasForm(const QString &text) const;
+    bool IsHeld(const Bound &bound, const Value &value) const;
+    QString RefuseBounds(const QString &text) const;
+    QString RefuseSize(const QString &text) const;
+
+    QString m_sType;
+    Kind m_eKind;
+    std::vector<Bound> m_lBounds;
+    QStringList m_lEnumeration;
+    std::vector<std::pair<QString, int>> m_lSizes; // of lengths and digits
+    QRegularExpression m_oPattern;
+    bool m_bHasPattern = false;
+    bool m_bReplaces = false; // white space becomes blanks
+    bool m_bCollapses = false; // and only single ones between words stay
+};
