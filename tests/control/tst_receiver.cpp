@@ -44,8 +44,8 @@ private Q_SLOTS:
         table->item(1, 0)->setText(QStringLiteral("7.5"));
         table->item(1, 2)->setText(QStringLiteral("400"));
         QTest::mouseClick(window.GetControl().GetReportButton(), Qt::LeftButton);
-        const QString text = window.findChild<QPlainTextEdit *>(QStringLiteral("reportText"))->toPlainText();
-        QVERIFY(text.contains(QLatin1String("<Frequency Unit=\"MHz\">7.5<")));
+        const QString report = window.findChild<QPlainTextEdit *>(QStringLiteral("reportText"))->toPlainText();
+        QVERIFY(report.contains(QLatin1String("<Frequency Unit=\"MHz\">7.5<")));
         QVERIFY(window.statusBar()->currentMessage().contains(QLatin1String("/Signal[2]/Level")));
         QTest::keyClick(&window, Qt::Key_F10, Qt::ShiftModifier);
 
