@@ -88,6 +88,7 @@ void TestReceiver::ShowsWhatThePanelHolds()
     QTest::mouseClick(Button(), Qt::LeftButton);
 
     QCOMPARE(Find<QListWidget>("reports")->count(), 1);
+    QVERIFY(m_pWindow->statusBar()->currentMessage().endsWith(QLatin1String(".xml.")));
     QCOMPARE(InTree("Frequency"), QStringLiteral("433.92 MHz"));
     QCOMPARE(InTree("Bandwidth"), QStringLiteral("2000 kHz"));
     QCOMPARE(InTree("Depth"), QStringLiteral("80 %"));
