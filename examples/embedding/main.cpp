@@ -144,6 +144,15 @@ public:
         return isRead;
     }
 
+    void XmlUpdate(XmlEvent *event) override
+    {
+        if (event->GetType() == XmlEvent::EVENT_ERROR) {
+            m_lErrors.append(static_cast<ErrorEvent *>(event)->GetErrorID());
+        } else if (event->GetType() == XmlEvent::EVENT_ELEM_BEGIN) {
+            Fill(static_cast<ElemBeginEvent *>(event)->GetElementName());
+        }
+    }
+
     ReportOutcome MakeValid(const QString &schema, const QString &report)
     {
         XmlCreateReport builder(this);
@@ -152,15 +161,6 @@ public:
         builder.CreateXmlFromSchema(schema, report, false);
         m_pBuilder = nullptr;
         return builder.GetOutcome();
-    }
-
-    void XmlUpdate(XmlEvent *event) override
-    {
-        if (event->GetType() == XmlEvent::EVENT_ERROR) {
-            m_lErrors.append(static_cast<ErrorEvent *>(event)->GetErrorID());
-        } else if (event->GetType() == XmlEvent::EVENT_ELEM_BEGIN) {
-            Fill(static_cast<ElemBeginEvent *>(event)->GetElementName());
-        }
     }
 
     /// The numbers of what did not fit.

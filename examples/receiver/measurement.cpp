@@ -57,8 +57,6 @@ struct ReportItem
 };
 
 constexpr ReportItem kItems[] = {
-    // Stands first: the report's own attributes are filled through it, its time stamp among them.
-    { "MonitoringReport", "", "", 0, "" },
     { "SchemaVersion", "", "1.0", 0, "" },
     { "Title", "", "Monitoring report", 0, "" },
     { "Operator", "Station/Operator", "", 0, "" },
@@ -203,6 +201,8 @@ void Measurement::FillControl(VCReporting &control)
 {
     control.SetValidOutput(true);
     control.SetKeepUnsavedDialog(true);
+    // Stands first: the report's own attributes are filled through it, its time stamp among them.
+    control.AddReportContainer(QStringLiteral("MonitoringReport"), 1);
     for (const ReportItem &item : kItems) {
         control.AddReportData(Text(item.m_sName), Text(item.m_sPath), Text(item.m_sText), 1, QString(),
                               item.m_iExponent, Text(item.m_sUnit));

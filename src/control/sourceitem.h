@@ -1,6 +1,5 @@
 #pragma once
 
-#include "control/itemlist.h"
 #include "control/reportdata.h"
 #include "control/reportsource.h"
 
@@ -11,13 +10,6 @@ class XmlCreateReport;
 /// Leads out of a report when the control has ended in a function of its host.
 struct ControlEnded
 {
-};
-
-/// What a source has given for one place, as an item that is written like any other.
-class SourceValue : public ReportData
-{
-public:
-    using ReportData::ReportData;
 };
 
 /// An item without a value of its own: a source, which a host's function gives one for each place, or a container. The
@@ -38,19 +30,17 @@ public:
     /// for the element.
     bool IsAsked(quint64 announcement, const QString &attribute) const;
     void Ask(quint64 announcement, const ReportPlace &place);
-    /// The latest answer, null if there is no value.
-    const ItemList::Item &GetValue() const { return m_pValue; }
+    /// The latest answer, invalid if there is no value.
+    const QVariant &GetValue() const { return m_oValue; }
 
 private:
     template <typename Result>
     static std::optional<Result> Call(const std::function<Result(const ReportPlace &)> &function,
                                       const ReportPlace &place);
-    ItemList::Item ToItem(const QVariant &value, const ReportPlace &place);
-    ItemList::Item MakeItem(const QString &text, const ExplicitReportData &data);
 
     ReportSource m_fnSource;
     ReportCount m_fnCount;
     quint64 m_iAnnouncement = 0; // of the latest answer; the first is 1
     QString m_sAttribute;
-    ItemList::Item m_pValue;
+    QVariant m_oValue;
 };

@@ -26,6 +26,7 @@ class QXmlAttributes;
 class ReportData;
 class ReportOutcome;
 class SourceItem;
+class SourceValue;
 class VCButton;
 class XmlCreateReport;
 
@@ -180,7 +181,9 @@ private:
     bool IsFirstVisit();
     bool IsAbsent();
     bool OpenSource(const std::shared_ptr<SourceItem> &source, int &count);
-    std::shared_ptr<ReportData> GetSourceValue(const std::shared_ptr<SourceItem> &source, const QString &attribute);
+    QVariant GetSourceValue(const std::shared_ptr<SourceItem> &source, const QString &attribute);
+    void WriteSource(const QVariant &value, int exponent);
+    void WriteNextForm();
 
     // The values of an element that the report announces.
     struct Element;
@@ -188,7 +191,7 @@ private:
     void ServeElement(ElementItems &items, Element &element);
     void PassOverItems(const ElementItems &items, const Element &element);
     bool ServeElementFrom(const std::shared_ptr<ReportData> &item, Element &element);
-    bool ServeElementWith(const std::shared_ptr<ReportData> &value, const Element &element);
+    bool ServeElementFromSource(const std::shared_ptr<SourceItem> &source, Element &element);
     void SetExplicitValue(const std::shared_ptr<ReportData> &item, const Element &element);
     void SetGeneralValue(const std::shared_ptr<ReportData> &item);
     void FinishElement(const Element &element, const QString &itemName);
@@ -204,7 +207,6 @@ private:
     void RetryAsInteger();
     void RetryAsText();
     void RetryAsDateTime();
-    void RetryAsTime();
     template <typename Value>
     void Retry(Value value);
     bool HasItem(const char *message);
@@ -220,6 +222,7 @@ private:
     bool m_bSettingAttribute = false;
     double m_dCurrentNumber = 65535.0;
     std::shared_ptr<ReportData> m_pItem; // whose value is on its way to the builder
+    SourceValue *m_pSourceValue = nullptr; // the same, of a source; on the stack
     int m_iCheckInterval = 10000;
     QString m_sSchemaPath;
     QString m_sReportDirectory; // with backslashes

@@ -1,5 +1,6 @@
 #include "control/itemlist.h"
 #include "control/sourceitem.h"
+#include "control/sourcevalue.h"
 #include "control/vcreporting.h"
 #include "host/trace.h"
 #include "report/xmlcreatereport.h"
@@ -125,12 +126,11 @@ bool VCReporting::OpenSource(const std::shared_ptr<SourceItem> &source, int &cou
     return false;
 }
 
-/// What a source gives for the element in hand or an attribute of it, as an item to write. Null for no value.
-std::shared_ptr<ReportData> VCReporting::GetSourceValue(const std::shared_ptr<SourceItem> &source,
-                                                        const QString &attribute)
+/// What a source gives for the element in hand or an attribute of it. Invalid for no value.
+QVariant VCReporting::GetSourceValue(const std::shared_ptr<SourceItem> &source, const QString &attribute)
 {
     if (source->IsContainer() || !IsFirstVisit()) {
-        return nullptr;
+        return QVariant();
     }
     if (source->IsAsked(m_iAnnouncement, attribute)) {
         return source->GetValue();
@@ -138,5 +138,27 @@ std::shared_ptr<ReportData> VCReporting::GetSourceValue(const std::shared_ptr<So
     return CallHost([&] {
         source->Ask(m_iAnnouncement, m_pReport->GetPlace(attribute));
         return source->GetValue();
+    });
+}
+
+/// For the element in hand, or the attribute that is being set.
+void VCReporting::WriteSource(const QVariant &value, int exponent)
+{
+    SourceValue forms(value, exponent, m_bSettingAttribute);
+    m_pSourceValue = &forms;
+    WriteNextForm();
+    m_pSourceValue = nullptr;
+    m_bValueWritten = true;
+}
+
+void VCReporting::WriteNextForm()
+{
+    m_pSourceValue->SetNext([this](const auto &value) {
+        using Value = std::decay_t<decltype(value)>;
+        if (!m_bSettingAttribute) {
+            m_pReport->SetXmlValue(value);
+        } else if constexpr (!std::is_same_v<Value, bool> && !std::is_same_v<Value, QTime>) {
+            m_pReport->SetAttributeValue(m_sCurrentAttribute, value);
+        }
     });
 }

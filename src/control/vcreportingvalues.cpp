@@ -135,34 +135,42 @@ void VCReporting::PassOverItems(const ElementItems &items, const Element &elemen
 /// True if the item was the one to serve the element: those behind it are not looked at then.
 bool VCReporting::ServeElementFrom(const std::shared_ptr<ReportData> &item, Element &element)
 {
-    const auto source = std::dynamic_pointer_cast<SourceItem>(item);
-    int count = item->GetMaxOccurs();
-    if (source != nullptr && !OpenSource(source, count)) {
-        return true;
+    if (const auto source = std::dynamic_pointer_cast<SourceItem>(item)) {
+        return ServeElementFromSource(source, element);
     }
-    const std::shared_ptr<ReportData> value = source == nullptr ? item : GetSourceValue(source, QString());
-    if (value != nullptr) {
-        element.m_sUnit = value->GetUnit();
-        element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
+    element.m_sUnit = item->GetUnit();
+    element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
+    if (item->GetMaxOccurs() > 1) {
+        m_pReport->SetElementMaxOccurs(element.m_sName, item->GetMaxOccurs());
     }
-    if (count > 1) {
-        m_pReport->SetElementMaxOccurs(element.m_sName, count);
-    }
-    if (source != nullptr && source->IsContainer()) {
-        m_pReport->KeepCurrentElement();
-        HandleAttributes(element.m_oAttributes);
-        return true;
-    }
-    return value != nullptr && ServeElementWith(value, element);
-}
-
-bool VCReporting::ServeElementWith(const std::shared_ptr<ReportData> &value, const Element &element)
-{
-    SetExplicitValue(value, element);
+    SetExplicitValue(item, element);
     if (m_bValueWritten) {
         return false;
     }
-    SetGeneralValue(value);
+    SetGeneralValue(item);
+    HandleAttributes(element.m_oAttributes);
+    return true;
+}
+
+bool VCReporting::ServeElementFromSource(const std::shared_ptr<SourceItem> &source, Element &element)
+{
+    int count = 1;
+    if (!OpenSource(source, count)) {
+        return true;
+    }
+    const QVariant value = GetSourceValue(source, QString());
+    if (count > 1) {
+        m_pReport->SetElementMaxOccurs(element.m_sName, count);
+    }
+    if (source->IsContainer()) {
+        m_pReport->KeepCurrentElement();
+    } else if (!value.isValid()) {
+        return false;
+    } else if (!m_bValueWritten) {
+        element.m_sUnit = source->GetUnit();
+        element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
+        WriteSource(value, source->GetExponent());
+    }
     HandleAttributes(element.m_oAttributes);
     return true;
 }
@@ -233,18 +241,21 @@ void VCReporting::HandleAttributes(QXmlAttributes attributes)
 
 void VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
 {
-    const auto source = std::dynamic_pointer_cast<SourceItem>(item);
-    const std::shared_ptr<ReportData> value = source == nullptr ? item : GetSourceValue(source, m_sCurrentAttribute);
-    if (value == nullptr) {
+    if (const auto source = std::dynamic_pointer_cast<SourceItem>(item)) {
+        if (const QVariant value = GetSourceValue(source, m_sCurrentAttribute); value.isValid()) {
+            m_bSettingAttribute = true;
+            WriteSource(value, source->GetExponent());
+            PutAtRest();
+        }
         return;
     }
-    const bool isNumber = ReadNumber(*value, m_dCurrentNumber);
-    m_pItem = value;
+    const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
+    m_pItem = item;
     m_bSettingAttribute = true;
     if (isNumber) {
         m_pReport->SetAttributeValue(m_sCurrentAttribute, m_dCurrentNumber);
     } else {
-        m_pReport->SetAttributeValue(m_sCurrentAttribute, ReadText(*value));
+        m_pReport->SetAttributeValue(m_sCurrentAttribute, ReadText(*item));
     }
     PutAtRest();
     m_bValueWritten = true;
@@ -260,20 +271,23 @@ void VCReporting::StampAttribute()
 void VCReporting::PutAtRest()
 {
     m_pItem.reset();
+    m_pSourceValue = nullptr;
     m_dCurrentNumber = kNoNumber;
     m_bSettingAttribute = false;
 }
 
 void VCReporting::HandleError(ITagwright::ErrorID id)
 {
-    if (id == ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE) {
+    if (m_pSourceValue != nullptr) {
+        if (id >= ITagwright::CURRENT_TYPE_IS_NOT_STRING && id <= ITagwright::CURRENT_TYPE_IS_NOT_BOOL) {
+            WriteNextForm();
+        }
+    } else if (id == ITagwright::CURRENT_TYPE_IS_NOT_DOUBLE) {
         RetryAsInteger();
     } else if (id == ITagwright::CURRENT_TYPE_IS_NOT_INTEGER) {
         RetryAsText();
     } else if (id == ITagwright::CURRENT_TYPE_IS_NOT_STRING) {
         RetryAsDateTime();
-    } else if (id == ITagwright::CURRENT_TYPE_IS_NOT_DATETIME) {
-        RetryAsTime();
     }
 }
 
@@ -303,18 +317,6 @@ void VCReporting::RetryAsDateTime()
             m_tLastDate = QDateTime::fromString(text, Qt::ISODate);
         }
         Retry(text.isEmpty() ? QDateTime() : m_tLastDate);
-    }
-}
-
-// Plain items have no such form.
-void VCReporting::RetryAsTime()
-{
-    if (m_bSettingAttribute || dynamic_cast<SourceValue *>(m_pItem.get()) == nullptr) {
-        return;
-    }
-    const QTime time = QTime::fromString(ReadText(*m_pItem), Qt::ISODate);
-    if (time.isValid()) {
-        m_pReport->SetXmlValue(time);
     }
 }
 

@@ -20,8 +20,10 @@ QString AttributeStep(const QString &attribute)
 
 ReportPlace Refusals::PlaceOf(const QDomElement &element, const QString &attribute)
 {
+    const std::vector<NodePath::Step> &way = m_oPath.StepsTo(element);
     QVector<ReportPlace::Step> steps;
-    for (const NodePath::Step &step : m_oPath.StepsTo(element)) {
+    steps.reserve(static_cast<int>(way.size()));
+    for (const NodePath::Step &step : way) {
         const QString name = step.m_oElement.tagName();
         steps.append({ name, step.m_iPosition - 1 + m_oWalked.CountGone(step.m_oElement.parentNode(), name) });
     }

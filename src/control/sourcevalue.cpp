@@ -1,0 +1,74 @@
+#include "control/sourcevalue.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace {
+
+bool IsWhole(int type)
+{
+    return type == QMetaType::Int || type == QMetaType::UInt || type == QMetaType::LongLong
+        || type == QMetaType::ULongLong || type == QMetaType::Long || type == QMetaType::ULong
+        || type == QMetaType::Short || type == QMetaType::UShort;
+}
+
+} // namespace
+
+bool SourceValue::IsUsable(const QVariant &value)
+{
+    switch (value.userType()) {
+    case QMetaType::QDateTime:
+        return value.toDateTime().isValid();
+    case QMetaType::QDate:
+        return value.toDate().isValid();
+    case QMetaType::QTime:
+        return value.toTime().isValid();
+    default:
+        return value.canConvert<QString>();
+    }
+}
+
+SourceValue::SourceValue(const QVariant &value, int exponent, bool isAttribute)
+    : m_oValue(value)
+{
+    const int type = value.userType();
+    const auto take = [this](std::initializer_list<Form> forms) { std::copy(forms.begin(), forms.end(), m_aForms); };
+    if (type == QMetaType::Double || type == QMetaType::Float || IsWhole(type)) {
+        m_dNumber = exponent == 0 ? value.toDouble() : value.toDouble() / std::pow(10.0, exponent);
+        // A whole number keeps all of its digits as a text, where a double loses some.
+        if (IsWhole(type) && exponent == 0) {
+            take({ Form::Integer, Form::Number, Form::Text });
+        } else {
+            m_bNumberText = true;
+            take({ Form::Number, Form::Integer, Form::Text });
+        }
+        return;
+    }
+    if (type == QMetaType::Bool && !isAttribute) {
+        take({ Form::Bool });
+    } else if (type == QMetaType::QDateTime) {
+        take({ Form::DateTime, Form::Text });
+    } else if (type == QMetaType::QTime && !isAttribute) {
+        take({ Form::Time, Form::Text });
+    } else {
+        take({ Form::Text, Form::TextAsDate });
+    }
+}
+
+/// Times as a report has them, without milliseconds.
+QString SourceValue::GetText() const
+{
+    if (m_bNumberText) {
+        return QString::number(m_dNumber, 'g', 12);
+    }
+    if (m_oValue.userType() == QMetaType::QDateTime) {
+        return m_oValue.toDateTime().toString(Qt::ISODate);
+    }
+    return m_oValue.userType() == QMetaType::QTime ? m_oValue.toTime().toString(Qt::ISODate) : m_oValue.toString();
+}
+
+bool SourceValue::FitsInteger() const
+{
+    const double cut = std::trunc(m_dNumber);
+    return cut >= std::numeric_limits<int>::min() && cut <= std::numeric_limits<int>::max();
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QTime>
+#include <QVariant>
+
+#include <cmath>
+#include <limits>
+#include <type_traits>
+
+/// A value that a source has given for one place, in the forms in which it is written: the first that the builder takes
+/// counts.
+class SourceValue
+{
+public:
+    /// Numbers are divided by 10 to the power of `exponent`. Attributes take no bool and no time: these are texts
+    /// there.
+    SourceValue(const QVariant &value, int exponent, bool isAttribute);
+
+    /// Whether a report can hold values of that kind at all.
+    static bool IsUsable(const QVariant &value);
+
+    /// Gives the next form to `set`, which takes any of the types that the builder's setters take. Nothing happens
+    /// behind the last one.
+    template <typename Set>
+    void SetNext(Set set);
+
+private:
+    enum class Form { Bool, Integer, Number, DateTime, Time, Text, TextAsDate, None };
+
+    Form TakeForm() { return m_iNext < kMaxForms ? m_aForms[m_iNext++] : Form::None; }
+    bool FitsInteger() const;
+    QString GetText() const;
+
+    static constexpr int kMaxForms = 3;
+    QVariant m_oValue;
+    bool m_bNumberText = false; // the text is the number's, not the value's own
+    double m_dNumber = 0.0;
+    Form m_aForms[kMaxForms] = { Form::None, Form::None, Form::None };
+    int m_iNext = 0;
+};
+
+template <typename Set>
+void SourceValue::SetNext(Set set)
+{
+    Form form = TakeForm();
+    if (form == Form::Integer && !FitsInteger()) {
+        form = TakeForm();
+    }
+    if (form == Form::Bool) {
+        set(m_oValue.toBool());
+    } else if (form == Form::Integer) {
+        set(static_cast<int>(m_dNumber));
+    } else if (form == Form::Number) {
+        set(m_dNumber);
+    } else if (form == Form::DateTime) {
+        set(m_oValue.toDateTime());
+    } else if (form == Form::Time) {
+        set(m_oValue.toTime());
+    } else if (form == Form::Text) {
+        set(GetText());
+    } else if (form == Form::TextAsDate) {
+        set(QDateTime::fromString(GetText(), Qt::ISODate));
+    }
+}
