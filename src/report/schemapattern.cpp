@@ -35,6 +35,21 @@ QString Plain(QChar character)
     return isAnchor ? QLatin1Char('\\') + QString(character) : QString(character);
 }
 
+// What stands for a backslash and the text behind it; empty if nothing can.
+QString Escaped(const QString &behind, bool isInSet)
+{
+    const QChar letter = behind.isEmpty() ? QChar() : behind.at(0);
+    const bool isBlock = letter.toLower() == QLatin1Char('p') && behind.midRef(1).startsWith(QLatin1String("{Is"));
+    if (isBlock || letter.isNull() || QStringLiteral("icIC").contains(letter)) {
+        return QString();
+    }
+    const Escape *pEscape = FindEscape(letter);
+    if (pEscape == nullptr) {
+        return QLatin1Char('\\') + QString(letter);
+    }
+    return isInSet ? pEscape->m_sInSet : pEscape->m_sPlain;
+}
+
 } // namespace
 
 std::optional<QString> FromSchemaPattern(const QString &pattern)
@@ -43,15 +58,10 @@ std::optional<QString> FromSchemaPattern(const QString &pattern)
     bool isInSet = false;
     for (int i = 0; i < pattern.size(); ++i) {
         const QChar character = pattern.at(i);
-        const QChar next = i + 1 < pattern.size() ? pattern.at(i + 1) : QChar();
         if (character == QLatin1Char('\\')) {
             ++i;
-            const Escape *pEscape = FindEscape(next);
-            const QString text = pEscape == nullptr ? QLatin1Char('\\') + QString(next)
-                                                    : (isInSet ? pEscape->m_sInSet : pEscape->m_sPlain);
-            const bool isBlock =
-                next.toLower() == QLatin1Char('p') && pattern.midRef(i + 1).startsWith(QLatin1String("{Is"));
-            if (text.isEmpty() || isBlock || QStringLiteral("icIC").contains(next)) {
+            const QString text = Escaped(pattern.mid(i, 4), isInSet);
+            if (text.isEmpty()) {
                 return std::nullopt;
             }
             result += text;

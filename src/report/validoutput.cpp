@@ -57,7 +57,7 @@ QString ValidOutput::Refuse(const Element &declared, const QString &attribute, Q
     if (judge == nullptr) {
         judge = std::make_unique<ValueJudge>(m_pDeclarations->GetRules()[static_cast<std::size_t>(rule)]);
     }
-    const QString refusal = judge->Refuse(text, pNumber, isDouble);
+    QString refusal = judge->Refuse(text, pNumber, isDouble);
     const Declarations::Constant &constant =
         pAttribute == nullptr ? declared.m_oParticle.m_oDefault : pAttribute->m_oDefault;
     if (refusal.isEmpty() && constant.m_bFixed && !judge->IsSame(text, constant.m_sValue)) {
@@ -204,13 +204,20 @@ void ValidOutput::SpreadValues()
     }
     for (const Item &item : m_lItems) {
         if (item.m_bHasValue && item.m_pDeclared != nullptr) {
-            const Declarations::Particle &particle = item.m_pDeclared->m_oParticle;
-            int alternative = particle.m_iAlternative;
-            for (int choice = particle.m_iChoice; choice >= 0; choice = m_pDeclarations->GetChoice(choice).m_iOuter) {
-                m_lTaken.insert({ { item.m_iParent, choice }, alternative });
-                alternative = m_pDeclarations->GetChoice(choice).m_iOuterAlternative;
-            }
+            Take(item);
         }
+    }
+}
+
+// The alternative is taken unless another one is, and so are those of the choices around.
+void ValidOutput::Take(const Item &item)
+{
+    int alternative = item.m_pDeclared->m_oParticle.m_iAlternative;
+    for (int number = item.m_pDeclared->m_oParticle.m_iChoice; number >= 0;) {
+        const Declarations::Choice &choice = m_pDeclarations->GetChoice(number);
+        m_lTaken.insert({ { item.m_iParent, number }, alternative });
+        alternative = choice.m_iOuterAlternative;
+        number = choice.m_iOuter;
     }
 }
 

@@ -76,6 +76,7 @@ private:
     int Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed);
     bool SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const;
     void SpreadValues();
+    void Take(const Item &item);
     bool Decide(const Item &item);
     bool IsTaken(const Item &item);
     void Complete(const Item &item);

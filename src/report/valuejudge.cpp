@@ -60,7 +60,7 @@ ValueJudge::ValueJudge(const Declarations::Rule &rule)
         ReadFacet(name, value);
         if (name == QLatin1String("pattern")) {
             // Patterns of one restriction are alternatives: one that can't be read lets everything pass.
-            patterns << FromSchemaPattern(value).value_or(QStringLiteral("\\A"));
+            patterns << FromSchemaPattern(value).value_or(QString(QLatin1String("\\A")));
         }
     }
     m_oPattern.setPattern(patterns.join(QLatin1Char('|')));
@@ -183,7 +183,7 @@ QString ValueJudge::RefuseBounds(const QString &text, const double *pNumber) con
     const std::optional<Value> value = Read(text);
     for (const Bound &bound : m_lBounds) {
         if (!value || !IsHeld(bound, *value)) {
-            return QStringLiteral("it breaks %1 %2").arg(bound.m_sName, bound.m_sText);
+            return QLatin1String("it breaks ") + bound.m_sName + QLatin1Char(' ') + bound.m_sText;
         }
     }
     return QString();
@@ -199,7 +199,7 @@ QString ValueJudge::RefuseSize(const QString &text) const
         const int size = isDigits ? CountDigits(text) : text.toUcs4().size();
         const bool isLower = name == QLatin1String("minLength");
         if (isLower ? size < limit : (name == QLatin1String("length") ? size != limit : size > limit)) {
-            return QStringLiteral("it breaks %1 %2").arg(name, QString::number(limit));
+            return QLatin1String("it breaks ") + name + QLatin1Char(' ') + QString::number(limit);
         }
     }
     return QString();
