@@ -58,22 +58,17 @@ std::optional<QString> FromSchemaPattern(const QString &pattern)
     bool isInSet = false;
     for (int i = 0; i < pattern.size(); ++i) {
         const QChar character = pattern.at(i);
-        if (character == QLatin1Char('\\')) {
-            ++i;
-            const QString text = Escaped(pattern.mid(i, 4), isInSet);
+        const bool isEscape = character == QLatin1Char('\\');
+        if (isEscape || (isInSet && character == QLatin1Char('['))) {
+            const QString text = isEscape ? Escaped(pattern.mid(++i, 4), isInSet) : QString();
             if (text.isEmpty()) {
                 return std::nullopt;
             }
             result += text;
-        } else if (isInSet && character == QLatin1Char('[')) {
-            return std::nullopt;
-        } else if (isInSet) {
-            isInSet = character != QLatin1Char(']');
-            result += character;
-        } else {
-            isInSet = character == QLatin1Char('[');
-            result += Plain(character);
+            continue;
         }
+        result += isInSet ? QString(character) : Plain(character);
+        isInSet = isInSet ? character != QLatin1Char(']') : character == QLatin1Char('[');
     }
     return QLatin1String("\\A(?:") + result + QLatin1String(")\\z");
 }
