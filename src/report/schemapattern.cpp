@@ -50,25 +50,33 @@ QString Escaped(const QString &behind, bool isInSet)
     return isInSet ? pEscape->m_sInSet : pEscape->m_sPlain;
 }
 
+// What stands for the piece of the pattern at `place`, which goes on to its last character; empty if nothing can.
+QString NextPiece(const QString &pattern, int &place, bool &isInSet)
+{
+    const QChar character = pattern.at(place);
+    if (character == QLatin1Char('\\')) {
+        return Escaped(pattern.mid(++place, 4), isInSet);
+    }
+    if (isInSet && character == QLatin1Char('[')) {
+        return QString();
+    }
+    const QString piece = isInSet ? QString(character) : Plain(character);
+    isInSet = isInSet ? character != QLatin1Char(']') : character == QLatin1Char('[');
+    return piece;
+}
+
 } // namespace
 
 std::optional<QString> FromSchemaPattern(const QString &pattern)
 {
     QString result;
     bool isInSet = false;
-    for (int i = 0; i < pattern.size(); ++i) {
-        const QChar character = pattern.at(i);
-        const bool isEscape = character == QLatin1Char('\\');
-        if (isEscape || (isInSet && character == QLatin1Char('['))) {
-            const QString text = isEscape ? Escaped(pattern.mid(++i, 4), isInSet) : QString();
-            if (text.isEmpty()) {
-                return std::nullopt;
-            }
-            result += text;
-            continue;
+    for (int place = 0; place < pattern.size(); ++place) {
+        const QString piece = NextPiece(pattern, place, isInSet);
+        if (piece.isEmpty()) {
+            return std::nullopt;
         }
-        result += isInSet ? QString(character) : Plain(character);
-        isInSet = isInSet ? character != QLatin1Char(']') : character == QLatin1Char('[');
+        result += piece;
     }
     return QLatin1String("\\A(?:") + result + QLatin1String(")\\z");
 }
