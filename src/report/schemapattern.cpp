@@ -60,7 +60,7 @@ QString NextPiece(const QString &pattern, int &place, bool &isInSet)
     if (isInSet && character == QLatin1Char('[')) {
         return QString();
     }
-    const QString piece = isInSet ? QString(character) : Plain(character);
+    QString piece = isInSet ? QString(character) : Plain(character);
     isInSet = isInSet ? character != QLatin1Char(']') : character == QLatin1Char('[');
     return piece;
 }
