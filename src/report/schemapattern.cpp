@@ -35,35 +35,48 @@ QString Plain(QChar character)
     return isAnchor ? QLatin1Char('\\') + QString(character) : QString(character);
 }
 
+// What stands for a backslash and the text behind it; empty if nothing can.
+QString Escaped(const QString &behind, bool isInSet)
+{
+    const QChar letter = behind.isEmpty() ? QChar() : behind.at(0);
+    const bool isBlock = letter.toLower() == QLatin1Char('p') && behind.midRef(1).startsWith(QLatin1String("{Is"));
+    if (isBlock || letter.isNull() || QStringLiteral("icIC").contains(letter)) {
+        return QString();
+    }
+    const Escape *pEscape = FindEscape(letter);
+    if (pEscape == nullptr) {
+        return QLatin1Char('\\') + QString(letter);
+    }
+    return isInSet ? pEscape->m_sInSet : pEscape->m_sPlain;
+}
+
+// What stands for the piece of the pattern at `place`, which goes on to its last character; empty if nothing can.
+QString NextPiece(const QString &pattern, int &place, bool &isInSet)
+{
+    const QChar character = pattern.at(place);
+    if (character == QLatin1Char('\\')) {
+        return Escaped(pattern.mid(++place, 4), isInSet);
+    }
+    if (isInSet && character == QLatin1Char('[')) {
+        return QString();
+    }
+    QString piece = isInSet ? QString(character) : Plain(character);
+    isInSet = isInSet ? character != QLatin1Char(']') : character == QLatin1Char('[');
+    return piece;
+}
+
 } // namespace
 
 std::optional<QString> FromSchemaPattern(const QString &pattern)
 {
     QString result;
     bool isInSet = false;
-    for (int i = 0; i < pattern.size(); ++i) {
-        const QChar character = pattern.at(i);
-        const QChar next = i + 1 < pattern.size() ? pattern.at(i + 1) : QChar();
-        if (character == QLatin1Char('\\')) {
-            ++i;
-            const Escape *pEscape = FindEscape(next);
-            const QString text = pEscape == nullptr ? QLatin1Char('\\') + QString(next)
-                                                    : (isInSet ? pEscape->m_sInSet : pEscape->m_sPlain);
-            const bool isBlock =
-                next.toLower() == QLatin1Char('p') && pattern.midRef(i + 1).startsWith(QLatin1String("{Is"));
-            if (text.isEmpty() || isBlock || QStringLiteral("icIC").contains(next)) {
-                return std::nullopt;
-            }
-            result += text;
-        } else if (isInSet && character == QLatin1Char('[')) {
+    for (int place = 0; place < pattern.size(); ++place) {
+        const QString piece = NextPiece(pattern, place, isInSet);
+        if (piece.isEmpty()) {
             return std::nullopt;
-        } else if (isInSet) {
-            isInSet = character != QLatin1Char(']');
-            result += character;
-        } else {
-            isInSet = character == QLatin1Char('[');
-            result += Plain(character);
         }
+        result += piece;
     }
     return QLatin1String("\\A(?:") + result + QLatin1String(")\\z");
 }

@@ -6,9 +6,10 @@
 
 namespace {
 
-QString GivenMark()
+const QString &GivenMark()
 {
-    return Declarations::MarkName() + QLatin1Char('v');
+    static const QString mark = Declarations::MarkName() + QLatin1Char('v');
+    return mark;
 }
 
 const Declarations::Attribute *FindAttribute(const Declarations::Element &declared, const QString &name)
@@ -21,8 +22,9 @@ const Declarations::Attribute *FindAttribute(const Declarations::Element &declar
 
 bool IsOfTemplate(const Declarations::Element &declared, const QString &name, const QString &value)
 {
-    const auto entry = std::make_pair(name, value);
-    return std::binary_search(declared.m_lTemplate.begin(), declared.m_lTemplate.end(), entry);
+    const auto entry = std::lower_bound(declared.m_lTemplate.begin(), declared.m_lTemplate.end(), name,
+                                        [](const auto &other, const QString &sought) { return other.first < sought; });
+    return entry != declared.m_lTemplate.end() && entry->first == name && entry->second == value;
 }
 
 bool HasText(const QDomElement &element)
@@ -43,7 +45,8 @@ const ValidOutput::Element *ValidOutput::Find(CurrentAttributes &attributes) con
     return m_pDeclarations->Of(attributes.GetValue(Declarations::MarkName()));
 }
 
-QString ValidOutput::Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber)
+QString ValidOutput::Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber,
+                            bool isDouble)
 {
     const Declarations::Attribute *pAttribute = FindAttribute(declared, attribute);
     if (!attribute.isEmpty() && pAttribute == nullptr) {
@@ -54,7 +57,7 @@ QString ValidOutput::Refuse(const Element &declared, const QString &attribute, Q
     if (judge == nullptr) {
         judge = std::make_unique<ValueJudge>(m_pDeclarations->GetRules()[static_cast<std::size_t>(rule)]);
     }
-    const QString refusal = judge->Refuse(text, pNumber);
+    QString refusal = judge->Refuse(text, pNumber, isDouble);
     const Declarations::Constant &constant =
         pAttribute == nullptr ? declared.m_oParticle.m_oDefault : pAttribute->m_oDefault;
     if (refusal.isEmpty() && constant.m_bFixed && !judge->IsSame(text, constant.m_sValue)) {
@@ -130,26 +133,21 @@ void ValidOutput::PassContent(const QDomElement &element)
 // The number of the item; that of the parent if there is nothing to decide about the element.
 int ValidOutput::Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed)
 {
-    Item item;
-    item.m_oElement = element;
-    item.m_iParent = parent;
-    item.m_pDeclared = Find(attributes);
-    // What the receiver has made on its own is there.
+    const Element *pDeclared = Find(attributes);
     const bool hasText = HasText(element);
-    item.m_bHasValue = hasText || element == m_oKept || item.m_pDeclared == nullptr;
-    if (item.m_pDeclared != nullptr) {
-        const bool hasAttribute = SettleAttributes(*item.m_pDeclared, attributes, item.m_lMissing);
-        item.m_bHasValue = item.m_bHasValue || hasAttribute;
-    }
-    if (item.m_bHasValue && parent >= 0) {
+    QStringList missing;
+    const bool hasAttribute = pDeclared != nullptr && SettleAttributes(*pDeclared, attributes, missing);
+    // What the receiver has made on its own is there.
+    const bool hasValue = hasText || hasAttribute || pDeclared == nullptr || element == m_oKept;
+    if (hasValue && parent >= 0) {
         At(parent).m_bHasValue = true;
     }
-    const bool isDecided = item.m_pDeclared == nullptr
-        || (hasText && item.m_lMissing.isEmpty() && item.m_pDeclared->m_oParticle.m_iChoice < 0);
+    const bool isDecided =
+        pDeclared == nullptr || (hasText && missing.isEmpty() && pDeclared->m_oParticle.m_iChoice < 0);
     if (isPassed && isDecided && element.firstChildElement().isNull()) {
         return parent;
     }
-    m_lItems.push_back(item);
+    m_lItems.push_back({ element, pDeclared, parent, hasValue, false, missing });
     return static_cast<int>(m_lItems.size()) - 1;
 }
 
@@ -158,7 +156,7 @@ bool ValidOutput::SettleAttributes(const Element &declared, CurrentAttributes &a
 {
     QStringList given;
     for (const auto &[name, value] : attributes.GetAll()) {
-        if (name.startsWith(GivenMark())) {
+        if (Declarations::IsMark(name) && name.startsWith(GivenMark())) {
             given.append(name.mid(GivenMark().size()));
         }
     }
@@ -206,13 +204,20 @@ void ValidOutput::SpreadValues()
     }
     for (const Item &item : m_lItems) {
         if (item.m_bHasValue && item.m_pDeclared != nullptr) {
-            const Declarations::Particle &particle = item.m_pDeclared->m_oParticle;
-            int alternative = particle.m_iAlternative;
-            for (int choice = particle.m_iChoice; choice >= 0; choice = m_pDeclarations->GetChoice(choice).m_iOuter) {
-                m_lTaken.insert({ { item.m_iParent, choice }, alternative });
-                alternative = m_pDeclarations->GetChoice(choice).m_iOuterAlternative;
-            }
+            Take(item);
         }
+    }
+}
+
+// The alternative is taken unless another one is, and so are those of the choices around.
+void ValidOutput::Take(const Item &item)
+{
+    int alternative = item.m_pDeclared->m_oParticle.m_iAlternative;
+    for (int number = item.m_pDeclared->m_oParticle.m_iChoice; number >= 0;) {
+        const Declarations::Choice &choice = m_pDeclarations->GetChoice(number);
+        m_lTaken.insert({ { item.m_iParent, number }, alternative });
+        alternative = choice.m_iOuterAlternative;
+        number = choice.m_iOuter;
     }
 }
 

@@ -29,8 +29,9 @@ public:
     const Element *Find(CurrentAttributes &attributes) const;
 
     /// Holds a value against its declaration, and brings it into its form. `attribute` is empty for the element's own
-    /// value; `pNumber` is null for a value that is no double. As of ValueJudge::Refuse().
-    QString Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber);
+    /// value. As of ValueJudge::Refuse().
+    QString Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber,
+                   bool isDouble);
     /// Whether an element may stand that often beside the others that the template has of its declaration.
     static bool MayRepeat(const Element &declared, int count);
     /// True from the second question on for the elements of one declaration below one parent.
@@ -75,6 +76,7 @@ private:
     int Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed);
     bool SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const;
     void SpreadValues();
+    void Take(const Item &item);
     bool Decide(const Item &item);
     bool IsTaken(const Item &item);
     void Complete(const Item &item);

@@ -33,12 +33,12 @@ QString ToIntegerForm(double value, const QString &text)
     return std::isfinite(value) ? QString::number(std::trunc(value) + 0.0, 'f', 0) : text;
 }
 
-QString ToDoubleForm(const QString &text)
+QString ToDoubleForm(double value, const QString &text)
 {
-    static const QHash<QString, QString> forms { { QStringLiteral("inf"), QStringLiteral("INF") },
-                                                 { QStringLiteral("-inf"), QStringLiteral("-INF") },
-                                                 { QStringLiteral("nan"), QStringLiteral("NaN") } };
-    return forms.value(text, text);
+    if (std::isnan(value)) {
+        return QStringLiteral("NaN");
+    }
+    return std::isinf(value) ? (value < 0 ? QStringLiteral("-INF") : QStringLiteral("INF")) : text;
 }
 
 int CountDigits(const QString &integer)
@@ -60,7 +60,7 @@ ValueJudge::ValueJudge(const Declarations::Rule &rule)
         ReadFacet(name, value);
         if (name == QLatin1String("pattern")) {
             // Patterns of one restriction are alternatives: one that can't be read lets everything pass.
-            patterns << FromSchemaPattern(value).value_or(QStringLiteral("\\A"));
+            patterns << FromSchemaPattern(value).value_or(QString(QLatin1String("\\A")));
         }
     }
     m_oPattern.setPattern(patterns.join(QLatin1Char('|')));
@@ -109,27 +109,16 @@ void ValueJudge::ReadFacet(const QString &name, const QString &value)
     }
 }
 
+// Only an integer type takes texts; whatever else comes has been written by Qt, or isn't there.
 bool ValueJudge::HasForm(const QString &text) const
 {
     static const QRegularExpression integer(QStringLiteral("\\A[+-]?[0-9]+\\z"));
-    static const QRegularExpression number(
-        QStringLiteral("\\A([+-]?([0-9]+(\\.[0-9]*)?|\\.[0-9]+)([eE][+-]?[0-9]+)?|-?INF|NaN)\\z"));
-    static const QRegularExpression dateTime(QStringLiteral(
-        "\\A[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}(\\.[0-9]+)?(Z|[+-][0-9]{2}:[0-9]{2})?\\z"));
-    static const QRegularExpression time(
-        QStringLiteral("\\A[0-9]{2}:[0-9]{2}:[0-9]{2}(\\.[0-9]+)?(Z|[+-][0-9]{2}:[0-9]{2})?\\z"));
-    static const QRegularExpression boolean(QStringLiteral("\\A(true|false|0|1)\\z"));
     switch (m_eKind) {
     case Kind::Integer:
         return integer.match(text).hasMatch();
-    case Kind::Double:
-        return number.match(text).hasMatch();
     case Kind::DateTime:
-        return dateTime.match(text).hasMatch() && !text.startsWith(QLatin1String("0000"));
     case Kind::Time:
-        return time.match(text).hasMatch();
-    case Kind::Boolean:
-        return boolean.match(text).hasMatch();
+        return !text.isEmpty() && !text.startsWith(QLatin1String("0000"));
     default:
         return true;
     }
@@ -138,17 +127,16 @@ bool ValueJudge::HasForm(const QString &text) const
 // Nothing for a text that has no order.
 std::optional<ValueJudge::Value> ValueJudge::Read(const QString &text) const
 {
-    const bool hasOrder = m_eKind != Kind::Unknown && m_eKind != Kind::String && m_eKind != Kind::Boolean;
-    if (!hasOrder || !HasForm(text)) {
-        return std::nullopt;
-    }
     if (m_eKind == Kind::Integer) {
-        return Value { ToNumber(text), false };
+        return HasForm(text) ? std::optional<Value>({ ToNumber(text), false }) : std::nullopt;
     }
     if (m_eKind == Kind::Double) {
-        return Value { text == QLatin1String("NaN") ? std::numeric_limits<long double>::quiet_NaN()
-                                                    : static_cast<long double>(text.toDouble()),
-                       false };
+        bool isNumber = false;
+        const double number = text.toLower().toDouble(&isNumber);
+        return isNumber ? std::optional<Value>({ number, false }) : std::nullopt;
+    }
+    if (m_eKind != Kind::DateTime && m_eKind != Kind::Time) {
+        return std::nullopt;
     }
     const QString full = m_eKind == Kind::Time ? QLatin1String("2000-01-01T") + text : text;
     QDateTime moment = QDateTime::fromString(full, Qt::ISODateWithMs);
@@ -175,15 +163,27 @@ bool ValueJudge::IsHeld(const Bound &bound, const Value &value) const
     return above > 0 || (isInclusive && value.m_dNumber == bound.m_oValue.m_dNumber);
 }
 
-QString ValueJudge::RefuseBounds(const QString &text) const
+// Far from a bound the twelve digits that are written make no difference.
+bool ValueJudge::IsWellWithin(double number) const
 {
-    if (m_lBounds.empty()) {
+    constexpr long double kMargin = 1e-11L;
+    return std::all_of(m_lBounds.begin(), m_lBounds.end(), [number](const Bound &bound) {
+        const long double other = bound.m_oValue.m_dNumber;
+        const bool isLower = bound.m_sName.startsWith(QLatin1String("min"));
+        return (isLower ? number - other : other - number) > kMargin * (std::abs(other) + std::abs(number));
+    });
+}
+
+QString ValueJudge::RefuseBounds(const QString &text, const double *pNumber) const
+{
+    const bool isNumber = pNumber != nullptr && (m_eKind == Kind::Double || m_eKind == Kind::Integer);
+    if (m_lBounds.empty() || (isNumber && IsWellWithin(*pNumber))) {
         return QString();
     }
     const std::optional<Value> value = Read(text);
     for (const Bound &bound : m_lBounds) {
         if (!value || !IsHeld(bound, *value)) {
-            return QStringLiteral("it breaks %1 %2").arg(bound.m_sName, bound.m_sText);
+            return QLatin1String("it breaks ") + bound.m_sName + QLatin1Char(' ') + bound.m_sText;
         }
     }
     return QString();
@@ -199,7 +199,7 @@ QString ValueJudge::RefuseSize(const QString &text) const
         const int size = isDigits ? CountDigits(text) : text.toUcs4().size();
         const bool isLower = name == QLatin1String("minLength");
         if (isLower ? size < limit : (name == QLatin1String("length") ? size != limit : size > limit)) {
-            return QStringLiteral("it breaks %1 %2").arg(name, QString::number(limit));
+            return QLatin1String("it breaks ") + name + QLatin1Char(' ') + QString::number(limit);
         }
     }
     return QString();
@@ -207,6 +207,9 @@ QString ValueJudge::RefuseSize(const QString &text) const
 
 bool ValueJudge::IsSame(const QString &first, const QString &second) const
 {
+    if (m_eKind == Kind::String || m_eKind == Kind::Unknown) {
+        return first == second;
+    }
     if (m_eKind == Kind::Boolean) {
         const auto isTrue = [](const QString &text) {
             return text == QLatin1String("true") || text == QLatin1String("1");
@@ -222,12 +225,12 @@ bool ValueJudge::IsSame(const QString &first, const QString &second) const
     return areNeither || (one->m_dNumber == other->m_dNumber && one->m_bHasZone == other->m_bHasZone);
 }
 
-QString ValueJudge::Refuse(QString &text, const double *pNumber) const
+QString ValueJudge::Refuse(QString &text, const double *pNumber, bool isDouble) const
 {
-    if (m_eKind == Kind::Integer && pNumber != nullptr) {
+    if (m_eKind == Kind::Integer && isDouble) {
         text = ToIntegerForm(*pNumber, text);
-    } else if (m_eKind == Kind::Double) {
-        text = ToDoubleForm(text);
+    } else if (m_eKind == Kind::Double && isDouble) {
+        text = ToDoubleForm(*pNumber, text);
     }
     QString judged = text;
     if (m_bReplaces) {
@@ -236,7 +239,8 @@ QString ValueJudge::Refuse(QString &text, const double *pNumber) const
     if (m_bCollapses) {
         judged = judged.simplified();
     }
-    if (!HasForm(judged)) {
+    const bool isInteger = m_eKind == Kind::Integer && pNumber != nullptr && std::isfinite(*pNumber);
+    if (!isInteger && !HasForm(judged)) {
         return QStringLiteral("it is no %1").arg(m_sType);
     }
     const auto isSame = [&](const QString &allowed) { return IsSame(judged, allowed); };
@@ -246,6 +250,6 @@ QString ValueJudge::Refuse(QString &text, const double *pNumber) const
     if (m_bHasPattern && !m_oPattern.match(judged).hasMatch()) {
         return QStringLiteral("it doesn't match the pattern");
     }
-    const QString refusal = RefuseBounds(judged);
+    const QString refusal = RefuseBounds(judged, pNumber);
     return refusal.isEmpty() ? RefuseSize(judged) : refusal;
 }

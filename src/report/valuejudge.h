@@ -17,9 +17,10 @@ class ValueJudge
 public:
     explicit ValueJudge(const Declarations::Rule &rule);
 
-    /// Brings `text`, which is that of a double if `pNumber` isn't null, into the form of the type. Empty if it may
-    /// stand there, else what completes "the value was not written: ".
-    QString Refuse(QString &text, const double *pNumber) const;
+    /// Brings `text` into the form of the type. `pNumber` is the number that it writes, null for other values;
+    /// `isDouble` says that it came as a double. Empty if it may stand there, else what completes "the value was not
+    /// written: ".
+    QString Refuse(QString &text, const double *pNumber, bool isDouble) const;
     /// Whether both texts mean one value.
     bool IsSame(const QString &first, const QString &second) const;
 
@@ -44,7 +45,8 @@ private:
     std::optional<Value> Read(const QString &text) const;
     bool HasForm(const QString &text) const;
     bool IsHeld(const Bound &bound, const Value &value) const;
-    QString RefuseBounds(const QString &text) const;
+    bool IsWellWithin(double number) const;
+    QString RefuseBounds(const QString &text, const double *pNumber) const;
     QString RefuseSize(const QString &text) const;
 
     QString m_sType;

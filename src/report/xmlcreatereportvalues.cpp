@@ -226,7 +226,8 @@ QString XmlCreateReport::CheckValue(GivenValue &given, const QString &attribute,
     const ValidOutput::Element *pDeclared = pValid == nullptr ? nullptr : pValid->Find(GetAttributes());
     if (pDeclared != nullptr) {
         const bool isDouble = &given.m_oKind == &kDouble;
-        return pValid->Refuse(*pDeclared, attribute, given.m_sText, isDouble ? &given.m_dNumber : nullptr);
+        const bool isNumber = isDouble || &given.m_oKind == &kInteger;
+        return pValid->Refuse(*pDeclared, attribute, given.m_sText, isNumber ? &given.m_dNumber : nullptr, isDouble);
     }
     const facets::Verdict verdict =
         facets::Check(given.m_oKind.m_eFacets, given.m_sText, given.m_dNumber, GetAttributes().GetAll(), attribute);

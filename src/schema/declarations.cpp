@@ -66,6 +66,12 @@ Entry &At(std::vector<Entry> &list, int index)
 
 } // namespace
 
+const QString &Declarations::MarkName()
+{
+    static const QString name(QChar(1));
+    return name;
+}
+
 void Declarations::StartTag(const QString &tag, const QXmlAttributes &atts)
 {
     if (!m_lOpen.empty() && m_lOpen.back() >= 0) {

@@ -23,7 +23,7 @@ public:
     using Attributes = std::vector<std::pair<QString, QString>>;
 
     /// The name of the mark, and the first character of the names of all marks.
-    static QString MarkName() { return QString(QChar(1)); }
+    static const QString &MarkName();
     static bool IsMark(const QString &attribute) { return attribute.at(0) == QChar(1); }
 
     /// A built-in type without its prefix, empty for any other, and facets as declared.

@@ -2,10 +2,13 @@
 
 #include "report/schemapattern.h"
 
+#include <QDialog>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QtTest>
 
 #include <cmath>
+#include <memory>
 
 namespace {
 
@@ -148,6 +151,8 @@ private Q_SLOTS:
     void HidesItsMarks();
     void TellsThePlace();
     void TellsTheFateOnce();
+    void TellsTheFateOfADialog_data();
+    void TellsTheFateOfADialog();
 };
 
 void TestValidOutput::SettlesTheReport_data()
@@ -382,6 +387,41 @@ void TestValidOutput::TellsTheFateOnce()
         QCOMPARE(fates.first().GetState(), ReportOutcome::State::Saved);
         QCOMPARE(fates.first().GetMissing(), isRead ? QStringList { QStringLiteral("/R/v") } : QStringList());
     }
+}
+
+void TestValidOutput::TellsTheFateOfADialog_data()
+{
+    QTest::addColumn<QString>("ending");
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<int>("state");
+    QTest::newRow("dropped") << "reject"_q << QString() << int(ReportOutcome::State::Dropped);
+    QTest::newRow("closed") << "close"_q << QString() << int(ReportOutcome::State::Saved);
+    QTest::newRow("no folder") << "SlotSaveWithoutComment"_q
+                               << "gone/"_q << int(ReportOutcome::State::NotSaved);
+    QTest::newRow("the builder ends") << QString() << QString() << int(ReportOutcome::State::Dropped);
+}
+
+void TestValidOutput::TellsTheFateOfADialog()
+{
+    QFETCH(QString, ending);
+    QFETCH(QString, folder);
+    ReportRun run;
+    QVERIFY(run.Run(RootElement(Leaf("v"))));
+    QVector<ReportOutcome> fates;
+    auto report = std::make_unique<XmlCreateReport>(&run.m_oReceiver);
+    run.m_oReceiver.m_fnElement = nullptr;
+    report->SetFateHandler([&fates](const ReportOutcome &outcome) { fates << outcome; });
+    const QString path = QFileInfo(run.ReportPath()).path() + QLatin1Char('/') + folder + "dialog.xml"_q;
+    QVERIFY(report->CreateXmlFromSchema(run.SchemaPath(), path, true));
+    QVERIFY(fates.isEmpty());
+    if (!ending.isEmpty()) {
+        QVERIFY(QMetaObject::invokeMethod(report->GetCommentDialogs().front(), ending.toLatin1().constData()));
+    }
+    QCOMPARE(fates.size(), ending.isEmpty() ? 0 : 1);
+    report.reset();
+    QCOMPARE(fates.size(), 1);
+    QTEST(int(fates.first().GetState()), "state");
+    QCOMPARE(fates.first().GetSaveError().isEmpty(), folder.isEmpty());
 }
 
 QTEST_MAIN(TestValidOutput)
