@@ -5,6 +5,8 @@
 #include "host/trace.h"
 #include "report/xmlcreatereport.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <utility>
 
@@ -146,8 +148,14 @@ void VCReporting::WriteSource(const QVariant &value, int exponent)
 {
     SourceValue forms(value, exponent, m_bSettingAttribute);
     m_pSourceValue = &forms;
+    const QPointer<VCReporting> guard(this);
+    // Also if an override of the host's throws: what it was about is gone.
+    const auto forget = qScopeGuard([this, guard] {
+        if (guard != nullptr) {
+            m_pSourceValue = nullptr;
+        }
+    });
     WriteNextForm();
-    m_pSourceValue = nullptr;
     m_bValueWritten = true;
 }
 

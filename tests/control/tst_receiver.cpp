@@ -53,7 +53,7 @@ private Q_SLOTS:
         const auto *tree = window.findChild<QTreeWidget *>(QStringLiteral("reportTree"));
         for (const auto &[element, text] : { std::pair("Frequency", "433.92 MHz"), std::pair("Depth", "80 %") }) {
             const auto found = tree->findItems(QLatin1String(element), Qt::MatchRecursive);
-            QCOMPARE(found.isEmpty() ? QString() : found.last()->text(1).trimmed(), QLatin1String(text));
+            QCOMPARE(found.isEmpty() ? QString() : found.first()->text(1).trimmed(), QLatin1String(text));
         }
         QVERIFY(QDir(reports).removeRecursively());
         QMetaObject::invokeMethod(window.GetControl().findChild<QTimer *>(), "timeout");

@@ -409,7 +409,7 @@ void TestValidOutput::TellsTheFateOfADialog()
     QVERIFY(run.Run(RootElement(Leaf("v"))));
     QVector<ReportOutcome> fates;
     auto report = std::make_unique<XmlCreateReport>(&run.m_oReceiver);
-    run.m_oReceiver.m_fnElement = nullptr;
+    run.m_oReceiver.m_fnElement = [](ElemBeginEvent &) {};
     report->SetFateHandler([&fates](const ReportOutcome &outcome) { fates << outcome; });
     const QString path = QFileInfo(run.ReportPath()).path() + QLatin1Char('/') + folder + "dialog.xml"_q;
     QVERIFY(report->CreateXmlFromSchema(run.SchemaPath(), path, true));
