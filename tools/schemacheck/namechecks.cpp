@@ -95,7 +95,7 @@ void CheckDeclaredTwice(const Subject &subject, Findings &findings)
             const int number = nodes[i];
             const bool isNamed = model.At(number).m_bGlobal || model.At(number).Has("name");
             // A file that is included twice declares the same again.
-            if (isNamed && model.Place(number) != model.Place(nodes[i - 1])) {
+            if (isNamed && !model.AreOnePlace(number, nodes[i - 1])) {
                 findings.Add("declared-twice", number, { model.At(number).FirstValue(), model.Place(nodes[i - 1]) });
             }
         }

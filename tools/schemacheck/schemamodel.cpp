@@ -17,6 +17,16 @@ QString LocalName(const QString &tag)
     return tag.startsWith(QLatin1String("xs:")) ? tag.mid(3) : QString();
 }
 
+// Qt's reader doesn't tell where a prolog ends. A file whose bytes aren't its characters keeps what it tells.
+void PlaceFirstTag(const QByteArray &content, SchemaNode &node)
+{
+    const int position = content.indexOf('<' + node.m_sQualifiedName.toUtf8());
+    if (position >= 0) {
+        node.m_iLine = content.left(position).count('\n') + 1;
+        node.m_iColumn = position - content.left(position).lastIndexOf('\n');
+    }
+}
+
 } // namespace
 
 bool SchemaNode::Has(const char *name) const
@@ -53,7 +63,9 @@ SchemaModel::SchemaModel(const QString &path)
                                                         : QString())
     , m_oOpenFiles(m_sTop)
 {
-    m_sError = ReadFile(m_sTop, path, -1);
+    if (!path.isEmpty()) {
+        m_sError = ReadFile(m_sTop, path, -1);
+    }
 }
 
 QString SchemaModel::ReadFile(const QString &path, const QString &shown, int parent)
@@ -69,9 +81,14 @@ QString SchemaModel::ReadFile(const QString &path, const QString &shown, int par
     if (!file.open(QIODevice::ReadOnly)) {
         return QStringLiteral("%1:1:1: error: %2").arg(shown, file.errorString());
     }
-    QXmlStreamReader reader(&file);
+    const QByteArray content = file.readAll();
+    const int first = Count();
+    QXmlStreamReader reader(content);
     reader.setNamespaceProcessing(false);
     ReadTags(reader, number, parent);
+    if (Count() > first) {
+        PlaceFirstTag(content, m_lNodes[static_cast<std::size_t>(first)]);
+    }
     return reader.hasError() ? QStringLiteral("%1:%2:%3: error: %4")
                                    .arg(shown)
                                    .arg(reader.lineNumber())
@@ -87,7 +104,8 @@ void SchemaModel::ReadTags(QXmlStreamReader &reader, int file, int parent)
         SchemaNode node;
         node.m_iFile = file;
         node.m_iLine = static_cast<int>(reader.lineNumber());
-        node.m_iColumn = static_cast<int>(reader.columnNumber()) + 1;
+        // Text is known to end by the next tag's first character.
+        node.m_iColumn = static_cast<int>(reader.columnNumber()) + (reader.isCharacters() && !reader.isCDATA() ? 0 : 1);
         node.m_iParent = open;
         reader.readNext();
         if (reader.isStartElement()) {
@@ -211,4 +229,9 @@ bool SchemaModel::IsOfForeignPrefix(int file, const QString &name) const
 QString SchemaModel::Place(int node) const
 {
     return QStringLiteral("%1:%2").arg(m_lFiles.at(At(node).m_iFile)).arg(At(node).m_iLine);
+}
+
+bool SchemaModel::AreOnePlace(int one, int other) const
+{
+    return Place(one) == Place(other) && At(one).m_iColumn == At(other).m_iColumn;
 }

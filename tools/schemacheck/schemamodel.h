@@ -90,6 +90,8 @@ public:
     bool IsOfForeignPrefix(int file, const QString &name) const;
     /// "file:line".
     QString Place(int node) const;
+    /// Whether two tags are one, in a file that is read twice.
+    bool AreOnePlace(int one, int other) const;
     /// The path at which the schema reader looks for an include of that location.
     QString IncludePath(const QString &location) const;
 

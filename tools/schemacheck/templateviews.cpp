@@ -34,7 +34,14 @@ QString Limits(int key)
     return from + QString::number(isOptional ? std::max(key / 100, 1) : key);
 }
 
-// The rows of an element: those of its parent, else those that no element's name can match.
+// Whether the name is that of a type, and not of an element.
+bool IsTypeName(const ReaderRun &run, const QString &name)
+{
+    const auto entry = run.GetTypes().find(name);
+    return entry != run.GetTypes().end() && entry->second.m_pFragment->firstChild().nodeName() != name;
+}
+
+// The rows of an element: those of its parent, else those of types, which can't be told from each other here.
 QString OccursOf(ReaderRun &run, const QDomElement &element)
 {
     QStringList own;
@@ -46,7 +53,11 @@ QString OccursOf(ReaderRun &run, const QDomElement &element)
     for (const auto &[key, parents] : keys->second) {
         for (const QString &parent : parents) {
             const bool isOwn = parent == element.parentNode().nodeName();
-            (isOwn ? own : others).append(isOwn ? Limits(key) : QStringLiteral("%1 in %2").arg(Limits(key), parent));
+            if (isOwn) {
+                own.append(Limits(key));
+            } else if (IsTypeName(run, parent)) {
+                others.append(QStringLiteral("%1 in %2").arg(Limits(key), parent));
+            }
         }
     }
     QStringList &shown = own.isEmpty() ? others : own;
@@ -146,7 +157,8 @@ void AddNames(ReaderRun &run, const QDomElement &element, const QString &repeate
     const Attributes attributes = AttributesOf(element);
     Name name = NameOf(run, element, repeatedAround);
     const QString place = name.m_sPlace;
-    if (attributes.contains(QStringLiteral("type"))) {
+    // A container is in the host's hands where it may go or stand several times.
+    if (attributes.contains(QStringLiteral("type")) || !(name.m_sOccurs + name.m_sChoice).isEmpty()) {
         name.m_sType = attributes.value(QStringLiteral("type"));
         name.m_sAllowed = Allowed(attributes, QString());
         names.push_back(name);
@@ -241,7 +253,9 @@ QString NamesCode(const std::vector<Name> &names)
         if (name.m_sPlace.endsWith(QLatin1String("@Unit"))) {
             continue;
         }
-        text += name.m_sRepeated.isEmpty()
+        const bool isContainer = name.m_sType.isEmpty() && !name.m_sPlace.contains(QLatin1Char('@'));
+        text += isContainer ? QStringLiteral("control->AddReportContainer(\"%1\", 1);").arg(ItemName(name, counts))
+            : name.m_sRepeated.isEmpty()
             ? QStringLiteral("control->AddReportData(\"%1\", \"\", \"\", 1, \"\", 0, \"\");")
                   .arg(ItemName(name, counts))
             : QStringLiteral("control->AddReportSource(\"%1\", [](const ReportPlace &place) { return "
