@@ -158,6 +158,7 @@ void TestSchemaCheck::theProgramSaysIt_data()
     QTest::newRow("a line")
         << "check sub/bad.xsd" << 1
         << "^sub/bad.xsd:1:13: warning: an element of type \"xs:int\" takes no value: use .* \\[valueless-type\\]\n$";
+    QTest::newRow("told only") << "check --only-warn sub/bad.xsd" << 0 << "valueless-type";
     QTest::newRow("disabled") << "check --disable valueless-type sub/bad.xsd good.xsd" << 0 << "^$";
     QTest::newRow("cured") << "check --valid-output sub/optional.xsd" << 0 << "^$";
     QTest::newRow("not cured") << "check sub/optional.xsd" << 1 << "optional-attribute";

@@ -69,6 +69,7 @@ Program::Program()
         { QStringLiteral("disable"), QStringLiteral("a rule to leave out; may stand several times"),
           QStringLiteral("rule") },
         { QStringLiteral("valid-output"), QStringLiteral("leave out the rules that valid output cures") },
+        { QStringLiteral("only-warn"), QStringLiteral("end with 0, whatever is found in schemas that can be read") },
         { QStringLiteral("code"), QStringLiteral("names as lines of C++ to paste") },
     });
     m_oParser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("check, template, names or rules"));
@@ -181,7 +182,8 @@ void Program::Report(const CheckedSchema &schema)
             continue;
         }
         m_lTold.insert(line);
-        m_iExitCode = std::max<int>(m_iExitCode, SomethingFound);
+        m_iExitCode =
+            std::max<int>(m_iExitCode, m_oParser.isSet(QStringLiteral("only-warn")) ? NothingFound : SomethingFound);
         if (m_bJson) {
             m_lObjects.append(schema.Object(finding));
         } else {

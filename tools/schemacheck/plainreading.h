@@ -28,9 +28,10 @@ public:
     std::vector<Place> ChildrenOf(int element, int mostCopies) const;
     /// The attributes that the template's element gets: type, default, facets, and its own with their types.
     QMap<QString, QString> AttributesOf(int element) const;
+    /// The type of an element or a global attribute, inside it or by name; -1 for a built-in one.
+    int TypeOf(int node) const;
 
 private:
-    int TypeOf(int node) const;
     int FindType(const QString &name) const;
     void AddContent(int type, std::vector<Place> &places, int mostCopies, int level) const;
     void AddParticles(int node, std::vector<Place> &places, int mostCopies, int level) const;

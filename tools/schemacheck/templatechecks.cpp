@@ -33,6 +33,7 @@ private:
     void CompareElement(const Place &place, const QDomElement &actual);
     void CompareAttributes(const Place &place, const QDomElement &actual);
     void CompareDefault(const Place &place, const QDomElement &actual);
+    void CompareLateAttribute(const Place &place, const QString &name);
     void CompareOrder(const Children &children);
     void CompareCounts(const Children &children, const QHash<QString, int> &surplus);
     void CompareCopies(const Place &place, const QDomElement &first, const QDomElement &copy);
@@ -94,6 +95,9 @@ void TemplateComparison::CompareAttributes(const Place &place, const QDomElement
         if (!isEqual && attribute.key() == QLatin1String("default")) {
             CompareDefault(place, actual);
         }
+        if (!isEqual && actual.attribute(attribute.key()).isEmpty()) {
+            CompareLateAttribute(place, attribute.key());
+        }
         if (!isEqual) {
             AddOtherwise(place.m_iSource, NameOf(place),
                          QStringLiteral("the attribute \"%1\" of its template").arg(attribute.key()));
@@ -114,6 +118,20 @@ void TemplateComparison::CompareDefault(const Place &place, const QDomElement &a
         m_oFindings.Add("late-default", place.m_iDeclaration, { NameOf(place), node.Get("type") });
     } else if (!node.m_bGlobal && place.m_iCopy > 0 && m_oSubject.Waits(place.m_iDeclaration)) {
         m_oFindings.Add("copies-default", place.m_iDeclaration, { NameOf(place) });
+    }
+}
+
+// A reference to a global attribute that was read before its own type had come.
+void TemplateComparison::CompareLateAttribute(const Place &place, const QString &name)
+{
+    const int type = m_oPlain.TypeOf(place.m_iDeclaration);
+    for (int number = type; type >= 0 && number < m_oModel.At(type).m_iEnd; ++number) {
+        const SchemaNode &node = m_oModel.At(number);
+        const std::vector<int> &declarations = m_oSubject.Declarations(name);
+        if (node.Is("attribute") && node.Get("ref") == name && !declarations.empty()
+            && m_oSubject.Waits(declarations.back())) {
+            m_oFindings.Add("late-content", number, { name, m_oModel.At(declarations.back()).Get("type") });
+        }
     }
 }
 
