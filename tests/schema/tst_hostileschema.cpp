@@ -3,6 +3,7 @@
 #include "support/schemareading.h"
 #include "support/tracecapture.h"
 
+#include "checkedschema.h"
 #include "dom/nodewalk.h"
 
 #include <QtTest>
@@ -10,7 +11,7 @@
 #include <sys/stat.h>
 
 /// Any file at all may stand where a schema should. Each case runs in a child with a small stack and little memory and
-/// time, in the way in which the library reads a schema.
+/// time, in the way in which the library reads a schema, and by the checker of schemas.
 class TestHostileSchema : public QObject
 {
     Q_OBJECT
@@ -184,6 +185,14 @@ void TestHostileSchema::comesToAnEnd()
     QCOMPARE(result.m_sReason, QString());
     const QRegularExpression pattern(QLatin1Char('^') + expected, QRegularExpression::DotMatchesEverythingOption);
     QVERIFY2(pattern.match(QString::fromUtf8(result.m_sOutput)).hasMatch(), result.m_sOutput.constData());
+    const auto check = [&path] {
+        const CheckedSchema schema(path);
+        return schema.GetError().toUtf8() + QByteArray::number(int(schema.GetFindings().size()));
+    };
+    const auto checked = limitedprocess::Run(check);
+    QCOMPARE(checked.m_sReason, QString());
+    // What fails is told of.
+    QVERIFY(!result.m_sOutput.startsWith('0') || checked.m_sOutput != "0");
 }
 
 void TestHostileSchema::nothingThatBlocksIsIncluded()
