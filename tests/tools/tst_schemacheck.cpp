@@ -1,5 +1,8 @@
 #include "checkedschema.h"
 #include "support/schemafiles.h"
+#include "support/scriptedreceiver.h"
+
+#include "report/xmlcreatereport.h"
 
 #include <QtTest>
 
@@ -17,6 +20,8 @@ private Q_SLOTS:
     void rulesAreTrue();
     void everyRuleHasItsRow();
     void theManualListsTheRules();
+    void aNewcomerGetsALineForEachTrap();
+    void whatIsMendedValidates();
     void theProgramSaysIt_data();
     void theProgramSaysIt();
 };
@@ -147,6 +152,50 @@ void TestSchemaCheck::theManualListsTheRules()
                      || manual.contains(QStringLiteral("# %1\n").arg(heading)),
                  rule.m_sHeading);
     }
+}
+
+void TestSchemaCheck::aNewcomerGetsALineForEachTrap()
+{
+    QStringList rules { QStringLiteral("first-ref"),          QStringLiteral("flat-type"),
+                        QStringLiteral("hundreds"),           QStringLiteral("inline-attribute-type"),
+                        QStringLiteral("name-prefix"),        QStringLiteral("named-occurs"),
+                        QStringLiteral("optional-attribute"), QStringLiteral("unchecked-facet"),
+                        QStringLiteral("user-restriction"),   QStringLiteral("valueless-type") };
+    rules.sort();
+    QCOMPARE(RulesIn(CheckedSchema(QStringLiteral(TEST_DATA_DIR "/newcomer.xsd"))), rules);
+}
+
+void TestSchemaCheck::whatIsMendedValidates()
+{
+    const QString schema = QStringLiteral(TEST_DATA_DIR "/mended.xsd");
+    QCOMPARE(RulesIn(CheckedSchema(schema)), QStringList());
+    const QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("report.xml"));
+    ScriptedReceiver receiver;
+    XmlCreateReport report(&receiver);
+    receiver.m_fnElement = [&report](ElemBeginEvent &event) {
+        const QXmlAttributes attributes = event.GetElementAttributes();
+        if (event.GetElementName() == QLatin1String("Signal")) {
+            report.SetElementMaxOccurs(QStringLiteral("Signal"), 3);
+        }
+        for (const char *name : { "Version", "Status" }) {
+            if (attributes.index(QLatin1String(name)) >= 0) {
+                report.SetAttributeValue(QLatin1String(name), QStringLiteral("known"));
+            }
+        }
+        if (attributes.value(QStringLiteral("type")) == QLatin1String("double")) {
+            report.SetXmlValue(4.5);
+        } else if (attributes.index(QStringLiteral("type")) >= 0) {
+            report.SetXmlValue(QStringLiteral("text"));
+        }
+    };
+    QVERIFY(report.CreateXmlFromSchema(schema, path, false));
+    QCOMPARE(ReadAll(path).count(QLatin1String("<Frequency>4.5<")), 3);
+    const QString judge = QStandardPaths::findExecutable(QStringLiteral("xmllint"));
+    if (judge.isEmpty()) {
+        QSKIP("xmllint isn't here to judge the report");
+    }
+    QCOMPARE(QProcess::execute(judge, { QStringLiteral("--noout"), QStringLiteral("--schema"), schema, path }), 0);
 }
 
 void TestSchemaCheck::theProgramSaysIt_data()

@@ -89,7 +89,8 @@ const std::vector<Rule> &AllRules()
           "take it away, or switch valid output on", kFacets, Rule::ValidOutput },
         { "bound-65535", "a bound of 65535 counts as absent", "use a value beside it", kFacets },
 
-        { "inline-attribute-type", "the type inside the attribute \"%1\" restricts the element around it",
+        { "inline-attribute-type",
+          "the type inside the attribute \"%1\" isn't its own: it restricts the element around it, or nothing",
           "declare a global attribute with that type, and refer to it", "An attribute with an inline type.",
           Rule::Shapes },
         { "extends-content", "the elements of the base \"%1\" don't come along", "repeat them here",
