@@ -12,9 +12,10 @@ function(tagwright_check_schema)
     list(APPEND options --disable ${rule})
   endforeach()
   list(TRANSFORM arg_UNPARSED_ARGUMENTS REPLACE "^([^/].*)$" "${CMAKE_CURRENT_SOURCE_DIR}/\\1")
+  list(JOIN ARGN " " schemas)
   # Always run: only the checker knows what a schema includes.
   string(MD5 name "${CMAKE_CURRENT_SOURCE_DIR};${ARGN}")
   add_custom_target(tagwright_check_schema_${name} ALL
     COMMAND Tagwright::SchemaCheck check ${options} ${arg_UNPARSED_ARGUMENTS}
-    COMMENT "Checking ${arg_UNPARSED_ARGUMENTS}" VERBATIM COMMAND_EXPAND_LISTS)
+    COMMENT "Checking schemas: ${schemas}" VERBATIM COMMAND_EXPAND_LISTS)
 endfunction()

@@ -1,9 +1,9 @@
+#include "checkedschema.h"
 #include "support/limitedprocess.h"
 #include "support/schemafiles.h"
 #include "support/schemareading.h"
 #include "support/tracecapture.h"
 
-#include "checkedschema.h"
 #include "dom/nodewalk.h"
 
 #include <QtTest>
