@@ -129,10 +129,10 @@ void OccurrenceChecks::CheckChoice(int number)
     if (outer >= 0 && m_lNextElement[static_cast<std::size_t>(choice.m_iEnd)] < m_oModel.At(outer).m_iEnd) {
         m_oFindings.Add("choice-in-choice", number);
     }
-    // Each end of a choice leads to the next hundred.
+    // Each end of a choice leads to the next hundred, also in a restriction.
     m_lChoicesOfFiles.resize(static_cast<std::size_t>(m_oModel.GetFiles().size()));
     const int first = 100 * m_lChoicesOfFiles[static_cast<std::size_t>(choice.m_iFile)]++;
-    if (hasInner || outer >= 0) {
+    if (hasInner || outer >= 0 || choice.m_bFacet) {
         return;
     }
     if (members.size() > 100) {
@@ -156,7 +156,7 @@ void CheckOccurrences(const Subject &subject, Findings &findings)
         const SchemaNode &node = subject.m_oModel.At(number);
         if (node.IsLocalElement()) {
             checks.CheckElement(number);
-        } else if (node.Is("choice") && !node.m_bFacet) {
+        } else if (node.Is("choice")) {
             checks.CheckChoice(number);
         }
     }

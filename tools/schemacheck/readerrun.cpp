@@ -72,7 +72,7 @@ ReaderRun::ReaderRun(const QString &path, Undeclared undeclared)
     m_oReader.setContentHandler(&m_oHandler);
     m_oReader.setErrorHandler(&m_oHandler);
     m_oReader.ReadFile(path);
-    m_oHandler.GetMaps(m_Missing, m_Occurs, m_Types, m_Choices);
+    m_oHandler.GetMaps(m_hMissing, m_hOccurs, m_hTypes, m_hChoices);
 }
 
 ReaderRun::~ReaderRun() = default;
@@ -94,14 +94,14 @@ QString ReaderRun::GetError(const QString &shownPath) const
 
 void ReaderRun::BeforeResolution()
 {
-    m_oHandler.GetMaps(m_Missing, m_Occurs, m_Types, m_Choices);
-    for (const auto &[name, counts] : m_Missing) {
-        if (!name.isEmpty() && m_Types.count(name) == 0) {
+    m_oHandler.GetMaps(m_hMissing, m_hOccurs, m_hTypes, m_hChoices);
+    for (const auto &[name, counts] : m_hMissing) {
+        if (!name.isEmpty() && m_hTypes.count(name) == 0) {
             m_lUndeclared.insert(name);
         }
     }
-    for (const auto &[name, entry] : m_Types) {
-        if (!entry.m_bUsed && entry.m_pFragment->hasChildNodes() && m_Missing.count(name) == 0) {
+    for (const auto &[name, entry] : m_hTypes) {
+        if (!entry.m_bUsed && entry.m_pFragment->hasChildNodes() && m_hMissing.count(name) == 0) {
             m_lCandidates.insert(name);
         }
     }

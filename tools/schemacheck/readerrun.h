@@ -30,10 +30,10 @@ public:
     QDomDocument *GetDocument() { return m_oHandler.GetDocument(); }
     QDomElement GetRoot() { return m_oHandler.GetDocument()->documentElement(); }
 
-    const MissingMap &GetMissing() const { return m_Missing; }
-    const OccursMap &GetOccurs() const { return m_Occurs; }
-    const TypeMap &GetTypes() const { return m_Types; }
-    const ChoiceMap &GetChoices() const { return m_Choices; }
+    const MissingMap &GetMissing() const { return m_hMissing; }
+    const OccursMap &GetOccurs() const { return m_hOccurs; }
+    const TypeMap &GetTypes() const { return m_hTypes; }
+    const ChoiceMap &GetChoices() const { return m_hChoices; }
     /// Names that something refers to and nothing declares.
     const std::set<QString> &GetUndeclared() const { return m_lUndeclared; }
     /// The declarations among which the root was chosen.
@@ -63,10 +63,10 @@ private:
     bool m_bEnded = false;
     bool m_bResolved = false;
     QString m_sFault;
-    MissingMap m_Missing;
-    OccursMap m_Occurs;
-    TypeMap m_Types;
-    ChoiceMap m_Choices;
+    MissingMap m_hMissing;
+    OccursMap m_hOccurs;
+    TypeMap m_hTypes;
+    ChoiceMap m_hChoices;
     std::set<QString> m_lUndeclared;
     std::set<QString> m_lCandidates;
     QStringList m_lTraces;

@@ -40,7 +40,7 @@ const std::vector<Rule> &AllRules()
           "write \"xs:%2\"", kFirst, Rule::Shapes },
         { "name-prefix", "\"%1\" is looked up with its prefix, and nothing is declared so", "write \"%2\"", kFirst,
           Rule::Shapes },
-        { "first-attribute", "the first attribute of \"%1\", here \"%2\", is taken for its \"%3\"",
+        { "first-attribute", "the first attribute of \"%1\" is \"%2\", and its \"%3\" is looked for there alone",
           "write \"%3\" first", kFirst, Rule::Shapes },
         { "declared-twice", "\"%1\" takes the place of the declaration of that name at %2",
           "give types, global elements and global attributes names of their own", kFirst, Rule::Shapes },
@@ -50,7 +50,8 @@ const std::vector<Rule> &AllRules()
           "keep one global element that nothing refers to", kFirst },
         { "root-attribute", "nothing refers to the attribute \"%1\", so that it takes part in the choice of the root",
           "refer to it, or take it away", kFirst, Rule::Shapes },
-        { "no-root", "no global element can be the root: each is referred to, or an include has read it",
+        { "no-root",
+          "there is no root: this file has no global element that nothing refers to, or has it ahead of an include",
           "declare one in this file, behind its includes, that nothing refers to", kFirst },
 
         { "passed-over", "\"%1\" is passed over, and %2", "%3", kTable, Rule::Shapes },
@@ -60,7 +61,7 @@ const std::vector<Rule> &AllRules()
         { "choice-size", "this choice has %1 members, and those behind the 100th count for the next choice",
           "make at most 100 members", kChoices },
         { "choice-in-choice", "the end of this inner choice ends the outer one: what follows there is no alternative",
-          "put the inner choice last", kChoices, Rule::ValidOutput },
+          "put the inner choice last", kChoices },
         { "choice-include", "another file's choice takes the place of this one, whose members are no alternatives then",
           "keep all choices in one file", kChoices },
 
@@ -85,8 +86,8 @@ const std::vector<Rule> &AllRules()
         { "attribute-contains",
           "the facets of the attribute \"%1\" restrict the attribute \"%2\" too: they contain its name",
           "rename one, or switch valid output on", kAttributes, Rule::ValidOutput },
-        { "unchecked-facet", "nobody checks \"%1\" of a type \"%2\", and it stays in the report",
-          "take it away, or switch valid output on", kFacets, Rule::ValidOutput },
+        { "unchecked-facet", "nobody checks \"%1\" of a type \"%2\"", "take it away, or switch valid output on",
+          kFacets, Rule::ValidOutput },
         { "bound-65535", "a bound of 65535 counts as absent", "use a value beside it", kFacets },
 
         { "inline-attribute-type",

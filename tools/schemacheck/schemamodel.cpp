@@ -1,5 +1,6 @@
 #include "schemamodel.h"
 
+#include "dom/guardedreader.h"
 #include "schema/localdeclaration.h"
 
 #include <QDir>
@@ -162,8 +163,11 @@ void SchemaModel::ReadInclude(int node)
         return;
     }
     const QString error = ReadFile(path, m_sShownDirectory + location, node);
-    if (!error.isEmpty()) {
-        m_lLostIncludes.push_back({ node, path, error.section(QLatin1String(": error: "), 1), false });
+    // The library guards itself against files that the model can read.
+    dom::GuardedReader reader;
+    if (!reader.ReadFile(path) || !error.isEmpty()) {
+        const QString reason = error.section(QLatin1String(": error: "), 1);
+        m_lLostIncludes.push_back({ node, path, reason.isEmpty() ? reader.GetRefusal() : reason, false });
     }
     m_oOpenFiles.Leave();
 }

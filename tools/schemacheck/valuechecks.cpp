@@ -71,7 +71,9 @@ void CheckAttributeType(const Subject &subject, int number, Findings &findings)
     const QString name = node.Get("name");
     const bool hasInline = subject.m_oModel.Child(number, { "simpleType" }) >= 0;
     const QString type = node.m_bGlobal ? subject.Carrier(name).attribute(QStringLiteral("type")) : node.Get("type");
-    if (!name.isEmpty() && !TakesValue(type, Target::Attribute) && (node.m_bGlobal || !hasInline)) {
+    // What leaves a global attribute's type empty has a rule of its own.
+    const bool isTold = node.m_bGlobal ? type.isEmpty() && (hasInline || node.Has("type")) : hasInline;
+    if (!name.isEmpty() && !TakesValue(type, Target::Attribute) && !isTold) {
         const bool isOwn = !node.m_bGlobal && !type.isEmpty() && !IsBuiltIn(type);
         findings.Add(
             "valueless-attribute", number,
@@ -81,12 +83,13 @@ void CheckAttributeType(const Subject &subject, int number, Findings &findings)
         return;
     }
     const QString key = name.isEmpty() ? node.Get("ref") : name;
-    const QString use = node.Get("use");
-    if (use != QLatin1String("required")) {
+    if (node.Get("use") != QLatin1String("required")) {
         findings.Add("optional-attribute", number, { key });
     }
-    if (key == QLatin1String("type") || key == QLatin1String("default") || key.endsWith(QLatin1String("clusive"))) {
-        findings.Add("reserved-attribute", number, { key });
+    for (const char *taken : { "type", "default", "minInclusive", "maxInclusive", "minExclusive", "maxExclusive" }) {
+        if (key == QLatin1String(taken)) {
+            findings.Add("reserved-attribute", number, { key });
+        }
     }
 }
 
