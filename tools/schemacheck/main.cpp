@@ -9,11 +9,11 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 #include <QSet>
 
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <unistd.h>
 
 namespace {
@@ -39,6 +39,7 @@ public:
     int Run(const QStringList &arguments);
 
 private:
+    QString ReadOptions(const QStringList &arguments);
     int Check(const QStringList &paths);
     int Show(const QString &command, const QString &path);
     void Report(const CheckedSchema &schema);
@@ -79,35 +80,44 @@ Program::Program()
 
 int Program::Run(const QStringList &arguments)
 {
-    if (!m_oParser.parse(arguments)) {
-        return FailUsage(m_oParser.errorText());
-    }
-    if (m_oParser.isSet(QStringLiteral("help")) || m_oParser.isSet(QStringLiteral("version"))) {
-        m_oParser.process(arguments);
-    }
-    const QString format = m_oParser.value(QStringLiteral("format"));
-    m_bJson = format == QLatin1String("json");
-    for (const QString &rule : m_oParser.values(QStringLiteral("disable"))) {
-        if (FindRule(rule) == nullptr) {
-            return FailUsage(QStringLiteral("there is no rule \"%1\"").arg(rule));
-        }
-        m_lDisabled.insert(rule);
+    const QString wrong = ReadOptions(arguments);
+    if (!wrong.isEmpty()) {
+        return FailUsage(wrong);
     }
     const QString command = m_oParser.positionalArguments().value(0);
     const QStringList paths = m_oParser.positionalArguments().mid(1);
+    if (command == QLatin1String("check") && !paths.isEmpty()) {
+        return Check(paths);
+    }
+    if ((command == QLatin1String("template") || command == QLatin1String("names")) && paths.size() == 1) {
+        return Show(command, paths.first());
+    }
     if (command == QLatin1String("rules") && paths.isEmpty()) {
         Print(stdout, RulesAsManual());
         return NothingFound;
     }
-    if (paths.isEmpty() || (!m_bJson && format != QLatin1String("text"))) {
-        return FailUsage(QStringLiteral("see tagwright-schema --help"));
+    return FailUsage(QStringLiteral("see tagwright-schema --help"));
+}
+
+// What is wrong about them; empty if nothing is.
+QString Program::ReadOptions(const QStringList &arguments)
+{
+    if (!m_oParser.parse(arguments)) {
+        return m_oParser.errorText();
     }
-    if (command == QLatin1String("check")) {
-        return Check(paths);
+    if (m_oParser.isSet(QStringLiteral("help")) || m_oParser.isSet(QStringLiteral("version"))) {
+        m_oParser.process(arguments);
     }
-    const bool isView = command == QLatin1String("template") || command == QLatin1String("names");
-    return isView && paths.size() == 1 ? Show(command, paths.first())
-                                       : FailUsage(QStringLiteral("see tagwright-schema --help"));
+    for (const QString &rule : m_oParser.values(QStringLiteral("disable"))) {
+        if (FindRule(rule) == nullptr) {
+            return QStringLiteral("there is no rule \"%1\"").arg(rule);
+        }
+        m_lDisabled.insert(rule);
+    }
+    const QString format = m_oParser.value(QStringLiteral("format"));
+    m_bJson = format == QLatin1String("json");
+    return m_bJson || format == QLatin1String("text") ? QString()
+                                                      : QStringLiteral("there is no format \"%1\"").arg(format);
 }
 
 QStringList FilesOf(const QString &folder)
@@ -121,29 +131,36 @@ QStringList FilesOf(const QString &folder)
     return files;
 }
 
-// Of the files of a folder those that another one includes are checked with that one.
+QSet<QString> IncludesOf(const QString &file)
+{
+    QSet<QString> includes;
+    const SchemaModel model(file);
+    for (const QString &other : model.GetFiles().mid(1)) {
+        includes.insert(QFileInfo(other).canonicalFilePath());
+    }
+    return includes;
+}
+
+// Of the files of a folder those that another one includes are checked with that one; of two that include each other
+// the first stays.
 QStringList TopFilesOf(const QString &folder)
 {
-    const QStringList files = FilesOf(folder);
-    QSet<QString> included;
-    QStringList tops;
-    for (const QString &file : files) {
-        const SchemaModel model(file);
-        const QStringList read = model.GetFiles().mid(1);
-        const bool isKnown = included.contains(QFileInfo(file).canonicalFilePath());
-        for (const QString &other : read) {
-            // Of two that include each other the first stays.
-            const QString path = QFileInfo(other).canonicalFilePath();
-            if (!isKnown || !tops.contains(other)) {
-                included.insert(path);
-            }
-        }
-        tops.append(file);
+    QMap<QString, QSet<QString>> includes;
+    for (const QString &file : FilesOf(folder)) {
+        includes.insert(QFileInfo(file).canonicalFilePath(), IncludesOf(file));
     }
-    QStringList result;
-    std::copy_if(tops.begin(), tops.end(), std::back_inserter(result),
-                 [&included](const QString &file) { return !included.contains(QFileInfo(file).canonicalFilePath()); });
-    return result;
+    QStringList tops;
+    for (const QString &file : FilesOf(folder)) {
+        const QString path = QFileInfo(file).canonicalFilePath();
+        const auto isAbove = [&](const QString &other) {
+            return includes[other].contains(path) && !(includes[path].contains(other) && path <= other);
+        };
+        const QStringList all = includes.keys();
+        if (std::none_of(all.begin(), all.end(), isAbove)) {
+            tops.append(file);
+        }
+    }
+    return tops;
 }
 
 int Program::Check(const QStringList &paths)

@@ -85,17 +85,20 @@ void CheckReference(const Subject &subject, int number, Findings &findings, int 
     }
 }
 
+// The second of two declarations, unless it is the first one in a file that is included twice.
+void CheckPair(const SchemaModel &model, int first, int second, Findings &findings)
+{
+    const SchemaNode &node = model.At(second);
+    if ((node.m_bGlobal || node.Has("name")) && !model.AreOnePlace(first, second)) {
+        findings.Add("declared-twice", second, { node.FirstValue(), model.Place(first) });
+    }
+}
+
 void CheckDeclaredTwice(const Subject &subject, Findings &findings)
 {
-    const SchemaModel &model = subject.m_oModel;
     for (const std::vector<int> &nodes : subject.AllDeclarations()) {
         for (std::size_t i = 1; i < nodes.size(); ++i) {
-            const int number = nodes[i];
-            const bool isNamed = model.At(number).m_bGlobal || model.At(number).Has("name");
-            // A file that is included twice declares the same again.
-            if (isNamed && !model.AreOnePlace(number, nodes[i - 1])) {
-                findings.Add("declared-twice", number, { model.At(number).FirstValue(), model.Place(nodes[i - 1]) });
-            }
+            CheckPair(subject.m_oModel, nodes[i - 1], nodes[i], findings);
         }
     }
 }
@@ -118,20 +121,24 @@ void CheckRoot(const Subject &subject, Findings &findings)
     }
 }
 
-// What ended the run.
-void CheckEnd(const Subject &subject, Findings &findings)
+void CheckLimit(const Subject &subject, Findings &findings)
 {
-    const QString end = QStringLiteral(" would break this: nothing more is built.");
+    const QString end = QStringLiteral(": nothing more is built.");
     for (const QString &trace : subject.m_oRun.GetTraces()) {
         if (trace.endsWith(end)) {
-            findings.Add("limit", 0, { trace.left(trace.size() - end.size()) + QStringLiteral(" would break this") });
+            findings.Add("limit", 0, { QString(trace).remove(end) });
             return;
         }
     }
+}
+
+// A run that has failed leaves open what waits for itself.
+void CheckCircle(const Subject &subject, Findings &findings)
+{
     for (const auto &[name, counts] : subject.m_oRun.GetMissing()) {
         const auto entry = subject.m_oRun.GetTypes().find(name);
         const bool isOpen = entry != subject.m_oRun.GetTypes().end() && entry->second.m_iOpenRefs > 0;
-        if (isOpen && !subject.m_oRun.HasTemplate() && !subject.Declarations(name).empty()) {
+        if (isOpen && !subject.Declarations(name).empty()) {
             findings.Add("circle", subject.Declarations(name).back(), { name });
         }
     }
@@ -147,5 +154,8 @@ void CheckNames(const Subject &subject, Findings &findings)
     }
     CheckDeclaredTwice(subject, findings);
     CheckRoot(subject, findings);
-    CheckEnd(subject, findings);
+    CheckLimit(subject, findings);
+    if (!subject.m_oRun.HasTemplate() && !findings.Has("limit")) {
+        CheckCircle(subject, findings);
+    }
 }

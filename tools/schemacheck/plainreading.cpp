@@ -62,19 +62,22 @@ void PlainReading::AddContent(int type, std::vector<Place> &places, int mostCopi
 
 void PlainReading::AddParticles(int node, std::vector<Place> &places, int mostCopies, int level) const
 {
-    m_oModel.ForChildren(node, [&](int child) {
-        const SchemaNode &particle = m_oModel.At(child);
-        if (particle.Is("element")) {
-            AddCopies(child, places, mostCopies);
-        } else if (particle.Is("sequence") || particle.Is("choice") || particle.Is("all")) {
-            AddParticles(child, places, mostCopies, level);
-        } else if (particle.Is("group") && level < kMaxLevel) {
-            const int group = m_hGroups.value(LocalName(particle.Get("ref")), -1);
-            if (group >= 0) {
-                AddParticles(group, places, mostCopies, level + 1);
-            }
+    m_oModel.ForChildren(node, [&](int child) { AddParticle(child, places, mostCopies, level); });
+}
+
+void PlainReading::AddParticle(int node, std::vector<Place> &places, int mostCopies, int level) const
+{
+    const SchemaNode &particle = m_oModel.At(node);
+    if (particle.Is("element")) {
+        AddCopies(node, places, mostCopies);
+    } else if (particle.Is("sequence") || particle.Is("choice") || particle.Is("all")) {
+        AddParticles(node, places, mostCopies, level);
+    } else if (particle.Is("group") && level < kMaxLevel) {
+        const int group = m_hGroups.value(LocalName(particle.Get("ref")), -1);
+        if (group >= 0) {
+            AddParticles(group, places, mostCopies, level + 1);
         }
-    });
+    }
 }
 
 void PlainReading::AddCopies(int element, std::vector<Place> &places, int mostCopies) const

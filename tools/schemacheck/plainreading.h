@@ -35,6 +35,7 @@ private:
     int FindType(const QString &name) const;
     void AddContent(int type, std::vector<Place> &places, int mostCopies, int level) const;
     void AddParticles(int node, std::vector<Place> &places, int mostCopies, int level) const;
+    void AddParticle(int node, std::vector<Place> &places, int mostCopies, int level) const;
     void AddCopies(int element, std::vector<Place> &places, int mostCopies) const;
     void AddValue(const QString &typeName, int type, QMap<QString, QString> &attributes, int level) const;
     void AddFacets(int restriction, QMap<QString, QString> &attributes) const;
