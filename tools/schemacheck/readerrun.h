@@ -27,7 +27,7 @@ public:
     QString GetError(const QString &shownPath) const;
     /// Whether there is a template.
     bool HasTemplate() const { return m_bResolved; }
-    QDomDocument *GetDocument() { return m_oHandler.GetDocument(); }
+    /// The template's root element.
     QDomElement GetRoot() { return m_oHandler.GetDocument()->documentElement(); }
 
     const MissingMap &GetMissing() const { return m_hMissing; }

@@ -159,7 +159,7 @@ void SchemaModel::ReadInclude(int node)
     const QString path = IncludePath(location);
     const QString refusal = m_oOpenFiles.Enter(path, openTags);
     if (!refusal.isEmpty()) {
-        m_lLostIncludes.push_back({ node, path, refusal, true });
+        m_lLostIncludes.push_back({ node, refusal, true });
         return;
     }
     const QString error = ReadFile(path, m_sShownDirectory + location, node);
@@ -167,7 +167,7 @@ void SchemaModel::ReadInclude(int node)
     dom::GuardedReader reader;
     if (!reader.ReadFile(path) || !error.isEmpty()) {
         const QString reason = error.section(QLatin1String(": error: "), 1);
-        m_lLostIncludes.push_back({ node, path, reason.isEmpty() ? reader.GetRefusal() : reason, false });
+        m_lLostIncludes.push_back({ node, reason.isEmpty() ? reader.GetRefusal() : reason, false });
     }
     m_oOpenFiles.Leave();
 }
@@ -218,16 +218,12 @@ int SchemaModel::DeclarationOf(int node) const
     return declares(At(node)) ? node : Around(node, declares);
 }
 
-QString SchemaModel::Namespace(int file, const QString &prefix) const
-{
-    return m_lNamespaces[static_cast<std::size_t>(file)].value(prefix);
-}
-
 bool SchemaModel::IsOfForeignPrefix(int file, const QString &name) const
 {
     const QString prefix = name.contains(QLatin1Char(':')) ? name.section(QLatin1Char(':'), 0, 0) : QString();
     return prefix != QLatin1String("xs")
-        && Namespace(file, prefix) == QLatin1String("http://www.w3.org/2001/XMLSchema");
+        && m_lNamespaces[static_cast<std::size_t>(file)].value(prefix)
+        == QLatin1String("http://www.w3.org/2001/XMLSchema");
 }
 
 QString SchemaModel::Place(int node) const

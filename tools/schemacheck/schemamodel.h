@@ -55,7 +55,6 @@ public:
     struct LostInclude
     {
         int m_iNode = 0;
-        QString m_sPath;
         QString m_sReason;
         /// The schema reader doesn't open the file at all.
         bool m_bRefused = false;
@@ -84,22 +83,19 @@ public:
     /// The global declaration or named type around the tag, or the tag itself.
     int DeclarationOf(int node) const;
 
-    /// The namespace to which a prefix leads at the top of the file; null if to none.
-    QString Namespace(int file, const QString &prefix) const;
     /// Whether a name leads to the namespace of schemas by a prefix other than "xs", or by none.
     bool IsOfForeignPrefix(int file, const QString &name) const;
     /// "file:line".
     QString Place(int node) const;
     /// Whether two tags are one, in a file that is read twice.
     bool AreOnePlace(int one, int other) const;
-    /// The path at which the schema reader looks for an include of that location.
-    QString IncludePath(const QString &location) const;
 
 private:
     QString ReadFile(const QString &path, const QString &shown, int parent);
     void ReadTags(QXmlStreamReader &reader, int file, int parent);
     void AddNode(const QXmlStreamReader &reader, SchemaNode node);
     void ReadInclude(int node);
+    QString IncludePath(const QString &location) const;
 
     QString m_sTop;
     QString m_sShownDirectory;
