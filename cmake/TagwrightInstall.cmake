@@ -54,6 +54,11 @@ install(TARGETS ${libraries} EXPORT TagwrightTargets
   FILE_SET HEADERS DESTINATION ${TAGWRIGHT_INCLUDE_DIR} COMPONENT devel
   INCLUDES DESTINATION ${TAGWRIGHT_INCLUDE_DIR})
 
+if(TARGET schemacheck)
+  install(TARGETS schemacheck EXPORT TagwrightTargets RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT devel)
+  install(FILES ${PROJECT_SOURCE_DIR}/docs/tagwright-schema.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT devel)
+endif()
+
 # For CMake: find_package(Tagwright).
 install(EXPORT TagwrightTargets NAMESPACE Tagwright:: DESTINATION ${TAGWRIGHT_CMAKE_DIR} COMPONENT devel)
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/TagwrightConfig.cmake.in TagwrightConfig.cmake
@@ -61,6 +66,7 @@ configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/TagwrightConfig.cmake.in
 write_basic_package_version_file(TagwrightConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/TagwrightConfig.cmake ${PROJECT_BINARY_DIR}/TagwrightConfigVersion.cmake
   DESTINATION ${TAGWRIGHT_CMAKE_DIR} COMPONENT devel)
+install(FILES ${CMAKE_CURRENT_LIST_DIR}/TagwrightSchemaCheck.cmake DESTINATION ${TAGWRIGHT_CMAKE_DIR} COMPONENT devel)
 
 # For everything else: pkg-config.
 set(pc_host_libs -ltagwright_host)
@@ -114,7 +120,8 @@ file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_DEVEL_PACKAGE_NAME libtagwright-dev)
 set(CPACK_DEBIAN_DEVEL_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVEL_DESCRIPTION "XML reports of measured values - development files
- Headers, CMake and pkg-config files and the documentation of Tagwright.")
+ Headers, CMake and pkg-config files and the documentation of Tagwright, and
+ tagwright-schema, which tells what becomes of a schema.")
 set(CPACK_DEBIAN_DEVEL_PACKAGE_DEPENDS
     "libtagwright${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), qtbase5-dev (>= 5.15)")
 

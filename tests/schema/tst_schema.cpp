@@ -1,3 +1,4 @@
+#include "checkedschema.h"
 #include "support/limitedprocess.h"
 #include "support/schemafiles.h"
 #include "support/schemareading.h"
@@ -148,6 +149,13 @@ void TestSchema::comesOutAsTold()
     if (QByteArray(QTest::currentDataTag()).startsWith("hostile")) {
         const auto result = limitedprocess::Run([&] { return Difference(top, expected).toUtf8(); });
         QCOMPARE(result.m_sReason + QString::fromUtf8(result.m_sOutput), QString());
+        const auto checked = limitedprocess::Run([&top] {
+            const CheckedSchema schema(top);
+            return schema.GetError().toUtf8() + QByteArray::number(int(schema.GetFindings().size()));
+        });
+        QCOMPARE(checked.m_sReason, QString());
+        // What fails is told of.
+        QVERIFY(!expected.first().startsWith(QLatin1String("failed")) || checked.m_sOutput != "0");
     } else {
         QCOMPARE(Difference(top, expected), QString());
     }
