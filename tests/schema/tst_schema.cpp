@@ -150,8 +150,8 @@ void TestSchema::comesOutAsTold()
         const auto result = limitedprocess::Run([&] { return Difference(top, expected).toUtf8(); });
         QCOMPARE(result.m_sReason + QString::fromUtf8(result.m_sOutput), QString());
         const auto checked = limitedprocess::Run([&top] {
-            const CheckedSchema schema(top);
-            return schema.GetError().toUtf8() + QByteArray::number(int(schema.GetFindings().size()));
+            const CheckedSchema file(top);
+            return file.GetError().toUtf8() + QByteArray::number(int(file.GetFindings().size()));
         });
         QCOMPARE(checked.m_sReason, QString());
         // What fails is told of.
