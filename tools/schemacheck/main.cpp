@@ -108,11 +108,12 @@ QString Program::ReadOptions(const QStringList &arguments)
     if (m_oParser.isSet(QStringLiteral("help")) || m_oParser.isSet(QStringLiteral("version"))) {
         m_oParser.process(arguments);
     }
-    for (const QString &rule : m_oParser.values(QStringLiteral("disable"))) {
-        if (FindRule(rule) == nullptr) {
-            return QStringLiteral("there is no rule \"%1\"").arg(rule);
-        }
-        m_lDisabled.insert(rule);
+    const QStringList disabled = m_oParser.values(QStringLiteral("disable"));
+    m_lDisabled = QSet<QString>(disabled.begin(), disabled.end());
+    const auto unknown =
+        std::find_if(disabled.begin(), disabled.end(), [](const QString &rule) { return FindRule(rule) == nullptr; });
+    if (unknown != disabled.end()) {
+        return QStringLiteral("there is no rule \"%1\"").arg(*unknown);
     }
     const QString format = m_oParser.value(QStringLiteral("format"));
     m_bJson = format == QLatin1String("json");
