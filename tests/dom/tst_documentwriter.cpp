@@ -4,6 +4,7 @@
 
 #include "dom/documentsaver.h"
 #include "dom/documentwriter.h"
+#include "dom/utf8stream.h"
 
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -62,7 +63,7 @@ QByteArray QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes);
-    stream.setCodec("UTF-8");
+    dom::SetUtf8(stream);
     document.save(stream, 4);
     stream.flush();
     return bytes;
