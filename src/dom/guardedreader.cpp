@@ -170,7 +170,7 @@ private:
     {
         return (name.startsWith(QLatin1Char('%')) ? name : QLatin1Char('&') + name) + QLatin1Char(';');
     }
-    static int Weight(const QString &prefix) { return 1 + prefix.size() / limits::kPrefixCharacters; }
+    static qint64 Weight(const QString &prefix) { return 1 + prefix.size() / limits::kPrefixCharacters; }
     bool ComparePrefixes()
     {
         const qint64 prefixes = m_hPrefixes.size();
