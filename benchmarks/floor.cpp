@@ -2,9 +2,10 @@
 
 #include "workload.h"
 
+#include "dom/utf8stream.h"
+
 #include <QDomDocument>
 #include <QFile>
-#include <QTextCodec>
 #include <QTextStream>
 #include <QXmlDefaultHandler>
 #include <QXmlInputSource>
@@ -61,7 +62,7 @@ void Save(const QDomDocument &document, const QString &path)
         qFatal("can't write %s", qPrintable(path));
     }
     QTextStream stream(&file);
-    stream.setCodec(QTextCodec::codecForName("UTF-8"));
+    dom::SetUtf8(stream);
     document.save(stream, 4);
 }
 

@@ -1,11 +1,14 @@
-# What is installed, how other projects find it, and the Debian packages.
+# What is installed, and how other projects find it. All names that a build with another Qt could take, too, carry
+# TAGWRIGHT_SUFFIX.
 
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
-set(TAGWRIGHT_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/tagwright)
-set(TAGWRIGHT_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/tagwright)
-set(TAGWRIGHT_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Tagwright)
+set(TAGWRIGHT_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/tagwright${TAGWRIGHT_SUFFIX})
+set(TAGWRIGHT_DATA_DIR ${CMAKE_INSTALL_DATADIR}/tagwright${TAGWRIGHT_SUFFIX})
+set(TAGWRIGHT_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/tagwright${TAGWRIGHT_SUFFIX}-doc)
+set(TAGWRIGHT_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/${TAGWRIGHT_PACKAGE})
+set(packaging_dir ${PROJECT_SOURCE_DIR}/packaging)
 
 # The headers that a host includes, as "report/xmlcreatereport.h". Below include/tagwright they keep their rooms.
 set(source_dir ${PROJECT_SOURCE_DIR}/src)
@@ -54,80 +57,72 @@ install(TARGETS ${libraries} EXPORT TagwrightTargets
   FILE_SET HEADERS DESTINATION ${TAGWRIGHT_INCLUDE_DIR} COMPONENT devel
   INCLUDES DESTINATION ${TAGWRIGHT_INCLUDE_DIR})
 
-if(TARGET schemacheck)
-  install(TARGETS schemacheck EXPORT TagwrightTargets RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT devel)
-  install(FILES ${PROJECT_SOURCE_DIR}/docs/tagwright-schema.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT devel)
-endif()
-
-# For CMake: find_package(Tagwright).
+# For CMake: find_package(Tagwright) or find_package(TagwrightQt6). The targets are called alike.
 install(EXPORT TagwrightTargets NAMESPACE Tagwright:: DESTINATION ${TAGWRIGHT_CMAKE_DIR} COMPONENT devel)
-configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/TagwrightConfig.cmake.in TagwrightConfig.cmake
+set(config ${PROJECT_BINARY_DIR}/${TAGWRIGHT_PACKAGE}Config)
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/TagwrightConfig.cmake.in ${config}.cmake
   INSTALL_DESTINATION ${TAGWRIGHT_CMAKE_DIR} NO_SET_AND_CHECK_MACRO)
-write_basic_package_version_file(TagwrightConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/TagwrightConfig.cmake ${PROJECT_BINARY_DIR}/TagwrightConfigVersion.cmake
+write_basic_package_version_file(${config}Version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${config}.cmake ${config}Version.cmake ${CMAKE_CURRENT_LIST_DIR}/TagwrightSchemaCheck.cmake
   DESTINATION ${TAGWRIGHT_CMAKE_DIR} COMPONENT devel)
-install(FILES ${CMAKE_CURRENT_LIST_DIR}/TagwrightSchemaCheck.cmake DESTINATION ${TAGWRIGHT_CMAKE_DIR} COMPONENT devel)
 
 # For everything else: pkg-config.
-set(pc_host_libs -ltagwright_host)
+set(pc_host_libs -ltagwright_host${TAGWRIGHT_SUFFIX})
 if(TAGWRIGHT_HOST_TARGET)
   set(pc_host_libs "")
 endif()
+list(TRANSFORM TAGWRIGHT_QT_MODULES REPLACE "(.+)" "${TAGWRIGHT_QT}\\1 >= ${TAGWRIGHT_QT_VERSION}" OUTPUT_VARIABLE pc_qt)
+list(JOIN pc_qt ", " pc_qt)
 # The file tells its prefix by where it stands itself, so that the whole tree can be moved.
 file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(${CMAKE_CURRENT_LIST_DIR}/tagwright.pc.in tagwright.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/tagwright.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT devel)
+set(pc_file ${PROJECT_BINARY_DIR}/tagwright${TAGWRIGHT_SUFFIX}.pc)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/tagwright.pc.in ${pc_file} @ONLY)
+install(FILES ${pc_file} DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT devel)
 
-install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${TAGWRIGHT_DOC_DIR}
-  COMPONENT devel)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${TAGWRIGHT_DOC_DIR} COMPONENT devel
-  FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 # Built into the library as well; here a host that looks for translators in a folder finds them.
 install(FILES ${PROJECT_SOURCE_DIR}/translations/tagwright_de.qm ${PROJECT_SOURCE_DIR}/translations/tagwright_fr.qm
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/tagwright/translations COMPONENT runtime)
+  DESTINATION ${TAGWRIGHT_DATA_DIR}/translations COMPONENT runtime)
 
-if(TARGET receiver)
-  set_target_properties(receiver PROPERTIES INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
-  install(TARGETS receiver RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT example)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/schemas DESTINATION ${CMAKE_INSTALL_DATADIR}/tagwright
-    COMPONENT example)
+# The documents lie to each other as in the sources, so that their links lead somewhere.
+install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${TAGWRIGHT_DOC_DIR} COMPONENT doc)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${TAGWRIGHT_DOC_DIR} COMPONENT doc
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "decisions.md" EXCLUDE)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${TAGWRIGHT_DOC_DIR} COMPONENT doc)
+if(TAGWRIGHT_BUILD_PACKAGES)
+  include(TagwrightReference)
 endif()
 
-# Debian packages, one for each component: cpack --preset package.
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_VENDOR "Tagwright developers")
-set(CPACK_PACKAGE_CONTACT "Tagwright developers <tagwright@localhost>")
-set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_COMPONENTS_ALL runtime devel example)
-set(CPACK_COMPONENTS_GROUPING IGNORE)
-set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
+# tagwright_install_gzip(source target folder component): installs a file with this build's names in it, packed without
+# a time of its own. "folder" is created below the prefix.
+find_program(TAGWRIGHT_GZIP gzip REQUIRED)
+function(tagwright_install_gzip source target folder component)
+  set(copy ${PROJECT_BINARY_DIR}/packed/${component}/${target})
+  configure_file(${source} ${copy} @ONLY)
+  execute_process(COMMAND ${TAGWRIGHT_GZIP} -9nkf ${copy} COMMAND_ERROR_IS_FATAL ANY)
+  install(FILES ${copy}.gz DESTINATION ${folder} COMPONENT ${component})
+endfunction()
 
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libtagwright${PROJECT_VERSION_MAJOR})
-set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "XML reports of measured values, shaped by an XSD schema
- Tagwright reads an XSD schema into a template, fills it with the values that a
- measuring application holds, checks each against its type and bounds, and
- saves the report. This package holds the shared libraries.")
-# The linker's cache has to learn of the new libraries.
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/triggers)
-file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
+# tagwright_install_program(target component [EXPORT name]): a program, and its page of the manual from
+# packaging/man/TARGET.1.in.
+function(tagwright_install_program target component)
+  get_target_property(program ${target} OUTPUT_NAME)
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS ${target} ${ARGN} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${component})
+  tagwright_install_gzip(${packaging_dir}/man/${target}.1.in ${program}.1 ${CMAKE_INSTALL_MANDIR}/man1 ${component})
+endfunction()
 
-set(CPACK_DEBIAN_DEVEL_PACKAGE_NAME libtagwright-dev)
-set(CPACK_DEBIAN_DEVEL_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVEL_DESCRIPTION "XML reports of measured values - development files
- Headers, CMake and pkg-config files and the documentation of Tagwright, and
- tagwright-schema, which tells what becomes of a schema.")
-set(CPACK_DEBIAN_DEVEL_PACKAGE_DEPENDS
-    "libtagwright${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), qtbase5-dev (>= 5.15)")
+if(TARGET schemacheck)
+  tagwright_install_program(schemacheck devel EXPORT TagwrightTargets)
+endif()
+if(TARGET receiver)
+  tagwright_install_program(receiver example)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/schemas DESTINATION ${TAGWRIGHT_DATA_DIR} COMPONENT example)
+  set(program tagwright-receiver${TAGWRIGHT_SUFFIX})
+  configure_file(${packaging_dir}/receiver.desktop.in ${program}.desktop @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${program}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications
+    COMPONENT example)
+  install(FILES ${packaging_dir}/receiver.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
+    RENAME ${program}.svg COMPONENT example)
+endif()
 
-set(CPACK_DEBIAN_EXAMPLE_PACKAGE_NAME tagwright-example)
-set(CPACK_DEBIAN_EXAMPLE_PACKAGE_SECTION science)
-set(CPACK_DEBIAN_EXAMPLE_DESCRIPTION "XML reports of measured values - example receiver
- A small monitoring receiver that shows how Tagwright is built into a host.")
-set(CPACK_DEBIAN_EXAMPLE_PACKAGE_DEPENDS "libtagwright${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION})")
-include(CPack)
+include(TagwrightPackages)

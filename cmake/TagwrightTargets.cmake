@@ -21,5 +21,7 @@ function(tagwright_target_defaults target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow
                                            $<$<BOOL:${TAGWRIGHT_WARNINGS_AS_ERRORS}>:-Werror>)
   target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS
-                                               QT_NO_FOREACH)
+                                               QT_NO_FOREACH
+                                               # Qt 5.15 marks all of its SAX classes deprecated.
+                                               QT_NO_DEPRECATED_WARNINGS)
 endfunction()

@@ -14,13 +14,15 @@ JOBS="${JOBS:-$(nproc)}"
 
 # What each script needs of the distribution's packages.
 PACKAGES_BUILD=(g++ cmake ninja-build qtbase5-dev)
-PACKAGES_TEST=(libxml2-utils fonts-dejavu-core)
+PACKAGES_QT6=(qt6-base-dev qt6-5compat-dev)
+# dpkg-dev compares what the libraries export.
+PACKAGES_TEST=(libxml2-utils fonts-dejavu-core dpkg-dev)
 PACKAGES_VALGRIND=(valgrind)
 PACKAGES_TRANSLATE=(qttools5-dev-tools)
 PACKAGES_LINT=(clang-format clang-tidy)
 PACKAGES_DOCS=(doxygen)
-PACKAGES_PACKAGE=(dpkg-dev file)
-PACKAGES_INSTALL=(pkg-config)
+PACKAGES_PACKAGE=(dpkg-dev file doxygen qhelpgenerator-qt5)
+PACKAGES_INSTALL=(pkg-config lintian desktop-file-utils)
 PACKAGES_BENCH=(libbenchmark-dev)
 PACKAGES_PEERS=(libxml2-dev libxerces-c-dev)
 
@@ -64,6 +66,17 @@ need_packages() {
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q </dev/null &&
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
             apt-get install -q -y --no-install-recommends "${missing[@]}" </dev/null
+}
+
+# check_links document ...: each link of a document leads to a file.
+check_links() {
+    local document target bad=0
+    for document in "$@"; do
+        while read -r target; do
+            [ -e "$(dirname "$document")/$target" ] || { echo "$document: there is no $target"; bad=1; }
+        done < <(sed -e '/^ *```/,/^ *```/d' "$document" | grep -o '](\([^)#:]*\))' | sed -e 's/^](//' -e 's/)$//')
+    done
+    return "$bad"
 }
 
 # build preset [target ...]

@@ -15,7 +15,9 @@ namespace {
 QTextStream &Out()
 {
     static QTextStream out(stdout);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     out.setCodec("UTF-8");
+#endif
     return out;
 }
 

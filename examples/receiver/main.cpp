@@ -23,7 +23,7 @@ QString FindSchema()
     const QString beside = program.filePath(QStringLiteral("schemas/measurement.xsd"));
     return QFileInfo::exists(beside)
         ? beside
-        : QDir::cleanPath(program.filePath(QStringLiteral("../share/tagwright/schemas/measurement.xsd")));
+        : QDir::cleanPath(program.filePath(QStringLiteral("../share/" DATA_FOLDER "/schemas/measurement.xsd")));
 }
 
 QString DefaultReportFolder()

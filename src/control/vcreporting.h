@@ -197,7 +197,11 @@ private:
     void FinishElement(const Element &element, const QString &itemName);
 
     // The values of its attributes.
+    // Qt 5.15 marks the class deprecated.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
     void HandleAttributes(QXmlAttributes attributes);
+    QT_WARNING_POP
     void SetAttributeFrom(const std::shared_ptr<ReportData> &item);
     void StampAttribute();
     void PutAtRest();

@@ -2,6 +2,7 @@
 
 #include "dom/documentwriter.h"
 #include "dom/nodewalk.h"
+#include "dom/utf8stream.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -24,7 +25,7 @@ QByteArray QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setCodec("UTF-8");
+    SetUtf8(stream);
     document.save(stream, kIndent, QDomNode::EncodingFromDocument);
     stream.flush();
     return bytes;

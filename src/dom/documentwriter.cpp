@@ -220,7 +220,7 @@ QString DocumentWriter::Escaped(const QString &text, int at, Escape escape)
     case '&':
         return QStringLiteral("&amp;");
     case '>':
-        return at >= 2 && text.midRef(at - 2, 2) == QLatin1String("]]") ? QStringLiteral("&gt;") : QString();
+        return at >= 2 && QStringView(text).mid(at - 2, 2) == QLatin1String("]]") ? QStringLiteral("&gt;") : QString();
     case '\r':
         return QStringLiteral("&#xd;");
     case '"':

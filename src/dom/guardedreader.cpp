@@ -1,6 +1,7 @@
 #include "dom/guardedreader.h"
 
 #include "dom/limits.h"
+#include "dom/saxdocument.h"
 
 #include <QDomDocument>
 #include <QFile>
@@ -169,7 +170,7 @@ private:
     {
         return (name.startsWith(QLatin1Char('%')) ? name : QLatin1Char('&') + name) + QLatin1Char(';');
     }
-    static int Weight(const QString &prefix) { return 1 + prefix.size() / limits::kPrefixCharacters; }
+    static qint64 Weight(const QString &prefix) { return 1 + prefix.size() / limits::kPrefixCharacters; }
     bool ComparePrefixes()
     {
         const qint64 prefixes = m_hPrefixes.size();
@@ -305,7 +306,14 @@ bool GuardedReader::Read(Source &source, QDomDocument *document)
     setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
     setFeature(QStringLiteral("http://trolltech.com/xml/features/report-whitespace-only-CharData"), false);
     m_pGuard->m_bFillsDocument = true;
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     return document->setContent(&source, this) && GetRefusal().isEmpty();
+#else
+    SaxDocument filler(*document);
+    m_pContent = &filler;
+    m_pLexical = &filler;
+    return parse(&source) && GetRefusal().isEmpty();
+#endif
 }
 
 } // namespace dom

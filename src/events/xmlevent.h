@@ -58,6 +58,10 @@ public:
     ~DocEndEvent() override;
 };
 
+// Qt 5.15 marks its SAX classes deprecated, and a host's own code keeps its warnings.
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED
+
 /// An element is announced.
 class TAGWRIGHT_EXPORT ElemBeginEvent : public XmlEvent
 {
@@ -97,6 +101,8 @@ private:
     QString m_sText;
     const std::function<void()> *m_pNodeTaken = nullptr; // not owned
 };
+
+QT_WARNING_POP
 
 /// An element ends. A report's walk sends none.
 class TAGWRIGHT_EXPORT ElemEndEvent : public XmlEvent

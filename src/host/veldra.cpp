@@ -26,7 +26,7 @@ QString FormatTrace(const QString &format, va_list args)
     QString text;
     int position = 0;
     while (position < format.size()) {
-        const QStringRef rest = format.midRef(position);
+        const QStringView rest = QStringView(format).mid(position);
         if (!rest.startsWith(QLatin1Char('%'))) {
             text += rest.at(0);
             ++position;
@@ -44,7 +44,7 @@ QString FormatTrace(const QString &format, va_list args)
             text += QString::number(va_arg(args, double), 'f', 2).rightJustified(4);
             position += 5;
         } else {
-            return text + rest;
+            return text + format.mid(position);
         }
     }
     return text;

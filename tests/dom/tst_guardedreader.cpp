@@ -146,22 +146,38 @@ void GuardedReaderTest::takesRegularFilesAlone()
     QVERIFY(!reader.ReadFile(Path("absent")) && reader.GetRefusal().contains(QLatin1String(" can't be opened: ")));
 }
 
+void GuardedReaderTest::fillsADocumentAsQtDoes_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("text");
+    const auto row = [](const char *name, const QByteArray &content, const QByteArray &text) {
+        QTest::newRow(name) << content << text;
+    };
+    row("each kind of node",
+        "<?xml version='1.0'?><!--c--><!DOCTYPE x PUBLIC 'p' 's'><x>a<![CDATA[<&>]]> <?p i?><p:y p:b='1'/>\r\n"
+        "</x>\n<!--e-->",
+        "<?xml version='1.0'?>\n<!DOCTYPE x PUBLIC 'p' 's'>\n<!--c-->\n<x>a<![CDATA[<&>]]><?p i?>\n <p:y p:b=\"1\"/>\n"
+        "</x>\n<!--e-->\n");
+    row("unknown entities", "<?p?><x a='&u;'>&u;<?p?><y b='>&u;'/><!--<-->&u;</x>",
+        "<?p ?>\n<x a=\"\">\n&u;<?p ?>\n <y b=\">\"/>\n <!--<-->\n&u;</x>\n");
+    row("what SAX alone accepts", "<x a='1' a='2'><a:b:c/>\x01</x>", "<x a=\"2\">\n <a:b:c/>\x01</x>\n");
+    row("a fault", "<x>a<y>b</z>", "<x>a<y>b</y>\n</x>\n");
+}
+
 void GuardedReaderTest::fillsADocumentAsQtDoes()
 {
-    const char *const contents[] = {
-        "<?xml version='1.0'?><!DOCTYPE x [<!NOTATION n SYSTEM 's'><!ENTITY u SYSTEM 's' NDATA n>]>"
-        "<!--c--><x>a<![CDATA[<&>]]> <?p i?><p:y xmlns:p='u' p:b='1'/></x>\n<!--e-->",
-        "<?p?><x a='&u;'>&u;<?p?><y b='>&u;'/><!--<-->&u;</x>",
-        "<x>a<y>b</z>",
-    };
-    for (const QByteArray content : contents) {
-        QDomDocument ours;
-        QDomDocument qts;
-        QCOMPARE(dom::GuardedReader().ReadFile(Write(content), &ours), qts.setContent(content));
-        QCOMPARE(ours.toString(), qts.toString());
-        const QDomNode first = ours.documentElement().firstChild();
-        QCOMPARE(first.columnNumber(), qts.documentElement().firstChild().columnNumber());
-    }
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, text);
+    QDomDocument ours;
+    QCOMPARE(dom::GuardedReader().ReadFile(Write(content), &ours), !content.endsWith("z>"));
+    QCOMPARE(ours.toByteArray(), text);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    // Qt's own document has the same parser there.
+    QDomDocument qts;
+    qts.setContent(content);
+    QCOMPARE(ours.toString(), qts.toString());
+    QCOMPARE(ours.documentElement().firstChild().columnNumber(), qts.documentElement().firstChild().columnNumber());
+#endif
 }
 
 QTEST_GUILESS_MAIN(GuardedReaderTest)

@@ -1,4 +1,4 @@
-// tagwright-schema: tells the author of a schema what the library makes of it. See docs/tagwright-schema.1.
+// tagwright-schema: tells the author of a schema what the library makes of it. See packaging/man/schemacheck.1.in.
 
 #include "checkedschema.h"
 #include "templateviews.h"
