@@ -39,7 +39,7 @@ QString Plain(QChar character)
 QString Escaped(const QString &behind, bool isInSet)
 {
     const QChar letter = behind.isEmpty() ? QChar() : behind.at(0);
-    const bool isBlock = letter.toLower() == QLatin1Char('p') && behind.midRef(1).startsWith(QLatin1String("{Is"));
+    const bool isBlock = letter.toLower() == QLatin1Char('p') && behind.mid(1).startsWith(QLatin1String("{Is"));
     if (isBlock || letter.isNull() || QStringLiteral("icIC").contains(letter)) {
         return QString();
     }
