@@ -40,6 +40,7 @@ private Q_SLOTS:
     void holdsTheLimits_data();
     void holdsTheLimits();
     void takesRegularFilesAlone();
+    void fillsADocumentAsQtDoes_data();
     void fillsADocumentAsQtDoes();
 
 private:
