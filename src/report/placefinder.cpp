@@ -35,9 +35,13 @@ int PositionOf(const QDomElement &element, const QDomNode &parent, const QDomEle
     }
     const QString name = element.tagName();
     int position = lastPosition;
-    if (last.tagName() != name || last.parentNode() != parent || !CountOn(last, element, position)) {
-        position = 1;
-        CountOn(parent.firstChildElement(name), element, position);
+    if (last.tagName() == name && last.parentNode() == parent && CountOn(last, element, position)) {
+        return position;
+    }
+    position = 1;
+    for (QDomElement sibling = element.previousSiblingElement(name); !sibling.isNull();
+         sibling = sibling.previousSiblingElement(name)) {
+        ++position;
     }
     return position;
 }
@@ -74,12 +78,17 @@ void PlaceFinder::Forget()
 
 void PlaceFinder::GoTo(const QDomElement &element)
 {
-    const std::size_t known = CountKnown(element.parentNode());
+    const QDomNode parent = element.parentNode();
+    const std::size_t known = CountKnown(parent);
     std::size_t depth = known > 0 ? known + 1 : DepthOf(element);
     m_lWay.resize(depth);
     m_lSteps.resize(static_cast<int>(depth));
-    for (QDomElement step = element; depth > known; step = step.parentNode().toElement()) {
-        TakeStep(step, --depth);
+    if (known > 0) {
+        TakeStep(element, parent, known);
+        return;
+    }
+    for (QDomElement step = element; depth > 0; step = step.parentNode().toElement()) {
+        TakeStep(step, step.parentNode(), --depth);
     }
 }
 
@@ -93,10 +102,9 @@ std::size_t PlaceFinder::CountKnown(const QDomNode &parent) const
     return count;
 }
 
-void PlaceFinder::TakeStep(const QDomElement &element, std::size_t depth)
+void PlaceFinder::TakeStep(const QDomElement &element, const QDomNode &parent, std::size_t depth)
 {
     Step &step = m_lWay[depth];
-    const QDomNode parent = element.parentNode();
     const QString name = element.tagName();
     step.m_iPosition = PositionOf(element, parent, step.m_oElement, step.m_iPosition);
     step.m_oElement = element;

@@ -38,7 +38,7 @@ private:
 
     void GoTo(const QDomElement &element);
     std::size_t CountKnown(const QDomNode &parent) const;
-    void TakeStep(const QDomElement &element, std::size_t depth);
+    void TakeStep(const QDomElement &element, const QDomNode &parent, std::size_t depth);
 
     WalkedDocument &m_oWalked;
     std::vector<Step> m_lWay; // from the root down to the latest element
