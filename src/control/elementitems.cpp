@@ -24,7 +24,7 @@ ElementItems::ElementItems(const ItemList &list, const QString &name, const QStr
     , m_sName(name)
     , m_oAttributes(attributes)
     , m_iLast(list.GetLast())
-    , m_sPathName(list.HasPathNames() ? MakePathName(parentName, name) : QString())
+    , m_sPathName(MakePathName(parentName, name))
 {
     // No item gets past the first date-time attribute: it serves an attribute up to there, or stamps that one.
     for (int i = 0; i < attributes.count() && !m_bStamp; ++i) {

@@ -91,6 +91,8 @@ void DomParser::LetGo()
     m_oRefusals.Reset();
     m_pValidOutput.reset();
     m_oMultiplied.Clear();
+    m_bGoesBack = false;
+    m_oLastServed.clear();
     m_oServed.Clear();
     m_oWalked.SetDocument(QDomDocument());
 }
@@ -250,6 +252,7 @@ bool DomParser::HandleUnsetElement()
     // An optional container: its content decides whether it stays.
     m_pPendingElement = std::make_unique<QDomElement>(*m_pCurrentElement);
     m_iPendingLevel = m_lLevels.size() - 1;
+    m_bGoesBack = true;
     m_oResumeNode = *m_pCurrentElement;
     m_pResumeNode = &m_oResumeNode;
     return true;
@@ -367,6 +370,20 @@ void DomParser::Multiply(int count)
         parent.insertAfter(copy, *m_pCurrentElement);
         m_oMultiplied.Insert(copy);
     }
+}
+
+// Without a pending element the walk only goes forward, so that no element but the current one comes again. Once there
+// has been one, the walk may go back, and pass over the same siblings on two levels.
+bool DomParser::ServeOnce()
+{
+    if (m_oLastServed == *m_pCurrentElement || m_oServed.Contains(*m_pCurrentElement)) {
+        return false;
+    }
+    m_oLastServed = *m_pCurrentElement;
+    if (m_bGoesBack) {
+        m_oServed.Insert(*m_pCurrentElement);
+    }
+    return true;
 }
 
 // Whether the current element may be left out where it stands.

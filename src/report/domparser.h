@@ -90,7 +90,7 @@ public:
     bool IsMultiplied(const QDomElement &element) const { return m_oMultiplied.Contains(element); }
 
     /// True where it is asked for the current element the first time.
-    bool ServeOnce() { return m_oServed.Insert(*m_pCurrentElement); }
+    bool ServeOnce();
 
     /// Brings all attributes that were kept out of the document into it: from now on it is what the template says.
     void CompleteDocument();
@@ -156,7 +156,9 @@ private:
     std::size_t m_iPendingLevel = 0; // where m_pPendingElement is a child
     CurrentAttributes m_oAttributes;
     NodeSet m_oMultiplied;
-    NodeSet m_oServed; // of which somebody has asked ServeOnce()
+    bool m_bGoesBack = false; // there has been a pending element
+    QDomNode m_oLastServed; // for which somebody has asked ServeOnce()
+    NodeSet m_oServed; // the same for those that may come again
     Refusals m_oRefusals { m_oWalked };
     std::unique_ptr<ValidOutput> m_pValidOutput;
     QDomNode m_oResumeNode;

@@ -11,31 +11,28 @@ QString Unit()
     return QStringLiteral("xmlcreatereport");
 }
 
-QString AttributeStep(const QString &attribute)
-{
-    return attribute.isEmpty() ? attribute : QLatin1String("/@") + attribute;
-}
-
 } // namespace
 
-ReportPlace Refusals::PlaceOf(const QDomElement &element, const QString &attribute)
+/// `buildSentence` makes a trace of the place.
+template <typename BuildSentence>
+void Refusals::Report(const QDomElement &element, const Target &target, BuildSentence buildSentence)
 {
-    const std::vector<NodePath::Step> &way = m_oPath.StepsTo(element);
-    QVector<ReportPlace::Step> steps;
-    steps.reserve(static_cast<int>(way.size()));
-    for (const NodePath::Step &step : way) {
-        const QString name = step.m_oElement.tagName();
-        steps.append({ name, step.m_iPosition - 1 + m_oWalked.CountGone(step.m_oElement.parentNode(), name) });
+    if (!IsAsked()) {
+        return;
     }
-    return ReportPlace(steps, attribute);
-}
-
-void Refusals::AddToOutcome(const QDomElement &element, const Target &target)
-{
+    const QString place = PlaceOf(element, target.m_sAttribute).GetText();
     if (m_pOutcome != nullptr) {
-        const QString place = PlaceOf(element, target.m_sAttribute).GetText();
         m_pOutcome->AddRefused({ place, target.m_sValue, target.m_sReason, target.m_iError });
     }
+    trace::Write(Unit(), __LINE__, [&] { return buildSentence(place); });
+}
+
+void Refusals::ReportValue(const QDomElement &element, const Target &target)
+{
+    Report(element, target, [&target](const QString &place) {
+        return QStringLiteral("%1: the value \"%2\" was not written: %3 (error %4).")
+            .arg(place, target.m_sValue, target.m_sReason, QString::number(target.m_iError));
+    });
 }
 
 void Refusals::Reset()
@@ -70,26 +67,22 @@ void Refusals::Tell(const QDomElement &element)
             continue;
         }
         target.m_bTold = true;
-        AddToOutcome(element, target);
-        trace::Write(Unit(), __LINE__, [&] { return Sentence(target, element); });
+        ReportValue(element, target);
     }
-}
-
-QString Refusals::Sentence(const Target &target, const QDomElement &element)
-{
-    const QString place = AttributeStep(target.m_sAttribute);
-    return QStringLiteral("%1%2: the value \"%3\" was not written: %4 (error %5).")
-        .arg(m_oPath.Of(element), place, target.m_sValue, target.m_sReason, QString::number(target.m_iError));
 }
 
 void Refusals::TellMissing(const QDomElement &element, const QString &attribute, int error)
 {
+    if (!IsAsked()) {
+        return;
+    }
+    const QString place = PlaceOf(element, attribute).GetText();
     if (m_pOutcome != nullptr) {
-        m_pOutcome->AddMissing(PlaceOf(element, attribute).GetText());
+        m_pOutcome->AddMissing(place);
     }
     trace::Write(Unit(), __LINE__, [&] {
-        return QStringLiteral("%1%2 stays without a value, though it may not be left out (error %3).")
-            .arg(m_oPath.Of(element), AttributeStep(attribute), QString::number(error));
+        return QStringLiteral("%1 stays without a value, though it may not be left out (error %2).")
+            .arg(place, QString::number(error));
     });
 }
 
@@ -99,8 +92,7 @@ void Refusals::TellExcluded(const QDomElement &element, int error)
     target.m_sValue = element.text();
     target.m_sReason = QStringLiteral("another alternative of the choice has one");
     target.m_iError = error;
-    AddToOutcome(element, target);
-    trace::Write(Unit(), __LINE__, [&] { return Sentence(target, element); });
+    ReportValue(element, target);
 }
 
 void Refusals::TellCount(const QDomElement &element, int count, int error)
@@ -109,10 +101,9 @@ void Refusals::TellCount(const QDomElement &element, int count, int error)
     target.m_sValue = QString::number(count);
     target.m_sReason = QStringLiteral("it may not stand that often here");
     target.m_iError = error;
-    AddToOutcome(element, target);
-    trace::Write(Unit(), __LINE__, [&] {
+    Report(element, target, [&target](const QString &place) {
         return QStringLiteral("%1 may not stand %2 times here (error %3).")
-            .arg(m_oPath.Of(element), QString::number(count), QString::number(error));
+            .arg(place, target.m_sValue, QString::number(target.m_iError));
     });
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/trace.h"
-#include "report/nodepath.h"
+#include "report/placefinder.h"
 #include "report/reportoutcome.h"
 #include "report/reportplace.h"
 #include "report/walkeddocument.h"
@@ -18,7 +18,7 @@ class Refusals
 {
 public:
     explicit Refusals(WalkedDocument &walked)
-        : m_oWalked(walked)
+        : m_oPlaces(walked)
     {
     }
     Q_DISABLE_COPY(Refusals)
@@ -29,7 +29,10 @@ public:
     bool IsAsked() const { return m_pOutcome != nullptr || trace::IsOn(); }
 
     /// Where an element of the walked document stands; `attribute` is empty for the element itself.
-    ReportPlace PlaceOf(const QDomElement &element, const QString &attribute);
+    ReportPlace PlaceOf(const QDomElement &element, const QString &attribute)
+    {
+        return m_oPlaces.PlaceOf(element, attribute);
+    }
 
     /// `attribute` is empty for the element's own value. `reason` completes "the value was not written: ".
     void Note(const QString &attribute, const QString &value, const QString &reason, int error);
@@ -58,9 +61,9 @@ public:
     void Reset();
 
     /// To be told before an element is taken out of its parent.
-    void LeaveOut(const QDomNode &node) { m_oPath.LeaveOut(node); }
+    void LeaveOut(const QDomNode &node) { m_oPlaces.LeaveOut(node); }
     /// To be told before an element in front of the latest one is taken out.
-    void ForgetPath() { m_oPath = NodePath(); }
+    void ForgetPath() { m_oPlaces.Forget(); }
 
 private:
     struct Target
@@ -74,11 +77,11 @@ private:
     };
 
     Target &GetTarget(const QString &attribute);
-    QString Sentence(const Target &target, const QDomElement &element);
-    void AddToOutcome(const QDomElement &element, const Target &target);
+    template <typename BuildSentence>
+    void Report(const QDomElement &element, const Target &target, BuildSentence buildSentence);
+    void ReportValue(const QDomElement &element, const Target &target);
 
     std::vector<Target> m_lTargets;
-    NodePath m_oPath;
-    WalkedDocument &m_oWalked;
+    PlaceFinder m_oPlaces;
     ReportOutcome *m_pOutcome = nullptr; // not owned
 };

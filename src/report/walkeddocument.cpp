@@ -71,6 +71,9 @@ int WalkedDocument::CountGone(const QDomNode &parent, const QString &name)
         const Gone &gone = m_lGone[m_iCounted];
         m_hGone[NodeIdentity(gone.m_oParent).Get()][gone.m_oNode.nodeName()] += gone.m_iCount;
     }
+    if (m_hGone.empty()) {
+        return 0;
+    }
     const auto found = m_hGone.find(NodeIdentity(parent).Get());
     return found == m_hGone.end() ? 0 : found->second.value(name);
 }
