@@ -150,16 +150,16 @@ void TestXmlCreateReport::TellsWhyAValueIsMissing()
                 "<xs:element name='s' maxOccurs='2'><xs:complexType><xs:element name='level' type='D'/>"
                 "<xs:attribute name='u' type='xs:string'/></xs:complexType></xs:element>"
                 "<xs:element name='gone' type='E' minOccurs='0' maxOccurs='2'/><xs:element name='kind' type='E'/>")));
-    QCOMPARE(TraceCapture::Text(),
-             QStringLiteral(
-                 "/R/s/@u: the value \"4\" was not written: the type \"xs:string\" takes no integer (error 11).\n"
-                 "/R/s[2]/level: the value \"9.5\" was not written: not below maxExclusive 9 (error 15).\n"
-                 "/R/s[2]/level stays without a value, though it may not be left out (error 16).\n"
-                 "/R/gone: the value \"gone\" was not written: not among the enumeration values (error 15).\n"
-                 "/R/gone[2]: the value \"gone\" was not written: not among the enumeration values (error 15).\n"
-                 "/R/kind may not stand 2 times here (error 16).\n"
-                 "/R/kind: the value \"kind\" was not written: not among the enumeration values (error 15).\n"
-                 "/R/kind stays without a value, though it may not be left out (error 16)."));
+    QCOMPARE(
+        TraceCapture::Text(),
+        QStringLiteral("/R/s/@u: the value \"4\" was not written: the type \"xs:string\" takes no integer (error 11).\n"
+                       "/R/s[2]/level: the value \"9.5\" was not written: not below maxExclusive 9 (error 15).\n"
+                       "/R/s[2]/level stays without a value, though it may not be left out (error 16).\n"
+                       "/R/gone: the value \"gone\" was not written: not among the enumeration values (error 15).\n"
+                       "/R/gone[2]: the value \"gone\" was not written: not among the enumeration values (error 15).\n"
+                       "/R/kind may not stand 2 times here (error 16).\n"
+                       "/R/kind: the value \"kind\" was not written: not among the enumeration values (error 15).\n"
+                       "/R/kind stays without a value, though it may not be left out (error 16)."));
     QCOMPARE(run.Report(),
              QStringLiteral("<R><s u='xs:string'><level>5.5</level></s><s u='Hz'><level maxExclusive='9' "
                             "type='double'/></s><kind enumeration1='x' type='string'/></R>"));

@@ -30,7 +30,7 @@ QString NearestName(const Subject &subject, const QString &name)
 {
     constexpr int kMostNames = 20000;
     QString nearest;
-    int least = std::max(2, name.size() / 3) + 1;
+    int least = std::max(2, int(name.size()) / 3) + 1;
     const auto &all = subject.AllDeclarations();
     for (auto other = all.begin(); other != all.end() && all.size() < kMostNames; ++other) {
         const bool isNear = std::abs(other.key().size() - name.size()) < least && name.size() < 200;

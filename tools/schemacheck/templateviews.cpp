@@ -227,7 +227,7 @@ QString NamesTable(const std::vector<Name> &names)
     QVector<int> widths(rows.first().size());
     for (const QStringList &row : std::as_const(rows)) {
         for (int column = 0; column < row.size(); ++column) {
-            widths[column] = std::max(widths[column], row.at(column).size());
+            widths[column] = std::max(widths[column], int(row.at(column).size()));
         }
     }
     QString text;
