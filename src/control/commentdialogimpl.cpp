@@ -81,6 +81,7 @@ QString UnitSuffix(const QDomElement &element)
 
 CommentDialogImpl::CommentDialogImpl()
     : QDialog(nullptr, Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
+    , m_pFate(std::make_shared<ReportFate>())
     , m_pSelf(this, [](CommentDialogImpl *) {})
 {
     DialogsEnd::Arrange();
@@ -95,22 +96,7 @@ CommentDialogImpl::CommentDialogImpl()
 
 CommentDialogImpl::~CommentDialogImpl()
 {
-    Settle();
-}
-
-void CommentDialogImpl::SetDocument(QDomDocument *document)
-{
-    m_pDocument = document;
-}
-
-void CommentDialogImpl::SetFileName(QString fileName)
-{
-    m_sFileName = std::move(fileName);
-}
-
-void CommentDialogImpl::SetFate(std::shared_ptr<ReportFate> fate)
-{
-    m_pFate = std::move(fate);
+    m_pFate->Settle();
 }
 
 void CommentDialogImpl::ShowData()
@@ -148,7 +134,7 @@ void CommentDialogImpl::setVisible(bool isVisible)
     ++m_iBusy;
     QDialog::setVisible(isVisible);
     if (!isVisible) {
-        Settle();
+        m_pFate->Settle();
     }
     m_bEnded = m_bEnded || (m_bKeepsReport && !isVisible);
     LeaveQt();
@@ -280,9 +266,7 @@ bool CommentDialogImpl::SaveDocument()
 {
     const QString failure = dom::SaveDocument(*m_pDocument, m_sFileName).m_sFailure;
     m_bSaved = failure.isEmpty() || m_bSaved;
-    if (m_pFate != nullptr) {
-        m_pFate->SetResult(failure);
-    }
+    m_pFate->GetOutcome().SetSaveResult(failure);
     if (failure.isEmpty() || !m_bKeepUnsaved) {
         return true;
     }
@@ -301,11 +285,4 @@ void CommentDialogImpl::ShowFailure(const QString &failure)
     }
     m_pFailureLabel->setText(
         tr("The report could not be saved: %1\nTry again, or press Escape to close without a report.").arg(failure));
-}
-
-void CommentDialogImpl::Settle()
-{
-    if (m_pFate != nullptr) {
-        m_pFate->Settle();
-    }
 }

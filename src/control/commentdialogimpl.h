@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <memory>
+#include <utility>
 
 class QDomDocument;
 class QDomElement;
@@ -23,11 +24,11 @@ public:
     ~CommentDialogImpl() override;
 
     /// The document to show, to add the comment to and to save. Not owned: it must outlive the dialog or its End().
-    void SetDocument(QDomDocument *document);
+    void SetDocument(QDomDocument *document) { m_pDocument = document; }
     /// The complete path of the report file.
-    void SetFileName(QString fileName);
+    void SetFileName(QString fileName) { m_sFileName = std::move(fileName); }
     /// Hears of each saving, and of the end of the dialog.
-    void SetFate(std::shared_ptr<ReportFate> fate);
+    void SetFate(std::shared_ptr<ReportFate> fate) { m_pFate = std::move(fate); }
     /// Fills the labels and opens the dialog. Doesn't wait for its end.
     void ShowData();
     /// Destroys the dialog without saving. One that Qt is just showing or hiding is destroyed when Qt is through with
@@ -59,11 +60,10 @@ private:
     bool Save(const QString &comment);
     bool SaveDocument();
     void ShowFailure(const QString &failure);
-    void Settle();
 
     QDomDocument *m_pDocument = nullptr; // not owned; null when the dialog has been ended
     QString m_sFileName;
-    std::shared_ptr<ReportFate> m_pFate; // null: nobody asks
+    std::shared_ptr<ReportFate> m_pFate; // the report's, or one of which nobody hears
     bool m_bSaved = false;
     bool m_bKeepsReport = false;
     bool m_bEnded = false; // to be destroyed as soon as Qt is through with it

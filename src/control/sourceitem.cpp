@@ -45,7 +45,7 @@ void SourceItem::Ask(quint64 announcement, const ReportPlace &place)
     }
 }
 
-/// Nothing from a function that throws: the report goes on without, and no exception passes through Qt.
+/// A function that throws gives nothing: the report goes on without the value, and no exception passes through Qt.
 template <typename Result>
 std::optional<Result> SourceItem::Call(const std::function<Result(const ReportPlace &)> &function,
                                        const ReportPlace &place)

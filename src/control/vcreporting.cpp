@@ -83,31 +83,6 @@ void Release(std::shared_ptr<XmlCreateReport> report)
     }
 }
 
-/// What became of a report, held back while signals are due that come ahead of it: a dialog may end before they are
-/// out.
-struct HeldFate
-{
-    bool m_bHeld = true;
-    std::optional<ReportOutcome> m_oOutcome;
-};
-
-void TellFate(const QPointer<VCReporting> &control, const HeldFate &fate)
-{
-    if (control != nullptr && !fate.m_bHeld && fate.m_oOutcome) {
-        Q_EMIT control->ReportFinished(*fate.m_oOutcome);
-    }
-}
-
-std::shared_ptr<HeldFate> HoldFate(XmlCreateReport &report, const QPointer<VCReporting> &control)
-{
-    auto fate = std::make_shared<HeldFate>();
-    report.SetFateHandler([control, fate](const ReportOutcome &outcome) {
-        fate->m_oOutcome = outcome;
-        TellFate(control, *fate);
-    });
-    return fate;
-}
-
 } // namespace
 
 VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *toolBar, bool showButton,
@@ -177,16 +152,6 @@ void VCReporting::SetShowCommentDialog(bool show)
     m_bShowCommentDialog = show;
 }
 
-void VCReporting::SetValidOutput(bool on)
-{
-    m_bValidOutput = on;
-}
-
-void VCReporting::SetKeepUnsavedDialog(bool keep)
-{
-    m_bKeepUnsavedDialog = keep;
-}
-
 QToolButton *VCReporting::GetReportButton()
 {
     return m_pReportButton;
@@ -226,7 +191,7 @@ bool VCReporting::eventFilter(QObject *watched, QEvent *event)
         return false;
     }
     const ButtonUse use(m_pReportButton, m_pButtonUse);
-    // One that it leaves to others it may have once more.
+    // Qt hands an event that the button leaves to others to it a second time, which does no harm.
     return watched->event(event);
 }
 
@@ -252,17 +217,20 @@ bool VCReporting::RunReport()
     // The control may end in a source or while the dialog opens, and must not take the running report with it.
     const auto report = std::make_shared<XmlCreateReport>(this);
     m_pReport = report;
-    const std::shared_ptr<HeldFate> fate = HoldFate(*report, guard);
+    const auto tellFate = [guard](const ReportOutcome &outcome) {
+        if (guard != nullptr) {
+            Q_EMIT guard->ReportFinished(outcome);
+        }
+    };
     bool isSuccessful = false;
     try {
         isSuccessful = CreateReport(reportPath);
     } catch (const ControlEnded &) {
         return false;
     } catch (...) {
-        fate->m_oOutcome = report->GetOutcome();
-        fate->m_oOutcome->SetNotSaved(QStringLiteral("A value threw an exception."));
-        fate->m_bHeld = false;
-        TellFate(guard, *fate);
+        ReportOutcome outcome = report->GetOutcome();
+        outcome.SetSaveResult(QStringLiteral("A value threw an exception."));
+        tellFate(outcome);
         throw;
     }
     if (guard == nullptr) {
@@ -274,8 +242,8 @@ bool VCReporting::RunReport()
     } else {
         Q_EMIT ReportNotSuccessful();
     }
-    fate->m_bHeld = false;
-    TellFate(guard, *fate);
+    // Only now: a dialog may have ended while the signals above were due.
+    report->SetFateHandler(tellFate);
     return isSuccessful;
 }
 

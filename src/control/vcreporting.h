@@ -66,10 +66,10 @@ public:
     /// From the next report on: whether a report opens the comment dialog, which then saves it.
     void SetShowCommentDialog(bool show);
     /// From the next report on: whether a report is made valid, as XmlCreateReport::SetValidOutput() has it.
-    void SetValidOutput(bool on);
+    void SetValidOutput(bool on) { m_bValidOutput = on; }
     /// From the next report on: whether a comment dialog whose file can't be written stays open with its text and says
     /// why, so that the operator can try again. Without it the dialog ends all the same.
-    void SetKeepUnsavedDialog(bool keep);
+    void SetKeepUnsavedDialog(bool keep) { m_bKeepUnsavedDialog = keep; }
     /// The button, or null. The control's.
     QToolButton *GetReportButton();
 

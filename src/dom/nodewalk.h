@@ -4,6 +4,13 @@
 
 namespace dom {
 
+/// The sibling behind a node that a receiver may have taken out of its document. Where the parent of a node that is
+/// held has been destroyed, Qt leaves it with pointers to siblings that are gone.
+inline QDomNode NextSibling(const QDomNode &node)
+{
+    return node.parentNode().isNull() ? QDomNode() : node.nextSibling();
+}
+
 /// Goes through a node and all that is below it, in document order, without recursion:
 ///
 ///     for (dom::NodeWalk walk(top); !walk.AtEnd(); walk.Next()) {

@@ -63,12 +63,7 @@ private:
     QString m_sText;
 };
 
-/// A path's last part, and what stands before it.
-QString LastPart(const QString &path)
-{
-    return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
+/// A path without its last part.
 QString ParentPath(const QString &path)
 {
     const int slash = path.lastIndexOf(QLatin1Char('/'));
@@ -149,7 +144,7 @@ Node *MemoryTree::AddNode(const QString &path)
 
 ValueBase *MemoryTree::FindValue(QString path)
 {
-    MemoryItem *item = FindMemoryItem(path);
+    auto *item = dynamic_cast<MemoryItem *>(FindItem(path));
     return item == nullptr ? nullptr : item->FindValue(QString());
 }
 
@@ -185,11 +180,6 @@ MemoryTree::MemoryNode *MemoryTree::MakeNode(const QString &path)
     return node;
 }
 
-MemoryTree::MemoryItem *MemoryTree::FindMemoryItem(const QString &path)
-{
-    return dynamic_cast<MemoryItem *>(FindItem(path));
-}
-
 template <typename Value, typename... Content>
 bool MemoryTree::Set(const QString &path, const Content &...content)
 {
@@ -201,7 +191,8 @@ bool MemoryTree::Set(const QString &path, const Content &...content)
         if (parent == nullptr) {
             return false;
         }
-        auto item = std::make_unique<MemoryItem>(std::make_unique<Value>(LastPart(path), path));
+        const QString name = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+        auto item = std::make_unique<MemoryItem>(std::make_unique<Value>(name, path));
         m_hPlaces[path] = item.get();
         parent->Append(std::move(item));
     }

@@ -137,7 +137,6 @@ private:
     class TAGWRIGHT_HOST_NO_EXPORT MemoryItem;
 
     MemoryNode *MakeNode(const QString &path);
-    MemoryItem *FindMemoryItem(const QString &path);
     template <typename Value, typename... Content>
     bool Set(const QString &path, const Content &...content);
 

@@ -1,16 +1,14 @@
 #pragma once
 
+#include "dom/attributelist.h"
+
 #include <QDomNode>
-#include <QString>
 #include <QXmlAttributes>
 
-#include <utility>
-#include <vector>
-
-/// Names and values of attributes, in the order of the names. Qt keeps them in the order of a hash, which differs from
+/// In the report room in the order of the names. Qt keeps them in the order of a hash, which differs from
 /// process to process. Code that visits attributes one by one takes this list, so that a run has the same outcome in
 /// every process.
-using AttributeList = std::vector<std::pair<QString, QString>>;
+using dom::AttributeList;
 
 /// The attributes of a node; none for anything but an element.
 AttributeList SortedAttributes(const QDomNode &node);

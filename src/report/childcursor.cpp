@@ -1,6 +1,6 @@
 #include "report/childcursor.h"
 
-#include "dom/nextsibling.h"
+#include "dom/nodewalk.h"
 
 #include <utility>
 

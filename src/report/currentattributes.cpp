@@ -5,7 +5,8 @@
 
 namespace {
 
-AttributeList::iterator Find(AttributeList &attributes, const QString &name)
+template <typename List>
+auto Find(List &attributes, const QString &name)
 {
     return std::find_if(attributes.begin(), attributes.end(),
                         [&name](const auto &entry) { return entry.first == name; });
@@ -38,12 +39,9 @@ QString CurrentAttributes::GetValue(const QString &name)
     if (m_eHolder == Holder::Document) {
         return m_oElement.attribute(name);
     }
-    for (const auto &[present, value] : GetAll()) {
-        if (present == name) {
-            return value;
-        }
-    }
-    return QString();
+    const AttributeList &all = GetAll();
+    const auto entry = Find(all, name);
+    return entry == all.end() ? QString() : entry->second;
 }
 
 void CurrentAttributes::Remove(const QString &name)
@@ -77,7 +75,7 @@ void CurrentAttributes::Set(const QString &name, const QString &value)
 bool CurrentAttributes::Has(const QString &name)
 {
     const AttributeList &all = GetAll();
-    return std::any_of(all.begin(), all.end(), [&name](const auto &entry) { return entry.first == name; });
+    return Find(all, name) != all.end();
 }
 
 void CurrentAttributes::RemoveIf(const std::function<bool(const QString &name, const QString &value)> &test)

@@ -1,7 +1,7 @@
 #include "report/domparser.h"
 
-#include "dom/nextsibling.h"
 #include "dom/nodesearch.h"
+#include "dom/nodewalk.h"
 #include "events/eventsender.h"
 #include "host/trace.h"
 
@@ -36,8 +36,6 @@ DomParser::DomParser(ITagwright *pCallback, OccursMap occursMap, ChoiceMap choic
         m_pResumeNode = &m_oResumeNode;
     }
 }
-
-DomParser::~DomParser() = default;
 
 bool DomParser::SetDocument(QDomDocument *document)
 {
@@ -269,11 +267,6 @@ void DomParser::TellMissing()
     if ((HasType() || m_oRefusals.HasRefusedValue()) && !m_pCurrentElement->firstChild().isText()) {
         m_oRefusals.TellMissing(*m_pCurrentElement, QString(), ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
     }
-}
-
-void DomParser::SetValidOutput(std::shared_ptr<const Declarations> declarations)
-{
-    m_pValidOutput = std::make_unique<ValidOutput>(std::move(declarations));
 }
 
 // There is no current element any more, so that an answer to an error changes nothing.

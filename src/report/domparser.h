@@ -19,6 +19,7 @@
 #include <functional>
 #include <list>
 #include <memory>
+#include <utility>
 #include <vector>
 
 /// Walks a template document depth first and turns it, in place, into the report: each element is announced to the
@@ -31,7 +32,6 @@ class DomParser
 public:
     /// `pCallback` receives all events; it is not owned. A null one is traced, and the object can't walk then.
     DomParser(ITagwright *pCallback, OccursMap occursMap, ChoiceMap choiceMap);
-    ~DomParser();
     Q_DISABLE_COPY(DomParser)
 
     /// The document to walk, not owned. False, and no change, for a null pointer.
@@ -46,7 +46,10 @@ public:
 
     /// Announces all elements and drops none on the way; what has no value goes, or is named, behind the last one. The
     /// template bears the marks of the declarations. To be called before Parse().
-    void SetValidOutput(std::shared_ptr<const Declarations> declarations);
+    void SetValidOutput(std::shared_ptr<const Declarations> declarations)
+    {
+        m_pValidOutput = std::make_unique<ValidOutput>(std::move(declarations));
+    }
     /// Null unless valid output is made.
     ValidOutput *GetValidOutput() { return m_pValidOutput.get(); }
 

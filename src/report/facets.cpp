@@ -68,46 +68,36 @@ bool IsHeld(const Bounds &bounds, Side side, double value)
     return bounds[side].IsThere() && ((isInclusive && value == bound) || (isLower ? value > bound : value < bound));
 }
 
-// The first of two bounds that is there and that the value holds; SideCount if there is none.
-Side FirstHeld(const Bounds &bounds, double value, Side inclusive, Side exclusive)
+// Of the two bounds on one side one has to hold, and is used up then. False if there are bounds and none holds.
+bool CheckSide(const Bounds &bounds, double value, Side inclusive, Side exclusive, Verdict &verdict)
 {
-    if (IsHeld(bounds, inclusive, value)) {
-        return inclusive;
+    if (!bounds[inclusive].IsThere() && !bounds[exclusive].IsThere()) {
+        return true;
     }
-    return IsHeld(bounds, exclusive, value) ? exclusive : SideCount;
-}
-
-QString Refusal(const Bounds &bounds, Side inclusive, Side exclusive)
-{
-    const Side broken = bounds[inclusive].IsThere() ? inclusive : exclusive;
-    return QStringLiteral("%1 %2 %3")
-        .arg(QLatin1String(kBreaches[broken]), FacetName(broken), QString::number(bounds[broken].m_dValue, 'g', 12));
+    const bool isInclusiveHeld = IsHeld(bounds, inclusive, value);
+    if (!isInclusiveHeld && !IsHeld(bounds, exclusive, value)) {
+        const Side broken = bounds[inclusive].IsThere() ? inclusive : exclusive;
+        const QString bound = QString::number(bounds[broken].m_dValue, 'g', 12);
+        verdict = { QStringLiteral("%1 %2 %3").arg(QLatin1String(kBreaches[broken]), FacetName(broken), bound), {} };
+        return false;
+    }
+    const QString &used = bounds[isInclusiveHeld ? inclusive : exclusive].m_sUsed;
+    if (!used.isEmpty()) {
+        verdict.m_lUsed.append(used);
+    }
+    return true;
 }
 
 Verdict CheckNumber(Facets kind, double value, const AttributeList &attributes, const QString &attribute)
 {
-    const Bounds bounds = ReadBounds(attributes, attribute, kind);
-    // 1. Of two lower bounds one has to hold.
+    Bounds bounds = ReadBounds(attributes, attribute, kind);
     const bool hasLower = bounds[MinInclusive].IsThere() || bounds[MinExclusive].IsThere();
-    const Side lower = FirstHeld(bounds, value, MinInclusive, MinExclusive);
-    if (hasLower && lower == SideCount) {
-        return { Refusal(bounds, MinInclusive, MinExclusive), {} };
+    if (hasLower && bounds[MaxInclusive].IsThere()) {
+        bounds[MaxExclusive] = Bound(); // behind a lower bound the inclusive upper one rules alone
     }
-    // 2. So it is with the upper ones, unless there was a lower one.
-    const bool hasUpper = bounds[MaxInclusive].IsThere() || bounds[MaxExclusive].IsThere();
-    Side upper = FirstHeld(bounds, value, MaxInclusive, MaxExclusive);
-    if (hasLower && bounds[MaxInclusive].IsThere() && upper == MaxExclusive) {
-        upper = SideCount; // behind a lower bound the inclusive upper one rules alone
-    }
-    if (hasUpper && upper == SideCount) {
-        return { Refusal(bounds, MaxInclusive, MaxExclusive), {} };
-    }
-    // 3. The bounds that held are used up.
     Verdict verdict;
-    for (const Side used : { lower, upper }) {
-        if (used != SideCount && !bounds[used].m_sUsed.isEmpty()) {
-            verdict.m_lUsed.append(bounds[used].m_sUsed);
-        }
+    if (CheckSide(bounds, value, MinInclusive, MinExclusive, verdict)) {
+        CheckSide(bounds, value, MaxInclusive, MaxExclusive, verdict);
     }
     return verdict;
 }

@@ -2,27 +2,27 @@
 
 #include <utility>
 
-void ReportFate::SetResult(const QString &failure)
+void ReportFate::SetHandler(Handler handler)
 {
-    if (failure.isEmpty()) {
-        m_oOutcome.SetSaved();
-    } else {
-        m_oOutcome.SetNotSaved(failure);
-    }
+    m_fnHandler = std::move(handler);
+    Tell();
 }
 
 void ReportFate::Settle()
 {
-    if (std::exchange(m_bSettled, true)) {
-        return;
-    }
-    if (m_oOutcome.GetState() == ReportOutcome::State::Open) {
+    if (!m_bSettled && m_oOutcome.GetState() == ReportOutcome::State::Open) {
         m_oOutcome.SetDropped();
     }
-    // The handler may end whoever holds this object.
-    const Handler handler = std::exchange(m_fnHandler, nullptr);
-    const ReportOutcome outcome = m_oOutcome;
-    if (handler) {
+    m_bSettled = true;
+    Tell();
+}
+
+void ReportFate::Tell()
+{
+    if (m_bSettled && m_fnHandler) {
+        // The handler may end whoever holds this object.
+        const Handler handler = std::exchange(m_fnHandler, nullptr);
+        const ReportOutcome outcome = m_oOutcome;
         handler(outcome);
     }
 }

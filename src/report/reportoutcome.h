@@ -59,9 +59,9 @@ public:
     // For whoever makes the report.
     void SetPath(const QString &path) { m_sPath = path; }
     void SetSchemaError(const QString &error) { m_sSchemaError = error; }
-    void SetSaved();
-    void SetNotSaved(const QString &error);
-    void SetDropped();
+    /// An empty `error` says that the file stands there.
+    void SetSaveResult(const QString &error);
+    void SetDropped() { m_eState = State::Dropped; }
     void AddRefused(const RefusedValue &refused) { m_lRefusedValues.append(refused); }
     void AddMissing(const QString &place) { m_lMissing.append(place); }
 

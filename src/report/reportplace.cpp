@@ -9,16 +9,6 @@ ReportPlace::ReportPlace(QVector<Step> steps, QString attribute)
 {
 }
 
-QString ReportPlace::GetName() const
-{
-    return m_lSteps.isEmpty() ? QString() : m_lSteps.last().m_sName;
-}
-
-int ReportPlace::GetIndex() const
-{
-    return m_lSteps.isEmpty() ? -1 : m_lSteps.last().m_iIndex;
-}
-
 int ReportPlace::GetIndex(const QString &name) const
 {
     const auto found =

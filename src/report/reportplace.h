@@ -29,11 +29,11 @@ public:
     /// The way from the root to the element.
     QVector<Step> GetSteps() const { return m_lSteps; }
     /// The name of the element; empty without a place.
-    QString GetName() const;
+    QString GetName() const { return m_lSteps.isEmpty() ? QString() : m_lSteps.last().m_sName; }
     /// The name of the attribute in hand; empty where the element itself is.
     QString GetAttribute() const { return m_sAttribute; }
     /// The ordinal of the element; -1 without a place.
-    int GetIndex() const;
+    int GetIndex() const { return m_lSteps.isEmpty() ? -1 : m_lSteps.last().m_iIndex; }
     /// The ordinal of the nearest element of that name on the way, from the element itself up to the root; -1 if none
     /// is called so.
     int GetIndex(const QString &name) const;

@@ -7,7 +7,7 @@ namespace {
 struct Escape
 {
     QString m_sPlain;
-    QString m_sInSet; // empty: can't be said there
+    QString m_sInSet; // empty: no translation there
 };
 
 // Letters that mean other sets of characters in a schema.
@@ -25,7 +25,7 @@ const Escape *FindEscape(QChar letter)
     return found == escapes.constEnd() ? nullptr : &*found;
 }
 
-// One character outside a set, or the "[" that begins one.
+// The translation of a character outside a set, or of the "[" that begins a set.
 QString Plain(QChar character)
 {
     if (character == QLatin1Char('.')) {
@@ -35,7 +35,7 @@ QString Plain(QChar character)
     return isAnchor ? QLatin1Char('\\') + QString(character) : QString(character);
 }
 
-// What stands for a backslash and the text behind it; empty if nothing can.
+// The translation of a backslash and the letter behind it; empty if there is none.
 QString Escaped(const QString &behind, bool isInSet)
 {
     const QChar letter = behind.isEmpty() ? QChar() : behind.at(0);
@@ -50,7 +50,8 @@ QString Escaped(const QString &behind, bool isInSet)
     return isInSet ? pEscape->m_sInSet : pEscape->m_sPlain;
 }
 
-// What stands for the piece of the pattern at `place`, which goes on to its last character; empty if nothing can.
+// The translation of the piece of the pattern that begins at `place`, empty if there is none. `place` moves on to the
+// last character of the piece.
 QString NextPiece(const QString &pattern, int &place, bool &isInSet)
 {
     const QChar character = pattern.at(place);

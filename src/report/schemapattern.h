@@ -4,6 +4,6 @@
 
 #include <optional>
 
-/// The pattern of a schema as QRegularExpression writes it, for a whole text; nothing where one can't say what the
-/// other can: names of XML, blocks of Unicode, differences of sets.
+/// The pattern of a schema as QRegularExpression writes it, for a whole text; nothing for a pattern
+/// with names of XML, blocks of Unicode or differences of sets, which QRegularExpression doesn't know.
 std::optional<QString> FromSchemaPattern(const QString &pattern);

@@ -22,9 +22,7 @@ const Declarations::Attribute *FindAttribute(const Declarations::Element &declar
 
 bool IsOfTemplate(const Declarations::Element &declared, const QString &name, const QString &value)
 {
-    const auto entry = std::lower_bound(declared.m_lTemplate.begin(), declared.m_lTemplate.end(), name,
-                                        [](const auto &other, const QString &sought) { return other.first < sought; });
-    return entry != declared.m_lTemplate.end() && entry->first == name && entry->second == value;
+    return std::binary_search(declared.m_lTemplate.begin(), declared.m_lTemplate.end(), std::make_pair(name, value));
 }
 
 bool HasText(const QDomElement &element)
@@ -85,10 +83,10 @@ bool ValidOutput::IsAskedAgain(const Element &declared, const QDomNode &parent)
 
 bool ValidOutput::MayBeDiscarded(const Element &declared, const QDomElement &element) const
 {
-    if (declared.m_oParticle.m_iChoice < 0) {
+    if (declared.m_oParticle.m_oAlternative.m_iChoice < 0) {
         return false;
     }
-    const QStringList &members = m_pDeclarations->GetChoice(declared.m_oParticle.m_iChoice).m_lMembers;
+    const QStringList &members = m_pDeclarations->GetChoice(declared.m_oParticle.m_oAlternative.m_iChoice).m_lMembers;
     QDomElement other = element.parentNode().firstChildElement();
     while (!other.isNull() && (other == element || !members.contains(other.tagName()))) {
         other = other.nextSiblingElement();
@@ -103,14 +101,13 @@ void ValidOutput::NoteGiven(CurrentAttributes &attributes, const QString &attrib
 
 void ValidOutput::Enter(const QDomElement &element, CurrentAttributes &attributes)
 {
-    const int parent = m_lOpen.empty() ? -1 : m_lOpen.back();
-    m_lOpen.push_back(element.isNull() ? parent : Add(element, attributes, parent, false));
+    m_lOpen.push_back(element.isNull() ? m_lOpen.back() : Add(element, attributes, m_lOpen.back(), false));
 }
 
 void ValidOutput::Pass(const QDomElement &element, CurrentAttributes &attributes)
 {
     if (!element.parentNode().isNull()) {
-        Add(element, attributes, m_lOpen.empty() ? -1 : m_lOpen.back(), true);
+        Add(element, attributes, m_lOpen.back(), true);
     }
 }
 
@@ -137,13 +134,13 @@ int ValidOutput::Add(const QDomElement &element, CurrentAttributes &attributes, 
     const bool hasText = HasText(element);
     QStringList missing;
     const bool hasAttribute = pDeclared != nullptr && SettleAttributes(*pDeclared, attributes, missing);
-    // What the receiver has made on its own is there.
+    // An element that a receiver has made on its own stays as it is.
     const bool hasValue = hasText || hasAttribute || pDeclared == nullptr || element == m_oKept;
     if (hasValue && parent >= 0) {
         At(parent).m_bHasValue = true;
     }
     const bool isDecided =
-        pDeclared == nullptr || (hasText && missing.isEmpty() && pDeclared->m_oParticle.m_iChoice < 0);
+        pDeclared == nullptr || (hasText && missing.isEmpty() && pDeclared->m_oParticle.m_oAlternative.m_iChoice < 0);
     if (isPassed && isDecided && element.firstChildElement().isNull()) {
         return parent;
     }
@@ -151,7 +148,7 @@ int ValidOutput::Add(const QDomElement &element, CurrentAttributes &attributes, 
     return static_cast<int>(m_lItems.size()) - 1;
 }
 
-// Takes out what the template has written, puts in what counts without a value. True if one has a value.
+// Takes out the attributes of the template and adds the defaults. True if a receiver has set one of those declared.
 bool ValidOutput::SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const
 {
     QStringList given;
@@ -209,15 +206,13 @@ void ValidOutput::SpreadValues()
     }
 }
 
-// The alternative is taken unless another one is, and so are those of the choices around.
+// Takes the item's alternative unless another one is taken, and so in each of the choices around.
 void ValidOutput::Take(const Item &item)
 {
-    int alternative = item.m_pDeclared->m_oParticle.m_iAlternative;
-    for (int number = item.m_pDeclared->m_oParticle.m_iChoice; number >= 0;) {
-        const Declarations::Choice &choice = m_pDeclarations->GetChoice(number);
-        m_lTaken.insert({ { item.m_iParent, number }, alternative });
-        alternative = choice.m_iOuterAlternative;
-        number = choice.m_iOuter;
+    Declarations::Alternative place = item.m_pDeclared->m_oParticle.m_oAlternative;
+    while (place.m_iChoice >= 0) {
+        m_lTaken.insert({ { item.m_iParent, place.m_iChoice }, place.m_iAlternative });
+        place = m_pDeclarations->GetChoice(place.m_iChoice).m_oAlternative;
     }
 }
 
@@ -237,16 +232,15 @@ bool ValidOutput::Decide(const Item &item)
 bool ValidOutput::IsTaken(const Item &item)
 {
     bool isTaken = true;
-    int alternative = item.m_pDeclared->m_oParticle.m_iAlternative;
-    for (int number = item.m_pDeclared->m_oParticle.m_iChoice; number >= 0;) {
-        const Declarations::Choice &choice = m_pDeclarations->GetChoice(number);
-        const auto [taken, isFirst] = m_lTaken.insert({ { item.m_iParent, number }, -1 });
+    Declarations::Alternative place = item.m_pDeclared->m_oParticle.m_oAlternative;
+    while (place.m_iChoice >= 0) {
+        const Declarations::Choice &choice = m_pDeclarations->GetChoice(place.m_iChoice);
+        const auto [taken, isFirst] = m_lTaken.insert({ { item.m_iParent, place.m_iChoice }, -1 });
         if (isFirst && !choice.m_bOptional) {
             m_lFindings.push_back({ Finding::Kind::Missing, item.m_oElement, QString() });
         }
-        isTaken = isTaken && (choice.m_bRepeats ? item.m_bHasValue : taken->second == alternative);
-        alternative = choice.m_iOuterAlternative;
-        number = choice.m_iOuter;
+        isTaken = isTaken && (choice.m_bRepeats ? item.m_bHasValue : taken->second == place.m_iAlternative);
+        place = choice.m_oAlternative;
     }
     return isTaken;
 }

@@ -41,15 +41,15 @@ public:
     /// Says that an attribute has a value that reads like the type in its place.
     static void NoteGiven(CurrentAttributes &attributes, const QString &attribute);
 
-    /// The element is there, whatever has a value.
+    /// Has the element count as one with a value.
     void Keep(const QDomElement &element) { m_oKept = element; }
     /// The walk goes on below the element, which may be a null one.
     void Enter(const QDomElement &element, CurrentAttributes &attributes);
-    /// It comes back from there.
+    /// The walk leaves the content that it has entered last.
     void Leave() { m_lOpen.pop_back(); }
-    /// It goes on behind the element, which has a value.
+    /// The walk goes on behind the element, which has a value.
     void Pass(const QDomElement &element, CurrentAttributes &attributes);
-    /// The same for all below it, which the walk doesn't see.
+    /// To be told behind Pass(): takes note of the elements below, to which the walk won't come.
     void PassContent(const QDomElement &element);
 
     struct Finding
@@ -87,7 +87,7 @@ private:
     std::unordered_map<int, QDomNode> m_hAsked; // by particle
     QDomElement m_oKept;
     std::vector<Item> m_lItems; // in the order of the document
-    std::vector<int> m_lOpen; // items
+    std::vector<int> m_lOpen { -1 }; // items; outside the root none
     // The alternative that has a value, of each choice below each parent; -1 where none has and that was told.
     std::map<std::pair<int, int>, int> m_lTaken;
     std::vector<Finding> m_lFindings;

@@ -11,7 +11,7 @@
 
 namespace {
 
-// A time without a zone may be that many milliseconds away from the one that it would be in UTC.
+// A moment without a zone may lie up to 14 hours ahead of or behind the one that it names in UTC.
 constexpr long double kZoneMs = 14.0L * 60 * 60 * 1000;
 
 bool HasZone(const QString &text)
@@ -109,7 +109,8 @@ void ValueJudge::ReadFacet(const QString &name, const QString &value)
     }
 }
 
-// Only an integer type takes texts; whatever else comes has been written by Qt, or isn't there.
+// Of the kinds that have a form, only an integer can come as a text of the host's. Qt has written all other values; of
+// an invalid date or time it writes nothing.
 bool ValueJudge::HasForm(const QString &text) const
 {
     static const QRegularExpression integer(QStringLiteral("\\A[+-]?[0-9]+\\z"));
@@ -124,7 +125,7 @@ bool ValueJudge::HasForm(const QString &text) const
     }
 }
 
-// Nothing for a text that has no order.
+// Nothing for a text that names no number or moment, and so can't be compared.
 std::optional<ValueJudge::Value> ValueJudge::Read(const QString &text) const
 {
     if (m_eKind == Kind::Integer) {
@@ -159,7 +160,7 @@ bool ValueJudge::IsHeld(const Bound &bound, const Value &value) const
     if (value.m_bHasZone != bound.m_oValue.m_bHasZone) {
         return above > kZoneMs;
     }
-    // Both may be infinite.
+    // The difference of two infinite numbers is no number.
     return above > 0 || (isInclusive && value.m_dNumber == bound.m_oValue.m_dNumber);
 }
 

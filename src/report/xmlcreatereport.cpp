@@ -148,7 +148,7 @@ void XmlCreateReport::SaveReport(const QString &reportPath)
 {
     const QString path = ToNativePath(reportPath);
     const dom::SaveResult result = dom::SaveDocument(*m_pDocument, path);
-    m_pFate->SetResult(result.m_sFailure);
+    m_pFate->GetOutcome().SetSaveResult(result.m_sFailure);
     if (!result.m_sFailure.isEmpty()) {
         trace::Write(Unit(), __LINE__, [&] {
             return QLatin1String("The report \"") + path + QLatin1String("\" could not be saved: ") + result.m_sFailure;
@@ -182,11 +182,6 @@ std::list<QDialog *> XmlCreateReport::GetCommentDialogs() const
         }
     }
     return dialogs;
-}
-
-void XmlCreateReport::SetValidOutput(bool on)
-{
-    m_bValidOutput = on;
 }
 
 void XmlCreateReport::SetFateHandler(std::function<void(const ReportOutcome &)> handler)

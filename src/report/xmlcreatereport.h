@@ -59,7 +59,7 @@ public:
     /// schema requires and nobody gave is named by GetOutcome(), each element by an error 16 at the end as well. How
     /// often an element may stand, and what a value is held against, is what its own declaration says; of the elements
     /// that a minOccurs above 1 puts side by side, one can be multiplied.
-    void SetValidOutput(bool on);
+    void SetValidOutput(bool on) { m_bValidOutput = on; }
 
     /// Has the outcome name the values that were refused and what is missing, as valid output always does; off by
     /// default, since the sentences cost time. To be called before the run.
@@ -68,7 +68,7 @@ public:
     /// `handler` is called once, when it is known what became of the report: before CreateXmlFromSchema() returns
     /// without a dialog, with one when the dialog ends, be it by this object's or the application's end. It may be
     /// called on the stack of this object's or the dialog's destructor, must not throw, and may destroy this object
-    /// unless the run is still on the stack. To be set before the run.
+    /// unless the run is still on the stack. One that is set when that is known already is called at once.
     void SetFateHandler(std::function<void(const ReportOutcome &)> handler);
 
     /// Runs the report. `schemaPath` is the XSD file, `reportPath` the file to write, both complete paths; "\" may

@@ -1,6 +1,6 @@
 // Repetitions and choices.
 
-#include "dom/nextsibling.h"
+#include "dom/nodewalk.h"
 #include "report/domparser.h"
 #include "report/xmlcreatereport.h"
 

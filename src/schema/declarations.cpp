@@ -2,39 +2,21 @@
 
 #include "dom/nodewalk.h"
 #include "schema/schematags.h"
-#include "schema/templatemaker.h"
 
 #include <algorithm>
 
 namespace {
 
-// Open tags that are no choice.
-constexpr int kModel = -1;
-constexpr int kElement = -2;
+// What the marks of an element hold: three numbers, two texts.
+constexpr char kParticle = 'o';
+constexpr char kRule = 't';
+constexpr char kAttribute = 'a'; // one for each attribute, with its name
+constexpr char kDefault = 'd';
+constexpr char kFixed = 'f';
 
-QString ParticleMark()
+QString Mark(char kind, const QString &attribute = QString())
 {
-    return Declarations::MarkName() + QLatin1Char('o');
-}
-
-QString RuleMark()
-{
-    return Declarations::MarkName() + QLatin1Char('t');
-}
-
-QString DefaultMark()
-{
-    return Declarations::MarkName() + QLatin1Char('d');
-}
-
-QString FixedMark()
-{
-    return Declarations::MarkName() + QLatin1Char('f');
-}
-
-QString AttributeMark(const QString &name)
-{
-    return Declarations::MarkName() + QLatin1Char('a') + name;
+    return Declarations::MarkName() + QLatin1Char(kind) + attribute;
 }
 
 // A fixed value is a default as well.
@@ -47,8 +29,8 @@ Declarations::Constant ReadConstant(const QXmlAttributes &atts)
 
 Declarations::Constant ConstantOf(const QDomElement &element)
 {
-    const QString name = element.hasAttribute(FixedMark()) ? FixedMark() : DefaultMark();
-    return { element.attribute(name, QString()), name == FixedMark() };
+    const bool isFixed = element.hasAttribute(Mark(kFixed));
+    return { element.attribute(Mark(isFixed ? kFixed : kDefault), QString()), isFixed };
 }
 
 template <typename Entry>
@@ -72,52 +54,34 @@ const QString &Declarations::MarkName()
     return name;
 }
 
-void Declarations::StartTag(const QString &tag, const QXmlAttributes &atts)
+int Declarations::AddChoice(const Alternative &alternative, const QXmlAttributes &atts)
 {
-    if (!m_lOpen.empty() && m_lOpen.back() >= 0) {
-        ++At(m_lChoices, m_lOpen.back()).m_iAlternatives;
+    if (!m_bCollects) {
+        return -1;
     }
-    m_lOpen.push_back(tag == QLatin1String("xs:element") ? kElement : kModel);
-    if (tag == QLatin1String("xs:choice")) {
-        m_lOpen.back() = Append(m_lChoices, ReadChoice(atts));
-    }
-}
-
-Declarations::Choice Declarations::ReadChoice(const QXmlAttributes &atts)
-{
     Choice choice;
     choice.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
     const QString most = atts.value(QStringLiteral("maxOccurs"));
     choice.m_bRepeats = !most.isEmpty() && most != QLatin1String("1");
-    choice.m_iOuter = CurrentChoice();
-    if (choice.m_iOuter >= 0) {
-        Choice &outer = At(m_lChoices, choice.m_iOuter);
-        choice.m_iOuterAlternative = outer.m_iAlternatives;
+    choice.m_oAlternative = alternative;
+    if (alternative.m_iChoice >= 0) {
+        Choice &outer = At(m_lChoices, alternative.m_iChoice);
         choice.m_bRepeats = choice.m_bRepeats || outer.m_bRepeats;
-        // What may be empty satisfies the outer choice, which may take another alternative.
+        // An inner choice that may be empty satisfies the outer one, which may take another alternative.
         outer.m_bOptional = outer.m_bOptional || choice.m_bOptional;
         choice.m_bOptional = true;
     }
-    return choice;
+    return Append(m_lChoices, choice);
 }
 
-// The innermost choice of the content model in which the latest tag stands.
-int Declarations::CurrentChoice() const
+int Declarations::AddParticle(const QString &name, Particle particle, const QXmlAttributes &atts)
 {
-    const auto found = std::find_if(m_lOpen.rbegin() + 1, m_lOpen.rend(), [](int open) { return open != kModel; });
-    return found == m_lOpen.rend() ? kElement : *found;
-}
-
-int Declarations::AddParticle(const QString &name, int maxOccurs, int copies, const QXmlAttributes &atts)
-{
-    Particle particle;
+    if (!m_bCollects) {
+        return -1;
+    }
     particle.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
-    particle.m_iMaxOccurs = maxOccurs;
-    particle.m_iCopies = copies;
-    particle.m_iChoice = CurrentChoice();
-    if (particle.m_iChoice >= 0) {
-        Choice &choice = At(m_lChoices, particle.m_iChoice);
-        particle.m_iAlternative = choice.m_iAlternatives;
+    if (particle.m_oAlternative.m_iChoice >= 0) {
+        Choice &choice = At(m_lChoices, particle.m_oAlternative.m_iChoice);
         choice.m_lMembers.append(name);
         // An alternative that may be empty satisfies the choice.
         choice.m_bOptional = choice.m_bOptional || particle.m_bOptional;
@@ -128,29 +92,36 @@ int Declarations::AddParticle(const QString &name, int maxOccurs, int copies, co
 
 void Declarations::MarkParticle(QDomElement element, int particle)
 {
-    element.setAttribute(ParticleMark(), particle);
+    if (particle >= 0) {
+        element.setAttribute(Mark(kParticle), particle);
+    }
 }
 
 void Declarations::MarkDefault(QDomElement element, const QXmlAttributes &atts)
 {
     const Constant constant = ReadConstant(atts);
-    if (!constant.m_sValue.isNull()) {
-        element.setAttribute(constant.m_bFixed ? FixedMark() : DefaultMark(), constant.m_sValue);
+    if (m_bCollects && !constant.m_sValue.isNull()) {
+        element.setAttribute(Mark(constant.m_bFixed ? kFixed : kDefault), constant.m_sValue);
     }
 }
 
 void Declarations::OpenRule(QDomElement element, const QString &type)
 {
-    element.setAttribute(RuleMark(), Append(m_lRules, { type, {} }));
+    element.setAttribute(Mark(kRule), Append(m_lRules, { type, {} }));
 }
 
 void Declarations::AddFacet(const QString &name, const QString &value)
 {
-    m_lRules.back().m_lFacets.emplace_back(name, value);
+    if (m_bCollects) {
+        m_lRules.back().m_lFacets.emplace_back(name, value);
+    }
 }
 
 int Declarations::AddAttribute(const QString &name, const QString &type, const QXmlAttributes &atts)
 {
+    if (!m_bCollects) {
+        return -1;
+    }
     const int rule = BuiltInRule(schematags::HasPrefix(type) ? schematags::WithoutPrefix(type) : QString());
     const bool isRequired = atts.value(QStringLiteral("use")) == QLatin1String("required");
     return Append(m_lAttributes, { name, rule, ReadConstant(atts), isRequired });
@@ -158,7 +129,9 @@ int Declarations::AddAttribute(const QString &name, const QString &type, const Q
 
 void Declarations::MarkAttribute(QDomElement element, int attribute)
 {
-    element.setAttribute(AttributeMark(At(m_lAttributes, attribute).m_sName), attribute);
+    if (attribute >= 0) {
+        element.setAttribute(Mark(kAttribute, At(m_lAttributes, attribute).m_sName), attribute);
+    }
 }
 
 void Declarations::MarkReference(const QDomDocumentFragment &source, QDomElement element, int attribute)
@@ -177,11 +150,11 @@ void Declarations::MarkReference(const QDomDocumentFragment &source, QDomElement
     MarkAttribute(element, attribute);
 }
 
-// The type may have been written over since: the facets are those of another one then.
+// A later tag may have given the element another type, to which the facets of the marked rule don't belong.
 int Declarations::RuleOf(const QDomElement &element)
 {
     const QString type = element.attribute(QStringLiteral("type"));
-    const QString mark = element.attribute(RuleMark());
+    const QString mark = element.attribute(Mark(kRule));
     const int rule = mark.toInt();
     return !mark.isEmpty() && At(m_lRules, rule).m_sType == type ? rule : BuiltInRule(type);
 }
@@ -199,7 +172,7 @@ int Declarations::BuiltInRule(const QString &type)
 
 void Declarations::Settle(QDomDocument document)
 {
-    for (dom::NodeWalk walk(document.documentElement()); !walk.AtEnd(); walk.Next()) {
+    for (dom::NodeWalk walk(document.documentElement()); m_bCollects && !walk.AtEnd(); walk.Next()) {
         if (walk.Node().isElement()) {
             SettleElement(walk.Node().toElement());
         }
@@ -209,7 +182,7 @@ void Declarations::Settle(QDomDocument document)
 void Declarations::SettleElement(QDomElement element)
 {
     Element settled;
-    const QString particle = element.attribute(ParticleMark());
+    const QString particle = element.attribute(Mark(kParticle));
     if (!particle.isEmpty()) {
         settled.m_iParticle = particle.toInt();
         settled.m_oParticle = At(m_lParticles, settled.m_iParticle);
@@ -219,14 +192,14 @@ void Declarations::SettleElement(QDomElement element)
     }
     settled.m_iRule = RuleOf(element);
     settled.m_bHasType = !element.attribute(QStringLiteral("type")).isEmpty();
-    const Attributes all = TemplateMaker::ListAttributes(element);
-    for (const auto &[name, value] : all) {
+    const QString attributeMark = Mark(kAttribute);
+    for (const auto &[name, value] : dom::ListAttributes(element)) {
         if (!IsMark(name)) {
             settled.m_lTemplate.emplace_back(name, value);
             continue;
         }
         element.removeAttribute(name);
-        if (name.startsWith(AttributeMark(QString()))) {
+        if (name.startsWith(attributeMark)) {
             settled.m_lAttributes.push_back(At(m_lAttributes, value.toInt()));
         }
     }

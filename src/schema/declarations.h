@@ -1,5 +1,8 @@
 #pragma once
 
+#include "dom/attributelist.h"
+#include "schema/opentags.h"
+
 #include <QDomDocument>
 #include <QDomDocumentFragment>
 #include <QDomElement>
@@ -8,7 +11,6 @@
 #include <QStringList>
 #include <QXmlAttributes>
 
-#include <utility>
 #include <vector>
 
 /// What a schema says of each element of its template, where it stands there, in every copy and whatever type it comes
@@ -20,7 +22,8 @@
 class Declarations
 {
 public:
-    using Attributes = std::vector<std::pair<QString, QString>>;
+    using Attributes = dom::AttributeList;
+    using Alternative = OpenTags::Alternative;
 
     /// The name of the mark, and the first character of the names of all marks.
     static const QString &MarkName();
@@ -32,7 +35,7 @@ public:
         QString m_sType;
         Attributes m_lFacets;
     };
-    /// A value that counts where there is none, null if there is none, and that may be the only one.
+    /// The default of a declaration, null without one; a fixed one is the only value that the declaration allows.
     struct Constant
     {
         QString m_sValue;
@@ -51,18 +54,14 @@ public:
         bool m_bOptional = false;
         int m_iMaxOccurs = 1; // -1: without limit
         int m_iCopies = 1; // how many the template has
-        int m_iChoice = -1; // the choice whose alternative it belongs to
-        int m_iAlternative = 0;
+        Alternative m_oAlternative;
         Constant m_oDefault;
     };
     struct Choice
     {
         bool m_bOptional = false;
         bool m_bRepeats = false;
-        int m_iAlternatives = 0;
-        // The choice of which it is an alternative itself.
-        int m_iOuter = -1;
-        int m_iOuterAlternative = 0;
+        Alternative m_oAlternative; // of the choice around it
         QStringList m_lMembers;
     };
     struct Element
@@ -75,27 +74,26 @@ public:
         Attributes m_lTemplate; // all that the template writes, by name
     };
 
-    // While the schema is read.
-    void StartTag(const QString &tag, const QXmlAttributes &atts);
-    void EndTag() { m_lOpen.pop_back(); }
-    /// How many tags are open, and back to that many: a file that isn't well-formed leaves some behind.
-    std::size_t CountOpenTags() const { return m_lOpen.size(); }
-    void EndTagsBeyond(std::size_t count) { m_lOpen.resize(count); }
-    int AddParticle(const QString &name, int maxOccurs, int copies, const QXmlAttributes &atts);
-    void MarkParticle(QDomElement element, int particle);
+    // While the schema is read. As long as nobody asks for declarations, nothing is added or marked: each Add...() is
+    // below 0 then, and marks nothing.
+    void Collect() { m_bCollects = true; }
+    bool IsCollecting() const { return m_bCollects; }
+    int AddChoice(const Alternative &alternative, const QXmlAttributes &atts);
+    int AddParticle(const QString &name, Particle particle, const QXmlAttributes &atts);
+    static void MarkParticle(QDomElement element, int particle);
     void MarkDefault(QDomElement element, const QXmlAttributes &atts);
     /// The facets that follow belong to the values of `element`.
     void OpenRule(QDomElement element, const QString &type);
     void AddFacet(const QString &name, const QString &value);
     int AddAttribute(const QString &name, const QString &type, const QXmlAttributes &atts);
     void MarkAttribute(QDomElement element, int attribute);
-    /// The attribute is the one that `source` declares.
+    /// Completes an attribute that refers to the declaration in `source`, and marks it.
     void MarkReference(const QDomDocumentFragment &source, QDomElement element, int attribute);
 
     void Settle(QDomDocument document);
 
     // When it is read.
-    /// Null for a mark that isn't one.
+    /// Null for a text that is no element's mark.
     const Element *Of(const QString &mark) const;
     const Choice &GetChoice(int choice) const { return m_lChoices[static_cast<std::size_t>(choice)]; }
     const std::vector<Rule> &GetRules() const { return m_lRules; }
@@ -103,11 +101,9 @@ public:
 private:
     int RuleOf(const QDomElement &element);
     int BuiltInRule(const QString &type);
-    int CurrentChoice() const;
-    Choice ReadChoice(const QXmlAttributes &atts);
     void SettleElement(QDomElement element);
 
-    std::vector<int> m_lOpen; // for each open tag: a choice, or one of two numbers below 0
+    bool m_bCollects = false;
     std::vector<Particle> m_lParticles;
     std::vector<Attribute> m_lAttributes;
     std::vector<Choice> m_lChoices;

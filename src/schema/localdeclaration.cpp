@@ -8,11 +8,6 @@ namespace {
 // The key of an optional element holds its upper limit in hundreds: by that it is told from a plain limit.
 constexpr int kOptionalFactor = 100;
 
-int ReadMaxOccurs(const QString &text)
-{
-    return text == QLatin1String("unbounded") ? LocalDeclaration::kUnbounded : text.toInt();
-}
-
 int InHundreds(int limit)
 {
     constexpr int kGreatest = std::numeric_limits<int>::max() / kOptionalFactor;
@@ -32,7 +27,7 @@ LocalDeclaration::LocalDeclaration(const QXmlAttributes &atts)
         } else if (name == QLatin1String("minOccurs")) {
             m_iMinOccurs = atts.value(i).toInt();
         } else if (name == QLatin1String("maxOccurs")) {
-            m_iMaxOccurs = ReadMaxOccurs(atts.value(i));
+            m_iMaxOccurs = atts.value(i) == QLatin1String("unbounded") ? kUnbounded : atts.value(i).toInt();
         } else if (name == QLatin1String("ref")) {
             m_sRef = atts.value(i);
         } else if (name == QLatin1String("default")) {
@@ -44,19 +39,9 @@ LocalDeclaration::LocalDeclaration(const QXmlAttributes &atts)
     }
 }
 
-const QString &LocalDeclaration::Key() const
-{
-    return m_sName.isEmpty() ? m_sRef : m_sName;
-}
-
 int LocalDeclaration::Copies() const
 {
     return m_iMinOccurs == 0 ? 1 : std::max(m_iMinOccurs, 0);
-}
-
-bool LocalDeclaration::HasLimits() const
-{
-    return m_iMinOccurs == 0 || m_iMaxOccurs != kNotGiven;
 }
 
 int LocalDeclaration::OccursKey() const

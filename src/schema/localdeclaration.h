@@ -13,11 +13,11 @@ struct LocalDeclaration
     explicit LocalDeclaration(const QXmlAttributes &atts);
 
     /// The name, or the reference of an element without one; empty if it has neither.
-    const QString &Key() const;
+    const QString &Key() const { return m_sName.isEmpty() ? m_sRef : m_sName; }
     /// How many copies the tag asks for: none for a negative minOccurs, one for a minOccurs of 0.
     int Copies() const;
     /// False for an element whose limits needn't be filed: not optional, and without maxOccurs.
-    bool HasLimits() const;
+    bool HasLimits() const { return m_iMinOccurs == 0 || m_iMaxOccurs != kNotGiven; }
     /// Both limits packed into one number; only where HasLimits().
     int OccursKey() const;
 

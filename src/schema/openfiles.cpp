@@ -35,16 +35,6 @@ QString OpenFiles::Enter(const QString &path, std::size_t openTags)
     return refusal;
 }
 
-void OpenFiles::Leave()
-{
-    m_lFiles.pop_back();
-}
-
-QString OpenFiles::GetCurrent() const
-{
-    return m_lFiles.back().m_sPath;
-}
-
 QString OpenFiles::RefusalOf(const QString &canonicalPath, std::size_t level) const
 {
     const bool isOpen = std::any_of(m_lFiles.begin(), m_lFiles.end(),

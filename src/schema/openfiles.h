@@ -14,10 +14,10 @@ public:
     /// Opens an include that stands below `openTags` tags of the current file. The result is empty, or says, as a
     /// sentence, why the include may not be read: it is open already, or a limit is reached.
     [[nodiscard]] QString Enter(const QString &path, std::size_t openTags);
-    void Leave();
+    void Leave() { m_lFiles.pop_back(); }
 
     /// The file that is being read.
-    QString GetCurrent() const;
+    QString GetCurrent() const { return m_lFiles.back().m_sPath; }
 
 private:
     struct File

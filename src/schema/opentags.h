@@ -5,8 +5,8 @@
 #include <vector>
 
 /// The tags that are open while a schema is read. The reader's rules look at a depth and a few flags; this stack
-/// answers two questions that these leave open: which named type or local element is open, and whether a start tag has
-/// moved the position.
+/// answers three questions that these leave open: which named type or local element is open, whether a start tag has
+/// moved the position, and in which choice it stands.
 class OpenTags
 {
 public:
@@ -19,38 +19,78 @@ public:
         PlacedElement,
         /// A local element that made no element of its own: a reference, or one without a name.
         UnplacedElement,
+        /// A global element or attribute.
+        Global,
         /// A type whose tag has attributes: it counts as named.
         NamedType,
         /// An anonymous complex type that found no element to move down to.
         UnmovedType
     };
 
-    void Push(Kind kind) { m_lTags.push_back(kind); }
+    /// A place in a content model: the number of the innermost choice around it, below 0 if there is none, and which
+    /// of the choice's alternatives it belongs to.
+    struct Alternative
+    {
+        int m_iChoice = -1;
+        int m_iAlternative = 0;
+    };
+
+    void Push(Kind kind)
+    {
+        if (!m_lTags.empty()) {
+            ++m_lTags.back().m_oWithin.m_iAlternative;
+        }
+        m_lTags.push_back({ kind, {} });
+    }
 
     /// Says what the tag opened last has turned out to be.
-    void Mark(Kind kind) { m_lTags.back() = kind; }
+    void Mark(Kind kind) { m_lTags.back().m_eKind = kind; }
+    /// Says that the tag opened last is a choice, and gives it a number.
+    void MarkChoice(int number) { m_lTags.back().m_oWithin.m_iChoice = number; }
 
     /// The tag that ends; Plain if none is open.
     Kind Pop()
     {
-        const Kind kind = m_lTags.empty() ? Kind::Plain : m_lTags.back();
+        const Kind kind = m_lTags.empty() ? Kind::Plain : m_lTags.back().m_eKind;
         m_lTags.resize(std::max<std::size_t>(m_lTags.size(), 1) - 1);
         return kind;
     }
 
     std::size_t Count() const { return m_lTags.size(); }
-    bool IsPassingOver() const { return !m_lTags.empty() && m_lTags.back() == Kind::PassedOver; }
-    bool InNamedType() const { return std::find(m_lTags.begin(), m_lTags.end(), Kind::NamedType) != m_lTags.end(); }
+    bool IsPassingOver() const { return !m_lTags.empty() && m_lTags.back().m_eKind == Kind::PassedOver; }
+    bool InNamedType() const
+    {
+        return std::any_of(m_lTags.begin(), m_lTags.end(),
+                           [](const Tag &tag) { return tag.m_eKind == Kind::NamedType; });
+    }
 
     /// The kind of the innermost open local element; Plain if none is open.
     Kind LocalElement() const
     {
-        const auto innermost = std::find_if(m_lTags.rbegin(), m_lTags.rend(), [](Kind kind) {
-            return kind == Kind::PlacedElement || kind == Kind::UnplacedElement;
+        const auto innermost = std::find_if(m_lTags.rbegin(), m_lTags.rend(), IsLocalElement);
+        return innermost == m_lTags.rend() ? Kind::Plain : innermost->m_eKind;
+    }
+
+    /// Where the tag opened last stands in the content model around it.
+    Alternative GetAlternative() const
+    {
+        const auto around = std::find_if(m_lTags.rbegin() + 1, m_lTags.rend(), [](const Tag &tag) {
+            return tag.m_oWithin.m_iChoice >= 0 || tag.m_eKind == Kind::Global || IsLocalElement(tag);
         });
-        return innermost == m_lTags.rend() ? Kind::Plain : *innermost;
+        return around == m_lTags.rend() || around->m_oWithin.m_iChoice < 0 ? Alternative() : around->m_oWithin;
     }
 
 private:
-    std::vector<Kind> m_lTags;
+    struct Tag
+    {
+        Kind m_eKind = Kind::Plain;
+        Alternative m_oWithin; // of the child opened last
+    };
+
+    static bool IsLocalElement(const Tag &tag)
+    {
+        return tag.m_eKind == Kind::PlacedElement || tag.m_eKind == Kind::UnplacedElement;
+    }
+
+    std::vector<Tag> m_lTags;
 };

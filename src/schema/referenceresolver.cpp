@@ -64,28 +64,27 @@ bool ReferenceResolver::Resolve(bool reopen)
         return false;
     }
     if (m_pUndeclared != nullptr) {
-        TraceUndeclared();
+        trace::Write(UnitName(), __LINE__,
+                     [] { return QStringLiteral("Missing Element was not found! XmlSchemaHandler terminates..."); });
+        trace::Write(UnitName(), __LINE__, [this] {
+            return QStringLiteral("The schema refers to \"%1\", which is declared nowhere.").arg(*m_pUndeclared);
+        });
         return false;
     }
     // 2. Take up declarations of an earlier pass again, if records have been filed for them since.
     QStringList open = OpenNames();
-    while (!open.isEmpty() && ReopenWaiting()) {
+    while (!open.isEmpty() && !m_oRun.m_oMaker.IsExceeded() && ReopenWaiting()) {
         RunSweeps();
         open = OpenNames();
     }
     // 3. Declarations that are still open wait for each other.
     if (!open.isEmpty()) {
-        TraceCircle(open);
+        trace::Write(UnitName(), __LINE__, [&open] {
+            return QLatin1String("Missing Elements refer to each other! XmlSchemaHandler terminates... ")
+                + open.join(QLatin1String(", "));
+        });
     }
     return open.isEmpty() && !m_oRun.m_oMaker.IsExceeded();
-}
-
-void ReferenceResolver::TraceCircle(const QStringList &open)
-{
-    trace::Write(UnitName(), __LINE__, [&open] {
-        return QStringLiteral("Missing Elements refer to each other! XmlSchemaHandler terminates... ")
-            + open.join(QLatin1String(", "));
-    });
 }
 
 void ReferenceResolver::CollectKeys(bool reopen)
@@ -144,22 +143,17 @@ void ReferenceResolver::Process(const Key &key)
     m_pSource = key.m_pEntry->m_pFragment;
     for (auto &[count, records] : *key.m_pCounts) {
         for (MissingElement &record : records) {
-            ApplyOnce(record, count, *key.m_pEntry);
+            // A count below 0 asks for no application at all.
+            if (!record.m_bApplied && count >= 0) {
+                key.m_pEntry->m_bUsed = true;
+                Apply(record, std::max(count, 1));
+            }
+            record.m_bApplied = true;
         }
     }
     if (m_oRun.m_oMaker.IsExceeded()) {
         m_oRun.TraceLimit(QStringLiteral("\"%1\" in %2").arg(*key.m_pName, m_oRun.m_oFiles.GetCurrent()));
     }
-}
-
-void ReferenceResolver::ApplyOnce(MissingElement &record, int count, TypeEntry &entry)
-{
-    // A count below 0 asks for no application at all.
-    if (!record.m_bApplied && count >= 0) {
-        entry.m_bUsed = true;
-        Apply(record, std::max(count, 1));
-    }
-    record.m_bApplied = true;
 }
 
 void ReferenceResolver::Apply(const MissingElement &record, int times)
@@ -170,9 +164,7 @@ void ReferenceResolver::Apply(const MissingElement &record, int times)
         m_oRun.m_oMaker.CopyAttributes(*m_pSource, *record.m_pParent, TemplateMaker::Existing::Keep);
     } else if (hasParent && record.m_bAttribute) {
         m_oRun.m_oMaker.SetSchemaAttribute(*m_pSource, *record.m_pParent);
-        if (m_oRun.m_pDeclarations != nullptr) {
-            m_oRun.m_pDeclarations->MarkReference(*m_pSource, *record.m_pParent, record.m_iNote);
-        }
+        m_oRun.m_pDeclarations->MarkReference(*m_pSource, *record.m_pParent, record.m_iNote);
     } else if (isPlace) {
         InsertContent(record, times);
         record.m_pParent->parentNode().removeChild(*record.m_pParent);
@@ -205,9 +197,7 @@ void ReferenceResolver::InsertContent(const MissingElement &record, int times)
             // An empty declaration never reaches a limit: don't loop over its copies.
             return;
         }
-        if (m_oRun.m_pDeclarations != nullptr && record.m_iNote >= 0) {
-            m_oRun.m_pDeclarations->MarkParticle(clone.firstChildElement(), record.m_iNote);
-        }
+        Declarations::MarkParticle(clone.firstChildElement(), record.m_iNote);
         if (isPlace) {
             parent.parentNode().insertBefore(clone, parent);
         } else if (record.m_pAfter != nullptr) {
@@ -241,13 +231,4 @@ QStringList ReferenceResolver::OpenNames() const
         }
     }
     return names;
-}
-
-void ReferenceResolver::TraceUndeclared() const
-{
-    trace::Write(UnitName(), __LINE__,
-                 [] { return QStringLiteral("Missing Element was not found! XmlSchemaHandler terminates..."); });
-    trace::Write(UnitName(), __LINE__, [this] {
-        return QStringLiteral("The schema refers to \"%1\", which is declared nowhere.").arg(*m_pUndeclared);
-    });
 }

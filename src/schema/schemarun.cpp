@@ -3,21 +3,6 @@
 #include "host/trace.h"
 #include "schema/schematags.h"
 
-QDomDocumentFragment *SchemaRun::NewFragment(QDomDocument &document)
-{
-    return &m_lFragments.emplace_back(document.createDocumentFragment());
-}
-
-QDomElement *SchemaRun::Keep(const QDomElement &element)
-{
-    return &m_lElements.emplace_back(element);
-}
-
-void SchemaRun::Keep(const QDomDocument &document)
-{
-    m_lDocuments.push_back(document);
-}
-
 void SchemaRun::TraceLimit(const QString &where)
 {
     if (m_bLimitTraced) {

@@ -21,11 +21,14 @@ public:
     Q_DISABLE_COPY(SchemaRun)
 
     /// A new empty fragment, made by `document`.
-    QDomDocumentFragment *NewFragment(QDomDocument &document);
+    QDomDocumentFragment *NewFragment(QDomDocument &document)
+    {
+        return &m_lFragments.emplace_back(document.createDocumentFragment());
+    }
     /// A handle of the run's own on the element.
-    QDomElement *Keep(const QDomElement &element);
+    QDomElement *Keep(const QDomElement &element) { return &m_lElements.emplace_back(element); }
     /// Keeps a document alive: its fragments look it up when they are changed or cloned.
-    void Keep(const QDomDocument &document);
+    void Keep(const QDomDocument &document) { m_lDocuments.push_back(document); }
 
     /// Traces a broken limit, once in a run. `where` names the tag or the name that broke it.
     void TraceLimit(const QString &where);
@@ -40,8 +43,7 @@ private:
 public:
     TemplateMaker m_oMaker;
     OpenFiles m_oFiles;
-    /// Null unless they are asked for.
-    std::shared_ptr<Declarations> m_pDeclarations;
+    const std::shared_ptr<Declarations> m_pDeclarations { std::make_shared<Declarations>() };
     /// Declarations that another file has replaced since the latest pass.
     std::set<QString> m_lReplaced;
 };

@@ -1,5 +1,6 @@
 #include "schema/templatemaker.h"
 
+#include "dom/attributelist.h"
 #include "dom/limits.h"
 
 namespace {
@@ -26,37 +27,9 @@ bool IsChecked(const QString &facet)
 
 } // namespace
 
-// Qt finds an attribute by its index only by counting up to it: many are listed by removing the first of a copy, over
-// and over.
-TemplateMaker::AttributeList TemplateMaker::ListAttributes(const QDomNode &node)
-{
-    constexpr int kMany = 50;
-    const bool areMany = node.attributes().count() > kMany;
-    const QDomNode holder = areMany ? node.cloneNode(false) : node;
-    QDomNamedNodeMap map = holder.attributes();
-    AttributeList list(static_cast<std::size_t>(map.count()));
-    int index = 0;
-    for (auto &[name, value] : list) {
-        const QDomNode attribute = map.item(index);
-        name = attribute.nodeName();
-        value = attribute.nodeValue();
-        if (areMany) {
-            map.removeNamedItem(name);
-        } else {
-            ++index;
-        }
-    }
-    return list;
-}
-
 QDomElement TemplateMaker::NewPlaceholder(QDomDocument &document)
 {
     return document.createElementNS(kPlaceholderMark, kPlaceholderName);
-}
-
-bool TemplateMaker::IsPlaceholder(const QDomNode &node)
-{
-    return !node.namespaceURI().isNull();
 }
 
 bool TemplateMaker::HasCarrier(const QDomDocumentFragment &source)
@@ -83,17 +56,14 @@ void TemplateMaker::SetAttribute(QDomElement target, const QString &name, const 
     }
     if (target.attributes().count() >= limits::kMaxElementAttributes && !target.hasAttribute(name)) {
         Refuse(QStringLiteral("an element holds at most %1 attributes").arg(limits::kMaxElementAttributes));
-    } else if (m_iAttributes >= limits::kMaxRunAttributes) {
-        Refuse(QStringLiteral("all declarations hold at most %1 attributes").arg(limits::kMaxRunAttributes));
-    } else {
-        ++m_iAttributes;
+    } else if (CountAttributes(1)) {
         target.setAttribute(name, value);
     }
 }
 
 void TemplateMaker::CopyAttributes(const QDomDocumentFragment &source, const QDomElement &target, Existing existing)
 {
-    for (const auto &[name, value] : ListAttributes(source.firstChild())) {
+    for (const auto &[name, value] : dom::ListAttributes(source.firstChild())) {
         if (existing == Existing::Replace || !target.hasAttribute(name)) {
             SetAttribute(target, name, value);
         }
@@ -108,7 +78,7 @@ void TemplateMaker::SetSchemaAttribute(const QDomDocumentFragment &source, const
     }
     const QString name = carrier.tagName();
     SetAttribute(target, name, carrier.attribute(QStringLiteral("type")));
-    for (const auto &[facet, value] : ListAttributes(carrier)) {
+    for (const auto &[facet, value] : dom::ListAttributes(carrier)) {
         if (IsChecked(facet)) {
             SetAttribute(target, facet + name, value);
         }
@@ -131,16 +101,6 @@ QDomDocumentFragment TemplateMaker::CloneContent(const QDomDocumentFragment &sou
     return clone;
 }
 
-bool TemplateMaker::IsExceeded() const
-{
-    return !m_sReason.isEmpty();
-}
-
-QString TemplateMaker::GetReason() const
-{
-    return m_sReason;
-}
-
 // Counts one element that is about to be made on this level with so many attributes.
 bool TemplateMaker::Count(int level, int attributes)
 {
@@ -151,13 +111,20 @@ bool TemplateMaker::Count(int level, int attributes)
         Refuse(QStringLiteral("a template nests at most %1 elements").arg(limits::kMaxTemplateDepth));
     } else if (m_iElements >= limits::kMaxRunElements) {
         Refuse(QStringLiteral("all declarations hold at most %1 elements").arg(limits::kMaxRunElements));
-    } else if (m_iAttributes > limits::kMaxRunAttributes - attributes) {
-        Refuse(QStringLiteral("all declarations hold at most %1 attributes").arg(limits::kMaxRunAttributes));
-    } else {
+    } else if (CountAttributes(attributes)) {
         ++m_iElements;
-        m_iAttributes += attributes;
     }
     return !IsExceeded();
+}
+
+bool TemplateMaker::CountAttributes(int attributes)
+{
+    if (m_iAttributes > limits::kMaxRunAttributes - attributes) {
+        Refuse(QStringLiteral("all declarations hold at most %1 attributes").arg(limits::kMaxRunAttributes));
+        return false;
+    }
+    m_iAttributes += attributes;
+    return true;
 }
 
 // The recursion ends at the greatest depth of a template.
@@ -170,9 +137,4 @@ void TemplateMaker::CloneBelow(QDomNode parent, const QDomNode &node, int level)
     for (QDomNode child = node.firstChild(); !child.isNull() && !IsExceeded(); child = child.nextSibling()) {
         CloneBelow(clone, child, level + 1);
     }
-}
-
-void TemplateMaker::Refuse(const QString &reason)
-{
-    m_sReason = reason;
 }

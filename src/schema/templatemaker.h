@@ -5,9 +5,6 @@
 #include <QDomElement>
 #include <QString>
 
-#include <utility>
-#include <vector>
-
 /// Makes the elements and attributes of a run and counts them, so that a small file can't ask for more than the host
 /// can bear: minOccurs multiplies, and types that hold others twice double at each level. Once a limit is broken
 /// nothing more is made.
@@ -18,7 +15,7 @@ public:
     /// the type takes over, or the place of content that is still to come. A mark tells it from an element to which a
     /// schema itself gives the name "dummy". It never enters a template.
     static QDomElement NewPlaceholder(QDomDocument &document);
-    static bool IsPlaceholder(const QDomNode &node);
+    static bool IsPlaceholder(const QDomNode &node) { return !node.namespaceURI().isNull(); }
 
     /// Whether an element of this type takes over the attributes of the declaration's first child, going by its name.
     static bool HasCarrier(const QDomDocumentFragment &source);
@@ -42,18 +39,15 @@ public:
     /// parent.
     QDomDocumentFragment CloneContent(const QDomDocumentFragment &source, const QDomNode &parent);
 
-    bool IsExceeded() const;
+    bool IsExceeded() const { return !m_sReason.isEmpty(); }
     /// The limit that was broken, as a sentence; empty if none was.
-    QString GetReason() const;
-
-    using AttributeList = std::vector<std::pair<QString, QString>>;
-    /// The attributes of a node, in no order.
-    static AttributeList ListAttributes(const QDomNode &node);
+    QString GetReason() const { return m_sReason; }
 
 private:
     bool Count(int level, int attributes);
+    bool CountAttributes(int attributes);
     void CloneBelow(QDomNode parent, const QDomNode &node, int level);
-    void Refuse(const QString &reason);
+    void Refuse(const QString &reason) { m_sReason = reason; }
 
     int m_iElements = 0;
     int m_iAttributes = 0;

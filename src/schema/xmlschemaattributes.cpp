@@ -18,18 +18,13 @@ void XmlSchemaHandler::ReadAttribute(const QXmlAttributes &atts)
     if (target.isNull()) {
         return;
     }
-    Declarations *pDeclarations = m_pRun->m_pDeclarations.get();
-    const int note = pDeclarations == nullptr ? -1 : pDeclarations->AddAttribute(local.Key(), local.m_sType, atts);
+    const int note = m_pRun->m_pDeclarations->AddAttribute(local.Key(), local.m_sType, atts);
     if (!local.m_sName.isEmpty()) {
         m_pRun->m_oMaker.SetAttribute(target, local.m_sName, local.m_sType);
-        if (pDeclarations != nullptr) {
-            pDeclarations->MarkAttribute(target, note);
-        }
+        m_pRun->m_pDeclarations->MarkAttribute(target, note);
     } else if (const TypeEntry *entry = UseComplete(local.m_sRef)) {
         m_pRun->m_oMaker.SetSchemaAttribute(*entry->m_pFragment, target);
-        if (pDeclarations != nullptr) {
-            pDeclarations->MarkReference(*entry->m_pFragment, target, note);
-        }
+        m_pRun->m_pDeclarations->MarkReference(*entry->m_pFragment, target, note);
     } else {
         WaitForAttributes(local.m_sRef, target, false);
         m_pMissingElement->m_iNote = note;
@@ -46,9 +41,10 @@ void XmlSchemaHandler::ReadRestriction(const QXmlAttributes &atts)
     } else if (atts.qName(0) == QLatin1String("base")) {
         const QString base = atts.value(0);
         type = HasPrefix(base) ? WithoutPrefix(base) : QString();
-        SetType(RestrictionTarget(), type);
+        m_pRun->m_oMaker.SetAttribute(RestrictionTarget(), QLatin1String("type"), type);
     }
-    if (m_pRun->m_pDeclarations != nullptr) {
+    // Unasked, a restriction without a base makes no place that it could be noted on.
+    if (m_pRun->m_pDeclarations->IsCollecting()) {
         m_pRun->m_pDeclarations->OpenRule(RestrictionTarget(), type);
     }
 }
@@ -60,9 +56,7 @@ void XmlSchemaHandler::ReadFacet(const QXmlAttributes &atts)
         return;
     }
     QString name = HasPrefix(m_sTag) ? WithoutPrefix(m_sTag) : m_sTag;
-    if (m_pRun->m_pDeclarations != nullptr) {
-        m_pRun->m_pDeclarations->AddFacet(name, atts.value(0));
-    }
+    m_pRun->m_pDeclarations->AddFacet(name, atts.value(0));
     if (name.contains(QLatin1String("enumeration"))) {
         name += QString::number(m_iEnumerationIndex);
         ++m_iEnumerationIndex;
@@ -82,17 +76,12 @@ void XmlSchemaHandler::ReadExtension(const QXmlAttributes &atts)
         return;
     }
     if (HasPrefix(base)) {
-        SetType(target, WithoutPrefix(base));
+        m_pRun->m_oMaker.SetAttribute(target, QLatin1String("type"), WithoutPrefix(base));
     } else if (const TypeEntry *entry = UseComplete(base)) {
         m_pRun->m_oMaker.CopyAttributes(*entry->m_pFragment, target, TemplateMaker::Existing::Replace);
     } else {
         WaitForAttributes(base, target, true);
     }
-}
-
-void XmlSchemaHandler::SetType(const QDomElement &target, const QString &type)
-{
-    m_pRun->m_oMaker.SetAttribute(target, QLatin1String("type"), type);
 }
 
 void XmlSchemaHandler::WaitForAttributes(const QString &name, const QDomElement &target, bool isBase)

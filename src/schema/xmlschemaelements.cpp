@@ -23,7 +23,9 @@ void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
     if (local.Key().isEmpty() || m_pFragment == nullptr) {
         return;
     }
-    NoteParticle(local, atts);
+    const int most = local.m_iMaxOccurs == LocalDeclaration::kNotGiven ? 1 : local.m_iMaxOccurs;
+    m_iParticle = m_pRun->m_pDeclarations->AddParticle(
+        local.Key(), { false, most, local.Copies(), m_oOpenTags.GetAlternative(), {} }, atts);
     // 1. Make the element in as many copies as asked for, or the content of the reference.
     if (local.Copies() == 0) {
         m_oOpenTags.Mark(OpenTags::Kind::PassedOver);
@@ -37,24 +39,10 @@ void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
     FileLimits(local);
 }
 
-void XmlSchemaHandler::NoteParticle(const LocalDeclaration &local, const QXmlAttributes &atts)
-{
-    if (m_pRun->m_pDeclarations != nullptr) {
-        const int most = local.m_iMaxOccurs == LocalDeclaration::kNotGiven ? 1 : local.m_iMaxOccurs;
-        m_iParticle = m_pRun->m_pDeclarations->AddParticle(local.Key(), most, local.Copies(), atts);
-    }
-}
-
-void XmlSchemaHandler::MarkParticle(const QDomElement &element)
-{
-    if (m_pRun->m_pDeclarations != nullptr) {
-        m_pRun->m_pDeclarations->MarkParticle(element, m_iParticle);
-    }
-}
-
-void XmlSchemaHandler::ReadChoice(const QXmlAttributes &)
+void XmlSchemaHandler::ReadChoice(const QXmlAttributes &atts)
 {
     m_bInChoice = true;
+    m_oOpenTags.MarkChoice(m_pRun->m_pDeclarations->AddChoice(m_oOpenTags.GetAlternative(), atts));
 }
 
 void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
@@ -63,7 +51,7 @@ void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
     for (int copy = 0; copy < local.Copies() && IsReading(); ++copy) {
         m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
         m_pRun->m_oMaker.Append(ContentParent(), *m_pLocalElement);
-        MarkParticle(*m_pLocalElement);
+        Declarations::MarkParticle(*m_pLocalElement, m_iParticle);
         if (!local.m_sDefault.isEmpty()) {
             m_pRun->m_oMaker.SetAttribute(*m_pLocalElement, defaultName, local.m_sDefault);
         }
@@ -88,7 +76,7 @@ void XmlSchemaHandler::MakeReferences(const LocalDeclaration &local)
             // An empty declaration never reaches a limit: don't loop over its copies.
             return;
         }
-        MarkParticle(clone.firstChildElement());
+        Declarations::MarkParticle(clone.firstChildElement(), m_iParticle);
         ContentParent().appendChild(clone);
     }
 }
@@ -157,7 +145,7 @@ void XmlSchemaHandler::MakeModel(const LocalDeclaration &local)
     QDomDocumentFragment *fragment = m_pRun->NewFragment(*m_pDocument);
     m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
     m_pRun->m_oMaker.Append(*fragment, *m_pLocalElement);
-    MarkParticle(*m_pLocalElement);
+    Declarations::MarkParticle(*m_pLocalElement, m_iParticle);
     if (m_bInGlobal) {
         OpenFragment(fragment, false);
     }

@@ -32,22 +32,10 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
 {
 }
 
-XmlSchemaHandler::~XmlSchemaHandler() = default;
-
-void XmlSchemaHandler::SetRootMoves()
-{
-    m_bRootMoves = true;
-}
-
 std::shared_ptr<const Declarations> XmlSchemaHandler::CollectDeclarations()
 {
-    m_pRun->m_pDeclarations = std::make_shared<Declarations>();
+    m_pRun->m_pDeclarations->Collect();
     return m_pRun->m_pDeclarations;
-}
-
-QDomDocument *XmlSchemaHandler::GetDocument()
-{
-    return m_pDocument.get();
 }
 
 void XmlSchemaHandler::GetMaps(MissingMap &missing, OccursMap &occurs, TypeMap &types, ChoiceMap &choices)
@@ -63,21 +51,6 @@ void XmlSchemaHandler::AddMissingElement(const QString &name, const int &count, 
     std::list<MissingElement> &records = m_MissingMap[name][count];
     records.push_back(std::move(record));
     m_pMissingElement = &records.back();
-}
-
-void XmlSchemaHandler::setDocumentLocator(QXmlLocator *locator)
-{
-    m_pLocator = locator;
-}
-
-bool XmlSchemaHandler::startDocument()
-{
-    return true;
-}
-
-bool XmlSchemaHandler::characters(const QString &)
-{
-    return true;
 }
 
 XmlSchemaHandler::TagReader XmlSchemaHandler::ReaderOf(const QString &tag)
@@ -100,9 +73,6 @@ bool XmlSchemaHandler::startElement(const QString &, const QString &, const QStr
     if (!IsReading()) {
         return true;
     }
-    if (m_pRun->m_pDeclarations != nullptr) {
-        m_pRun->m_pDeclarations->StartTag(qName, atts);
-    }
     if (m_oOpenTags.IsPassingOver()) {
         m_oOpenTags.Push(OpenTags::Kind::PassedOver);
         return true;
@@ -123,9 +93,6 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
 {
     if (!IsReading()) {
         return true;
-    }
-    if (m_pRun->m_pDeclarations != nullptr) {
-        m_pRun->m_pDeclarations->EndTag();
     }
     const OpenTags::Kind kind = m_oOpenTags.Pop();
     if (kind == OpenTags::Kind::PassedOver) {
@@ -214,14 +181,13 @@ void XmlSchemaHandler::ReadGlobal(const QXmlAttributes &atts)
         m_oOpenTags.Mark(OpenTags::Kind::PassedOver);
         return;
     }
+    m_oOpenTags.Mark(OpenTags::Kind::Global);
     m_bInGlobalAttribute = m_bInGlobalAttribute || m_sTag == QLatin1String("xs:attribute");
     m_bInGlobal = true;
     StartDeclaration(atts.value(0), false);
     m_pCurrentElement = m_pRun->Keep(m_pDocument->createElement(m_sGlobalName));
     m_pRun->m_oMaker.Append(*m_pFragment, *m_pCurrentElement);
-    if (m_pRun->m_pDeclarations != nullptr) {
-        m_pRun->m_pDeclarations->MarkDefault(*m_pCurrentElement, atts);
-    }
+    m_pRun->m_pDeclarations->MarkDefault(*m_pCurrentElement, atts);
     for (int i = 0; i < atts.count(); ++i) {
         const QString name = atts.qName(i);
         if (name == QLatin1String("default")) {
@@ -244,7 +210,9 @@ void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
     const QString path = IncludePath(atts.value(0));
     const QString refusal = m_pRun->m_oFiles.Enter(path, m_oOpenTags.Count());
     if (!refusal.isEmpty()) {
-        TraceRefusedInclude(path, refusal);
+        trace::Write(UnitName(), __LINE__, [&] {
+            return QStringLiteral("The include of %1 in %2 is passed over: %3.").arg(path, WhereText(), refusal);
+        });
         return;
     }
     // A file that can't be read adds nothing; the names that it should have declared are missed in the end.
@@ -271,11 +239,7 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     dom::GuardedReader reader;
     reader.setContentHandler(&nested);
     reader.setErrorHandler(&nested);
-    const std::size_t openTags = m_pRun->m_pDeclarations == nullptr ? 0 : m_pRun->m_pDeclarations->CountOpenTags();
     reader.ReadFile(path);
-    if (m_pRun->m_pDeclarations != nullptr) {
-        m_pRun->m_pDeclarations->EndTagsBeyond(openTags);
-    }
     m_MissingMap = std::move(nested.m_MissingMap);
     m_OccursMap = std::move(nested.m_OccursMap);
     m_TypeMap = std::move(nested.m_TypeMap);
@@ -324,9 +288,7 @@ void XmlSchemaHandler::BuildTemplate()
             m_pDocument->appendChild(m_bRootMoves ? child : child.cloneNode(true));
         }
     }
-    if (m_pRun->m_pDeclarations != nullptr) {
-        m_pRun->m_pDeclarations->Settle(*m_pDocument);
-    }
+    m_pRun->m_pDeclarations->Settle(*m_pDocument);
 }
 
 bool XmlSchemaHandler::IsReading() const
@@ -367,12 +329,5 @@ void XmlSchemaHandler::TracePassedOver() const
 {
     trace::Write(UnitName(), __LINE__, [this] {
         return QStringLiteral("The tag %1 in %2 has no attributes and is passed over.").arg(m_sTag, WhereText());
-    });
-}
-
-void XmlSchemaHandler::TraceRefusedInclude(const QString &path, const QString &refusal) const
-{
-    trace::Write(UnitName(), __LINE__, [this, &path, &refusal] {
-        return QStringLiteral("The include of %1 in %2 is passed over: %3.").arg(path, WhereText(), refusal);
     });
 }

@@ -34,12 +34,12 @@ public:
                      ChoiceMap choices);
 
     /// Ends the template document, and what the tables of the run point to.
-    ~XmlSchemaHandler() override;
+    ~XmlSchemaHandler() override = default;
     Q_DISABLE_COPY(XmlSchemaHandler)
 
     /// For an owner that reads nothing but the template: the root is handed over to it instead of copied, and its entry
     /// in the tables is left with an empty fragment. To be called before the run.
-    void SetRootMoves();
+    void SetRootMoves() { m_bRootMoves = true; }
 
     /// For an owner that wants to know what the schema says of each element of the template. To be called before the
     /// run; complete behind one that has succeeded, by then the template bears the marks.
@@ -47,7 +47,7 @@ public:
 
     /// The template: empty until a run has succeeded, then the instruction and the root element. Never null; the
     /// handler keeps it.
-    QDomDocument *GetDocument();
+    QDomDocument *GetDocument() { return m_pDocument.get(); }
 
     /// Replaces the four arguments by copies of the tables. What they point to lives as long as the top handler of the
     /// run.
@@ -57,15 +57,15 @@ public:
     /// counts as 1). The elements of the record must outlive the run.
     void AddMissingElement(const QString &name, const int &count, MissingElement record);
 
-    void setDocumentLocator(QXmlLocator *locator) override;
-    bool startDocument() override;
+    void setDocumentLocator(QXmlLocator *locator) override { m_pLocator = locator; }
+    bool startDocument() override { return true; }
     /// Resolves what waits, chooses the root and builds the template. False, traced, if a name is declared nowhere, if
     /// names wait for each other in a circle, or if the template breaks a limit.
     bool endDocument() override;
     bool startElement(const QString &namespaceURI, const QString &localName, const QString &qName,
                       const QXmlAttributes &atts) override;
     bool endElement(const QString &namespaceURI, const QString &localName, const QString &qName) override;
-    bool characters(const QString &text) override;
+    bool characters(const QString & /*text*/) override { return true; }
 
 private:
     using TagReader = void (XmlSchemaHandler::*)(const QXmlAttributes &atts);
@@ -89,7 +89,6 @@ private:
     TypeEntry *UseComplete(const QString &name);
     QString WhereText() const;
     void TracePassedOver() const;
-    void TraceRefusedInclude(const QString &path, const QString &refusal) const;
 
     // xmlschemaelements.cpp: local elements and choices.
     void ReadElement(const QXmlAttributes &atts);
@@ -97,8 +96,6 @@ private:
     void ReadChoice(const QXmlAttributes &atts);
     void MakeCopies(const LocalDeclaration &local);
     void MakeReferences(const LocalDeclaration &local);
-    void NoteParticle(const LocalDeclaration &local, const QXmlAttributes &atts);
-    void MarkParticle(const QDomElement &element);
     void FileLimits(const LocalDeclaration &local);
     bool ApplyType(const QString &type, QDomElement target);
     void WaitForType(const LocalDeclaration &local);
@@ -114,7 +111,6 @@ private:
     void ReadRestriction(const QXmlAttributes &atts);
     void ReadFacet(const QXmlAttributes &atts);
     void ReadExtension(const QXmlAttributes &atts);
-    void SetType(const QDomElement &target, const QString &type);
     void WaitForAttributes(const QString &name, const QDomElement &target, bool isBase);
     QDomElement LastElement() const;
     QDomElement LocalTarget() const;

@@ -1,6 +1,6 @@
 #include "xml/xmlcontenthandler.h"
 
-#include "dom/nextsibling.h"
+#include "dom/nodewalk.h"
 #include "events/eventsender.h"
 #include "host/trace.h"
 #include "xml/readahead.h"
@@ -22,8 +22,6 @@ XmlContentHandler::XmlContentHandler(ITagwright *pCallback, QDomDocument *docume
 {
     trace::CheckCallback(pCallback, "XmlContentHandler", QStringLiteral("xmlcontenthandler"), __LINE__);
 }
-
-XmlContentHandler::~XmlContentHandler() = default;
 
 bool XmlContentHandler::startDocument()
 {
@@ -82,11 +80,6 @@ bool XmlContentHandler::characters(const QString &ch)
     }
     m_bElementOpen = false;
     return true;
-}
-
-QDomElement *XmlContentHandler::GetCurrentElement()
-{
-    return m_pCurrentElement.get();
 }
 
 void XmlContentHandler::SetDocument(QDomDocument *document)

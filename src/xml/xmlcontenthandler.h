@@ -23,7 +23,7 @@ class XmlContentHandler : public QXmlDefaultHandler
 public:
     /// Neither is owned. A null `pCallback` is traced, and nobody hears of anything; a null `document` means none.
     XmlContentHandler(ITagwright *pCallback, QDomDocument *document);
-    ~XmlContentHandler() override;
+    ~XmlContentHandler() override = default;
     Q_DISABLE_COPY(XmlContentHandler)
 
     bool startDocument() override;
@@ -35,7 +35,7 @@ public:
 
     /// The cursor: null until a parse with a document has begun, a lone element "dummy" up to the root, then an element
     /// of the document. The object belongs to the handler and stays up to the next SetDocument.
-    QDomElement *GetCurrentElement();
+    QDomElement *GetCurrentElement() { return m_pCurrentElement.get(); }
 
     /// Follows another document, not owned, from the next parse on, and forgets the cursor. Not during a parse.
     void SetDocument(QDomDocument *document);

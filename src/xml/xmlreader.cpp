@@ -9,6 +9,7 @@
 #include "xml/xmlcontenthandler.h"
 
 #include <QFile>
+#include <QScopeGuard>
 
 namespace {
 
@@ -20,7 +21,7 @@ void Trace(int line, const char *sentence, const QString &detail = QString())
                  [&] { return QLatin1String("XMLReader: ") + QLatin1String(sentence) + detail; });
 }
 
-/// What isn't there is only not read.
+/// A file that doesn't exist is passed over without a trace.
 void TraceRefusal(int line, const dom::GuardedReader &reader, const QFile *file)
 {
     if (!reader.GetRefusal().isEmpty() && (file == nullptr || file->exists())) {
@@ -52,54 +53,46 @@ XMLReader::~XMLReader()
 
 bool XMLReader::SetXmlContent(QString fileName)
 {
-    if (m_pCallback == nullptr) {
+    if (!BeginContent(m_bHasFile)) {
         return false;
     }
-    ErasePointerAndSetFlags();
     m_pFile = std::make_unique<QFile>(fileName);
     m_pDocument = std::make_unique<QDomDocument>();
     dom::GuardedReader reader;
     reader.ReadFile(fileName, m_pDocument.get());
     TraceRefusal(__LINE__, reader, m_pFile.get());
-    m_bHasFile = true;
     InitHandler(m_pCallback, m_pDocument.get());
     return true;
 }
 
 bool XMLReader::SetXmlContent(QDomDocument document)
 {
-    if (m_pCallback == nullptr) {
+    if (!BeginContent(m_bHasDocument)) {
         return false;
     }
-    ErasePointerAndSetFlags();
     m_pDocument = std::make_unique<QDomDocument>(document);
-    m_bHasDocument = true;
     InitHandler(m_pCallback, m_pDocument.get());
     return true;
 }
 
 bool XMLReader::SetXmlContent(QDomDocument *document)
 {
-    if (m_pCallback == nullptr) {
+    LetGoOf(document);
+    if (!BeginContent(m_bHasDocument)) {
         return false;
     }
-    LetGoOf(document);
-    ErasePointerAndSetFlags();
     m_pDocument.reset(document);
-    m_bHasDocument = true;
     m_bIsHostDocument = true;
-    InitHandler(m_pCallback, m_pDocument.get());
+    InitHandler(m_pCallback, document);
     return true;
 }
 
 bool XMLReader::SetXmlContent(QDomDocumentFragment fragment)
 {
-    if (m_pCallback == nullptr) {
+    if (!BeginContent(m_bHasFragment)) {
         return false;
     }
-    ErasePointerAndSetFlags();
     m_pFragment = std::make_unique<QDomDocumentFragment>(fragment);
-    m_bHasFragment = true;
     // A fragment is never a document that the cursor could follow.
     InitHandler(m_pCallback, nullptr);
     return true;
@@ -107,15 +100,13 @@ bool XMLReader::SetXmlContent(QDomDocumentFragment fragment)
 
 bool XMLReader::SetXmlContent(QDomNode node)
 {
-    if (m_pCallback == nullptr) {
+    if (!BeginContent(m_bHasNode)) {
         return false;
     }
-    ErasePointerAndSetFlags();
     m_pNode = std::make_unique<QDomNode>(node);
     if (node.isDocument()) {
         m_pNodeDocument = std::make_unique<QDomDocument>(node.toDocument());
     }
-    m_bHasNode = true;
     InitHandler(m_pCallback, m_pNodeDocument.get());
     return true;
 }
@@ -158,27 +149,24 @@ std::list<QDomNode> *XMLReader::SearchBelowCurrentElement(QString name)
     return m_pSearchResult.get();
 }
 
+/// Takes the content before away and sets the flag of the new one's kind. False without a callback.
+bool XMLReader::BeginContent(bool &hasKind)
+{
+    if (m_pCallback != nullptr) {
+        ErasePointerAndSetFlags();
+        hasKind = true;
+    }
+    return m_pCallback != nullptr;
+}
+
 void XMLReader::ErasePointerAndSetFlags()
 {
-    if (m_bHasNode) {
-        m_pNode.reset();
-        DropDocument(m_pNodeDocument);
-        m_bHasNode = false;
-    }
-    if (m_bHasFragment) {
-        m_pFragment.reset();
-        m_bHasFragment = false;
-    }
-    if (m_bHasDocument) {
-        DropDocument(m_pDocument);
-        m_bHasDocument = false;
-        m_bIsHostDocument = false;
-    }
-    if (m_bHasFile) {
-        m_pFile.reset();
-        DropDocument(m_pDocument);
-        m_bHasFile = false;
-    }
+    m_pNode.reset();
+    DropDocument(m_pNodeDocument);
+    m_pFragment.reset();
+    DropDocument(m_pDocument);
+    m_pFile.reset();
+    m_bHasNode = m_bHasFragment = m_bHasDocument = m_bHasFile = m_bIsHostDocument = false;
 }
 
 /// Destroys a document, or keeps it for the parse that still runs over it.
@@ -229,12 +217,7 @@ bool XMLReader::ParseNode(const QDomNode &node)
 /// Whatever a receiver throws, the reader can be used again.
 bool XMLReader::RunParser(const std::function<bool(dom::GuardedReader &)> &read)
 {
-    struct Ender
-    {
-        ~Ender() { m_oReader.EndParse(); }
-        XMLReader &m_oReader;
-    };
-    const Ender ender { *this };
+    const auto end = qScopeGuard([this] { EndParse(); });
     m_bParsing = true;
     m_pReader = std::make_unique<dom::GuardedReader>();
     m_pReader->setContentHandler(m_pHandler.get());

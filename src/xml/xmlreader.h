@@ -118,6 +118,7 @@ public:
 
 private:
     void ErasePointerAndSetFlags();
+    bool BeginContent(bool &hasKind);
     void InitHandler(ITagwright *pCallback, QDomDocument *document);
     void DropDocument(std::unique_ptr<QDomDocument> &document);
     void LetGoOf(const QDomDocument *document);

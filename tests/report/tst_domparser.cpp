@@ -1,8 +1,8 @@
 #include "support/scriptedreceiver.h"
 #include "support/templates.h"
 
-#include "dom/nextsibling.h"
 #include "dom/nodesearch.h"
+#include "dom/nodewalk.h"
 #include "report/domparser.h"
 
 #include <QThread>
