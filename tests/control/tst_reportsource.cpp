@@ -26,12 +26,12 @@ constexpr const char *kSpectra =
     "<xs:element name='S' minOccurs='0' maxOccurs='unbounded'><xs:complexType><xs:sequence>"
     "<xs:element name='B' type='xs:string' minOccurs='0' maxOccurs='9'/></xs:sequence>"
     "<xs:attribute name='Id' type='xs:string'/></xs:complexType></xs:element>";
-// Nothing in P decides on it: X/L takes it out, and the walk passes over X and Y once more, and then over Y.
+// Nothing in P decides on it: X/L takes it out, and the walk goes back to X, and passes over Y and Z twice.
 constexpr const char *kBack =
     "<xs:element name='P' minOccurs='0'><xs:complexType><xs:sequence><xs:element name='Q'><xs:complexType/>"
     "</xs:element></xs:sequence></xs:complexType></xs:element><xs:element name='X'><xs:complexType><xs:sequence>"
     "<xs:element name='L' type='xs:string'/></xs:sequence></xs:complexType></xs:element>"
-    "<xs:element name='Y' type='xs:string'/>";
+    "<xs:element name='Y' type='xs:string'/><xs:element name='Z' type='xs:string'/>";
 
 QVariant Text(const ReportPlace &place)
 {
@@ -125,7 +125,8 @@ constexpr Row kRows[] = {
     { "parent and child", kPairs, false, "T/L=place", 1, "<S><L type='string'/></S><T><L>/R/T/L</L></T>" },
     { "nobody is asked again", kSpectra, false, "S*2; B=place; Id=place", 4,
       "<S Id='/R/S/@Id'><B>/R/S/B</B></S><S Id='/R/S[2]/@Id'><B>/R/S[2]/B</B></S>" },
-    { "nor where the walk goes back", kBack, false, "L=none; Y=place", 2, "<X><L type='string'/></X><Y>/R/Y</Y>" },
+    { "nor where the walk goes back", kBack, false, "L=none; Y=place; Z=place", 3,
+      "<X><L type='string'/></X><Y>/R/Y</Y><Z>/R/Z</Z>" },
     { "an empty container stays", kSpectra, true, "S*2", 0, "<S/><S/>" },
     { "a container that isn't there", kSpectra, true, "S*-1; B=place", 0, "" },
     { "a source that throws", kTexts, false, "A=throw", 1, "<A type='string'/>" },
