@@ -83,6 +83,13 @@ void Release(std::shared_ptr<XmlCreateReport> report)
     }
 }
 
+void TellFate(const QPointer<VCReporting> &control, const ReportOutcome &outcome)
+{
+    if (control != nullptr) {
+        Q_EMIT control->ReportFinished(outcome);
+    }
+}
+
 } // namespace
 
 VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *toolBar, bool showButton,
@@ -217,11 +224,6 @@ bool VCReporting::RunReport()
     // The control may end in a source or while the dialog opens, and must not take the running report with it.
     const auto report = std::make_shared<XmlCreateReport>(this);
     m_pReport = report;
-    const auto tellFate = [guard](const ReportOutcome &outcome) {
-        if (guard != nullptr) {
-            Q_EMIT guard->ReportFinished(outcome);
-        }
-    };
     bool isSuccessful = false;
     try {
         isSuccessful = CreateReport(reportPath);
@@ -230,7 +232,7 @@ bool VCReporting::RunReport()
     } catch (...) {
         ReportOutcome outcome = report->GetOutcome();
         outcome.SetSaveResult(QStringLiteral("A value threw an exception."));
-        tellFate(outcome);
+        TellFate(guard, outcome);
         throw;
     }
     if (guard == nullptr) {
@@ -243,7 +245,7 @@ bool VCReporting::RunReport()
         Q_EMIT ReportNotSuccessful();
     }
     // Only now: a dialog may have ended while the signals above were due.
-    report->SetFateHandler(tellFate);
+    report->SetFateHandler([guard](const ReportOutcome &outcome) { TellFate(guard, outcome); });
     return isSuccessful;
 }
 

@@ -9,19 +9,20 @@ namespace dom {
 AttributeList ListAttributes(const QDomNode &node)
 {
     constexpr int kMany = 50;
-    const bool areMany = node.attributes().count() > kMany;
-    const QDomNode holder = areMany ? node.cloneNode(false) : node;
-    QDomNamedNodeMap map = holder.attributes();
-    AttributeList list(static_cast<std::size_t>(map.count()));
-    int index = 0;
-    for (auto &[name, value] : list) {
-        const QDomNode attribute = map.item(index);
-        name = attribute.nodeName();
-        value = attribute.nodeValue();
+    QDomNamedNodeMap map = node.attributes();
+    const int count = map.count();
+    const bool areMany = count > kMany;
+    const QDomNode copy = areMany ? node.cloneNode(false) : QDomNode();
+    if (areMany) {
+        map = copy.attributes();
+    }
+    AttributeList list;
+    list.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        const QDomNode attribute = map.item(areMany ? 0 : i);
+        list.emplace_back(attribute.nodeName(), attribute.nodeValue());
         if (areMany) {
-            map.removeNamedItem(name);
-        } else {
-            ++index;
+            map.removeNamedItem(list.back().first);
         }
     }
     return list;

@@ -80,18 +80,17 @@ bool CurrentAttributes::Has(const QString &name)
 
 void CurrentAttributes::RemoveIf(const std::function<bool(const QString &name, const QString &value)> &test)
 {
-    if (m_eHolder == Holder::Document) {
-        for (const auto &[name, value] : GetAll()) {
-            if (test(name, value)) {
-                m_oElement.removeAttribute(name);
-            }
-        }
+    if (m_eHolder != Holder::Document) {
+        AttributeList &own = GetOwn();
+        const auto isGoing = [&test](const auto &entry) { return test(entry.first, entry.second); };
+        own.erase(std::remove_if(own.begin(), own.end(), isGoing), own.end());
         return;
     }
-    AttributeList &own = GetOwn();
-    own.erase(
-        std::remove_if(own.begin(), own.end(), [&test](const auto &entry) { return test(entry.first, entry.second); }),
-        own.end());
+    for (const auto &[name, value] : GetAll()) {
+        if (test(name, value)) {
+            m_oElement.removeAttribute(name);
+        }
+    }
 }
 
 AttributeModel::Pointer CurrentAttributes::MakeModel()

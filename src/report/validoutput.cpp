@@ -25,11 +25,6 @@ bool IsOfTemplate(const Declarations::Element &declared, const QString &name, co
     return std::binary_search(declared.m_lTemplate.begin(), declared.m_lTemplate.end(), std::make_pair(name, value));
 }
 
-bool HasText(const QDomElement &element)
-{
-    return element.firstChild().isText();
-}
-
 } // namespace
 
 ValidOutput::ValidOutput(std::shared_ptr<const Declarations> declarations)
@@ -131,7 +126,7 @@ void ValidOutput::PassContent(const QDomElement &element)
 int ValidOutput::Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed)
 {
     const Element *pDeclared = Find(attributes);
-    const bool hasText = HasText(element);
+    const bool hasText = element.firstChild().isText();
     QStringList missing;
     const bool hasAttribute = pDeclared != nullptr && SettleAttributes(*pDeclared, attributes, missing);
     // An element that a receiver has made on its own stays as it is.
@@ -250,7 +245,7 @@ void ValidOutput::Complete(const Item &item)
     for (const QString &attribute : item.m_lMissing) {
         m_lFindings.push_back({ Finding::Kind::MissingAttribute, item.m_oElement, attribute });
     }
-    if (!item.m_pDeclared->m_bHasType || HasText(item.m_oElement)) {
+    if (!item.m_pDeclared->m_bHasType || item.m_oElement.firstChild().isText()) {
         return;
     }
     const QString &value = item.m_pDeclared->m_oParticle.m_oDefault.m_sValue;

@@ -14,12 +14,6 @@ namespace {
 // A moment without a zone may lie up to 14 hours ahead of or behind the one that it names in UTC.
 constexpr long double kZoneMs = 14.0L * 60 * 60 * 1000;
 
-bool HasZone(const QString &text)
-{
-    static const QRegularExpression zone(QStringLiteral("(Z|[+-]\\d\\d:\\d\\d)\\z"));
-    return zone.match(text).hasMatch();
-}
-
 long double ToNumber(const QString &text)
 {
     bool isExact = false;
@@ -144,7 +138,8 @@ std::optional<ValueJudge::Value> ValueJudge::Read(const QString &text) const
     if (!moment.isValid()) {
         return std::nullopt;
     }
-    const bool hasZone = HasZone(full);
+    static const QRegularExpression zone(QStringLiteral("(Z|[+-]\\d\\d:\\d\\d)\\z"));
+    const bool hasZone = zone.match(full).hasMatch();
     if (!hasZone) {
         moment = QDateTime(moment.date(), moment.time(), Qt::UTC);
     }

@@ -26,17 +26,6 @@ OpenFiles::OpenFiles(const QString &topPath)
 QString OpenFiles::Enter(const QString &path, std::size_t openTags)
 {
     const QString canonicalPath = CanonicalPath(path);
-    const std::size_t level = m_lFiles.back().m_iLevel + openTags;
-    QString refusal = RefusalOf(canonicalPath, level);
-    if (refusal.isEmpty()) {
-        m_lFiles.push_back({ canonicalPath, level });
-        ++m_iIncludes;
-    }
-    return refusal;
-}
-
-QString OpenFiles::RefusalOf(const QString &canonicalPath, std::size_t level) const
-{
     const bool isOpen = std::any_of(m_lFiles.begin(), m_lFiles.end(),
                                     [&canonicalPath](const File &file) { return file.m_sPath == canonicalPath; });
     if (isOpen) {
@@ -49,8 +38,11 @@ QString OpenFiles::RefusalOf(const QString &canonicalPath, std::size_t level) co
         return QStringLiteral("at most %1 includes are read in a run").arg(limits::kMaxIncludes);
     }
     // Every open file is parsed on the stack of the one that includes it.
+    const std::size_t level = m_lFiles.back().m_iLevel + openTags;
     if (level > limits::kMaxFileDepth) {
         return QStringLiteral("it stands below more than %1 tags of the open files").arg(limits::kMaxFileDepth);
     }
+    m_lFiles.push_back({ canonicalPath, level });
+    ++m_iIncludes;
     return QString();
 }

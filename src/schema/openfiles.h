@@ -26,8 +26,6 @@ private:
         std::size_t m_iLevel = 0;
     };
 
-    QString RefusalOf(const QString &canonicalPath, std::size_t level) const;
-
     std::vector<File> m_lFiles;
     int m_iIncludes = 0;
 };

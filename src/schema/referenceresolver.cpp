@@ -64,11 +64,7 @@ bool ReferenceResolver::Resolve(bool reopen)
         return false;
     }
     if (m_pUndeclared != nullptr) {
-        trace::Write(UnitName(), __LINE__,
-                     [] { return QStringLiteral("Missing Element was not found! XmlSchemaHandler terminates..."); });
-        trace::Write(UnitName(), __LINE__, [this] {
-            return QStringLiteral("The schema refers to \"%1\", which is declared nowhere.").arg(*m_pUndeclared);
-        });
+        TraceUndeclared();
         return false;
     }
     // 2. Take up declarations of an earlier pass again, if records have been filed for them since.
@@ -143,17 +139,22 @@ void ReferenceResolver::Process(const Key &key)
     m_pSource = key.m_pEntry->m_pFragment;
     for (auto &[count, records] : *key.m_pCounts) {
         for (MissingElement &record : records) {
-            // A count below 0 asks for no application at all.
-            if (!record.m_bApplied && count >= 0) {
-                key.m_pEntry->m_bUsed = true;
-                Apply(record, std::max(count, 1));
-            }
-            record.m_bApplied = true;
+            ApplyOnce(record, count, *key.m_pEntry);
         }
     }
     if (m_oRun.m_oMaker.IsExceeded()) {
         m_oRun.TraceLimit(QStringLiteral("\"%1\" in %2").arg(*key.m_pName, m_oRun.m_oFiles.GetCurrent()));
     }
+}
+
+void ReferenceResolver::ApplyOnce(MissingElement &record, int count, TypeEntry &entry)
+{
+    // A count below 0 asks for no application at all.
+    if (!record.m_bApplied && count >= 0) {
+        entry.m_bUsed = true;
+        Apply(record, std::max(count, 1));
+    }
+    record.m_bApplied = true;
 }
 
 void ReferenceResolver::Apply(const MissingElement &record, int times)
@@ -231,4 +232,13 @@ QStringList ReferenceResolver::OpenNames() const
         }
     }
     return names;
+}
+
+void ReferenceResolver::TraceUndeclared() const
+{
+    trace::Write(UnitName(), __LINE__,
+                 [] { return QStringLiteral("Missing Element was not found! XmlSchemaHandler terminates..."); });
+    trace::Write(UnitName(), __LINE__, [this] {
+        return QStringLiteral("The schema refers to \"%1\", which is declared nowhere.").arg(*m_pUndeclared);
+    });
 }

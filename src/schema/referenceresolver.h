@@ -38,11 +38,13 @@ private:
     void RunSweeps();
     bool ReopenWaiting();
     void Process(const Key &key);
+    void ApplyOnce(MissingElement &record, int count, TypeEntry &entry);
     void Apply(const MissingElement &record, int times);
     void ApplyContent(const MissingElement &record, int times);
     void InsertContent(const MissingElement &record, int times);
     void Lower(const QString &owner, int times);
     QStringList OpenNames() const;
+    void TraceUndeclared() const;
 
     MissingMap &m_MissingMap;
     TypeMap &m_TypeMap;

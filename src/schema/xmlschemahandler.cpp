@@ -211,7 +211,8 @@ void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
     const QString refusal = m_pRun->m_oFiles.Enter(path, m_oOpenTags.Count());
     if (!refusal.isEmpty()) {
         trace::Write(UnitName(), __LINE__, [&] {
-            return QStringLiteral("The include of %1 in %2 is passed over: %3.").arg(path, WhereText(), refusal);
+            return QLatin1String("The include of ") + path + QLatin1String(" in ") + WhereText()
+                + QLatin1String(" is passed over: ") + refusal + QLatin1Char('.');
         });
         return;
     }
