@@ -1,4 +1,5 @@
 #include "support/deepdocument.h"
+#include "support/files.h"
 #include "support/fulldisk.h"
 #include "support/limitedprocess.h"
 
@@ -80,12 +81,6 @@ QDomDocument Parse(const QByteArray &text, bool withNamespaces = false)
     QDomDocument document;
     document.setContent(text, withNamespaces);
     return document;
-}
-
-QByteArray FileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
 }
 
 } // namespace
