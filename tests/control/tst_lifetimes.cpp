@@ -257,9 +257,7 @@ private Q_SLOTS:
     // The characters of a literal go with the library, those of any other text with its last copy.
     void TextsMayOutliveTheLibrary()
     {
-        const Desk desk(
-            QStringLiteral("<xs:element name='A' type='xs:boolean' default='x' maxOccurs='2'/><xs:element name='B'>"
-                           "<xs:simpleType><xs:restriction base='xs:string'/></xs:simpleType></xs:element>"));
+        const Desk desk(QStringLiteral("<e A type=xs:boolean default=x max=2/><e B><s><r xs:string/></s></e>"));
         QStringList kept;
         desk.m_pControl->m_fnHook = [&kept](XmlEvent *event) {
             if (event->GetType() == XmlEvent::EVENT_ELEM_BEGIN) {
@@ -294,7 +292,7 @@ private Q_SLOTS:
     void DialogStaysOnTheScreen()
     {
         for (const QString &text : { QString(3000, QLatin1Char('W')), QStringLiteral("line\n").repeated(200) }) {
-            const Desk desk(QStringLiteral("<xs:element name='Level' type='xs:string'/>"));
+            const Desk desk(QStringLiteral("<t Level/>"));
             desk.m_pControl->SetShowCommentDialog(true);
             desk.AddText("Level", qPrintable(text));
             QVERIFY(desk.m_pControl->SlotToReport());
@@ -307,7 +305,7 @@ private Q_SLOTS:
     // The walk over the items ends at the first that serves, so it must not look at the others either.
     void ManyItemsOfOneNameCostNothing()
     {
-        const Desk desk(QStringLiteral("<xs:element name='A' type='xs:string' maxOccurs='2000'/>"));
+        const Desk desk(QStringLiteral("<t A max=2000/>"));
         desk.AddText("A", "first", 2000);
         QElapsedTimer timer;
         timer.start();

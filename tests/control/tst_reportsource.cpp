@@ -8,18 +8,11 @@
 
 namespace {
 
-constexpr const char *kTexts = "<xs:element name='A' type='xs:string' maxOccurs='3'/>";
-constexpr const char *kKinds = "<xs:element name='D' type='xs:double'/><xs:element name='I' type='xs:integer'/>"
-                               "<xs:element name='T' type='xs:string'/><xs:element name='B' type='xs:boolean'/>"
-                               "<xs:element name='W' type='xs:dateTime'/><xs:element name='C' type='xs:time'/>";
-constexpr const char *kPairs = "<xs:element name='S'><xs:complexType><xs:sequence><xs:element name='L' "
-                               "type='xs:string'/></xs:sequence></xs:complexType></xs:element><xs:element name='T'>"
-                               "<xs:complexType><xs:sequence><xs:element name='L' type='xs:string'/></xs:sequence>"
-                               "</xs:complexType></xs:element>";
-constexpr const char *kSpectra =
-    "<xs:element name='S' minOccurs='0' maxOccurs='unbounded'><xs:complexType><xs:sequence>"
-    "<xs:element name='B' type='xs:string' minOccurs='0' maxOccurs='9'/></xs:sequence>"
-    "<xs:attribute name='Id' type='xs:string'/></xs:complexType></xs:element>";
+constexpr const char *kTexts = "<t A max=3/>";
+constexpr const char *kKinds = "<e D type=xs:double/><e I type=xs:integer/><t T/><e B type=xs:boolean/>"
+                               "<e W type=xs:dateTime/><e C type=xs:time/>";
+constexpr const char *kPairs = "<e S><c><q><t L/></q></c></e><e T><c><q><t L/></q></c></e>";
+constexpr const char *kSpectra = "<e S min=0 max=unbounded><c><q><t B min=0 max=9/></q><a Id type=xs:string/></c></e>";
 
 QVariant Text(const ReportPlace &place)
 {

@@ -103,15 +103,13 @@ private Q_SLOTS:
         QFETCH(QByteArray, content);
         QFETCH(QString, reason);
         const QString path = Write(content);
-        limitedprocess::Limits limits;
-        limits.m_iMemoryBytes = rlim_t(64) * 1024 * 1024;
         const auto result = limitedprocess::Run(
             [&path] {
                 dom::GuardedReader reader;
                 reader.ReadFile(path);
                 return reader.GetRefusal().toUtf8();
             },
-            limits);
+            64);
         QCOMPARE(result.m_sReason, QString());
         const QString refusal = QString::fromUtf8(result.m_sOutput);
         QCOMPARE(refusal.isEmpty(), reason.isEmpty());

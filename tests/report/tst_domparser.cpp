@@ -347,7 +347,7 @@ private Q_SLOTS:
             document.documentElement().appendChild(container.cloneNode(true));
         }
         ScriptedReceiver receiver;
-        DomParser parser(&receiver, ReadOccurs(QStringLiteral("B:0:R")), ChoiceMap());
+        DomParser parser(&receiver, { { QStringLiteral("B"), { { 0, { QStringLiteral("R") } } } } }, ChoiceMap());
         parser.SetDocument(&document);
         const std::unique_ptr<QThread> thread(QThread::create([&parser] { parser.Parse(); }));
         thread->setStackSize(1024 * 1024);

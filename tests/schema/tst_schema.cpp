@@ -130,7 +130,7 @@ private Q_SLOTS:
                 QStringLiteral("top.xsd: include fifo.xsd;include .;include link.xsd;<e r><c><e x max=2/></c></e>")));
         QVERIFY(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo.xsd"))).constData(), 0600) == 0);
         QVERIFY(QFile::link(top, dir.filePath(QStringLiteral("link.xsd"))));
-        const QStringList expected = { QStringLiteral("<r><x/></r>"), QStringLiteral("occurs x:200=r") };
+        const QStringList expected = { QStringLiteral("<r><x/></r>"), QStringLiteral("occurs x:2=r") };
         const auto result = limitedprocess::Run([&] { return Difference(top, expected).toUtf8(); });
         QCOMPARE(result.m_sReason + QString::fromUtf8(result.m_sOutput), QString());
     }

@@ -2,6 +2,7 @@
 
 #include "support/files.h"
 #include "support/rows.h"
+#include "support/schematext.h"
 #include "support/templates.h"
 #include "support/tracecapture.h"
 
@@ -41,12 +42,11 @@ private:
 class ControlRun
 {
 public:
-    /// `content` is what stands in the schema's root element "R".
-    explicit ControlRun(const QString &content = QStringLiteral("<xs:element name='A' type='xs:string'/>"))
+    /// `content`, as Expanded() takes it, is what stands in the schema's root element "R".
+    explicit ControlRun(const QString &content = QStringLiteral("<t A/>"))
     {
         QDir(m_oFolder.path()).mkdir(QStringLiteral("reports"));
-        WriteSchema(QStringLiteral("<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'><xs:element name='R'>"
-                                   "<xs:complexType><xs:sequence>%1</xs:sequence></xs:complexType></xs:element>"
+        WriteSchema(QStringLiteral("<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'><e R><c><q>%1</q></c></e>"
                                    "</xs:schema>")
                         .arg(content));
     }
@@ -55,7 +55,7 @@ public:
     QString ReportFolder() const { return m_oFolder.filePath(QStringLiteral("reports")); }
     QStringList Reports() const { return QDir(ReportFolder()).entryList(QDir::Files, QDir::Name); }
 
-    void WriteSchema(const QString &text) const { WriteFile(SchemaPath(), text.toUtf8()); }
+    void WriteSchema(const QString &text) const { WriteFile(SchemaPath(), Expanded(text).toUtf8()); }
 
     std::unique_ptr<VCReporting> MakeControl(bool deleteAfterUse = false, QToolBar *toolBar = nullptr) const
     {

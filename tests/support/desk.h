@@ -29,7 +29,7 @@ public:
 /// A control on the tool bar of a window, as a host has it, and in words what its signals say.
 struct Desk : ControlRun
 {
-    explicit Desk(const QString &content = QStringLiteral("<xs:element name='A' type='xs:string'/>"))
+    explicit Desk(const QString &content = QStringLiteral("<t A/>"))
         : ControlRun(content)
     {
         const auto note = [this](const char *word) { return [this, word] { m_lHeard << QLatin1String(word); }; };
