@@ -80,6 +80,7 @@ constexpr const char *kJudged[][2] = {
     { "integer totalDigits='2'; i:100", "" },
     { "integer minInclusive='-65535' maxExclusive='65535'; i:65535", "" },
     { "short; s:abc", "" },
+    { "short; b:true", "" },
     { "short; d:32768", "" },
     { "short; d:-32768.9", "-32768" },
     { "long; d:-1.5e10", "-15000000000" },
@@ -93,6 +94,8 @@ constexpr const char *kJudged[][2] = {
     { "string pattern='[A-Z]{2}' pattern='\\d+'; s:12", "12" },
     { "string pattern='[A-Z]{2}'; s:ABC", "" },
     { "string pattern='\\i\\c*'; s:1", "1" },
+    { "string pattern='\\p{IsGreek}' pattern='[A-Z]'; s:1", "1" }, // the first says nothing here, so none does
+    { "string pattern='[z-a]'; s:1", "1" },
     { "boolean pattern='true'; b:false", "" },
     { "dateTime maxExclusive='2026-01-01T00:00:00Z'; t:2025-12-31T23:59:59Z", "2025-12-31T23:59:59Z" },
     { "dateTime maxExclusive='2026-01-01T00:00:00Z'; t:2026-01-01T01:00:00+01:00", "" },

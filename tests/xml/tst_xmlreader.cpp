@@ -136,8 +136,10 @@ private Q_SLOTS:
             QTest::ignoreMessage(QtInfoMsg, "XMLReader: ParseXml was called from inside its own parse");
             QVERIFY(!m_pReader->ParseXml());
             if (event->GetType() == XmlEvent::EVENT_DOC_BEGIN) {
-                m_pReader->SetXmlContent(new QDomDocument(ReadTemplate(kOther)));
+                auto *again = new QDomDocument(ReadTemplate(kOther));
+                m_pReader->SetXmlContent(again);
                 m_pReader->SetXmlContent(ReadTemplate(kOther));
+                m_pReader->SetXmlContent(again);
                 found = Found("d") + FoundBelow("dummy");
             }
         };
