@@ -1,16 +1,12 @@
-#include "support/controlrun.h"
+#include "support/desk.h"
 
 #include "control/commentdialogimpl.h"
 #include "host/ostrel.h"
 #include "report/xmlcreatereport.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QTextEdit>
-#include <QTimer>
-#include <QToolButton>
 
 namespace {
 
@@ -61,8 +57,8 @@ CommentDialogImpl *Open(VCReporting &control)
 QString End(QDialog *dialog, const QString &how)
 {
     QString question;
-    if (auto *pressed = dialog->findChild<QPushButton *>(how)) {
-        QTest::mouseClick(pressed, Qt::LeftButton);
+    if (how.startsWith(QLatin1String("m_p"))) {
+        Press(dialog, how.toLatin1().constData());
     } else if (how == QLatin1String("escape")) {
         QTest::keyClick(dialog, Qt::Key_Escape);
     } else {
@@ -92,26 +88,23 @@ class TestCommentDialog : public QObject
 private:
     static void EndDeferred() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
-    std::unique_ptr<ControlRun> m_pRun;
-    std::unique_ptr<VCReporting> m_pControl;
+    std::unique_ptr<Desk> m_pDesk;
 
 private Q_SLOTS:
     void init()
     {
-        m_pRun = std::make_unique<ControlRun>();
-        m_pControl = m_pRun->MakeControl();
-        m_pControl->AddExplicitReportData(QStringLiteral("A"), "v", 1, QString(), 0, QString());
+        m_pDesk = std::make_unique<Desk>();
+        m_pDesk->AddText("A", "v");
     }
 
     void cleanup()
     {
-        m_pControl.reset();
+        m_pDesk.reset();
         for (QWidget *widget : QApplication::topLevelWidgets()) {
             widget->hide();
         }
         EndDeferred();
         QVERIFY(QApplication::topLevelWidgets().isEmpty());
-        m_pRun.reset();
     }
 
     void HasItsForm_data() { AddRows(kFormRows); }
@@ -123,25 +116,21 @@ private Q_SLOTS:
         QString content;
         for (const QString &element : elements) {
             const bool hasUnit = element.contains(QLatin1Char(':'));
-            content += QStringLiteral("<xs:element name='%1'><xs:complexType><xs:simpleContent><xs:extension "
-                                      "base='xs:string'>%2</xs:extension></xs:simpleContent></xs:complexType>"
-                                      "</xs:element>")
-                           .arg(element.chopped(2),
-                                QLatin1String(hasUnit ? "<xs:attribute name='Unit' type='xs:string'/>" : ""));
+            content += QStringLiteral("<e %1><c><xs:simpleContent><x xs:string>%2</x></xs:simpleContent></c></e>")
+                           .arg(element.chopped(2), QLatin1String(hasUnit ? "<a Unit type=xs:string/>" : ""));
         }
-        const ControlRun run(content);
-        m_pControl = run.MakeControl();
+        const Desk desk(content);
         for (const QString &element : elements) {
-            m_pControl->AddReportData(element.chopped(2), QString(), element.right(1), 1, QString(), 0,
-                                      QStringLiteral("u"));
+            desk.m_pControl->AddReportData(element.chopped(2), QString(), element.right(1), 1, QString(), 0,
+                                           QStringLiteral("u"));
         }
-        CommentDialogImpl *dialog = Open(*m_pControl);
+        CommentDialogImpl *dialog = Open(*desk.m_pControl);
         QStringList texts;
         for (const QLabel *label : dialog->findChildren<QLabel *>()) {
             texts << label->text();
         }
         texts << dialog->m_pSaveButton->text() << dialog->m_pNoCommentButton->text()
-              << m_pControl->GetReportButton()->toolTip();
+              << desk.m_pControl->GetReportButton()->toolTip();
         QCOMPARE(texts.join(QLatin1Char('|')), row.at(1));
         QCOMPARE(dialog->windowTitle(), QStringLiteral("ToReport - 2024/05/06 07:08:09"));
         QVERIFY(!dialog->isModal() && dialog->parent() == nullptr);
@@ -159,29 +148,29 @@ private Q_SLOTS:
     void SavesWhatTheOperatorEnds()
     {
         QFETCH(QStringList, row);
-        CommentDialogImpl *dialog = Open(*m_pControl);
-        QVERIFY(m_pRun->Reports().isEmpty());
+        CommentDialogImpl *dialog = Open(*m_pDesk->m_pControl);
+        QVERIFY(m_pDesk->Reports().isEmpty());
         QTest::keyClicks(dialog->m_pTextEdit, row.at(1));
         End(dialog, row.at(0));
         QCOMPARE(dialog->isVisible(), row.at(0) == QLatin1String("Cancel"));
         QCOMPARE(dialog->m_pTextEdit->toPlainText(), row.at(1));
-        QCOMPARE(m_pRun->LatestReport(), row.at(2));
+        QCOMPARE(m_pDesk->LatestReport(), row.at(2));
         // What has been saved is not saved again.
         if (!row.at(2).isEmpty()) {
             dialog->show();
             dialog->m_pTextEdit->setPlainText(QStringLiteral("late"));
             QVERIFY(dialog->close());
-            QCOMPARE(m_pRun->LatestReport(), row.at(2));
+            QCOMPARE(m_pDesk->LatestReport(), row.at(2));
         }
     }
 
     // A comment has nowhere to stand then, and a file that can't be written is nobody's business.
     void AppearsForAnUnreadableSchema()
     {
-        m_pRun->WriteSchema(QStringLiteral("garbage"));
-        CommentDialogImpl *dialog = Open(*m_pControl);
+        m_pDesk->WriteSchema(QStringLiteral("garbage"));
+        CommentDialogImpl *dialog = Open(*m_pDesk->m_pControl);
         dialog->m_pTextEdit->setPlainText(QStringLiteral("typed"));
-        QVERIFY(QDir().rmdir(m_pRun->ReportFolder()));
+        QVERIFY(QDir().rmdir(m_pDesk->ReportFolder()));
         End(dialog, QStringLiteral("m_pSaveButton"));
         QVERIFY(dialog->isHidden());
     }
@@ -190,9 +179,9 @@ private Q_SLOTS:
     void GoesWithItsBuilder()
     {
         for (const bool isAsking : { false, true }) {
-            auto report = std::make_unique<XmlCreateReport>(m_pControl.get());
-            QVERIFY(report->CreateXmlFromSchema(m_pRun->SchemaPath(),
-                                                m_pRun->ReportFolder() + QLatin1String("/own.xml"), true));
+            auto report = std::make_unique<XmlCreateReport>(m_pDesk->m_pControl.get());
+            QVERIFY(report->CreateXmlFromSchema(m_pDesk->SchemaPath(),
+                                                m_pDesk->ReportFolder() + QLatin1String("/own.xml"), true));
             const QPointer<QDialog> dialog = report->GetCommentDialogs().front();
             dialog->findChild<QTextEdit *>()->setPlainText(QStringLiteral("typed"));
             if (isAsking) {
@@ -200,40 +189,25 @@ private Q_SLOTS:
                 dialog->close();
             }
             report.reset();
-            QVERIFY(dialog.isNull() && m_pRun->Reports().isEmpty());
-        }
-    }
-
-    void OutlivesItsControl()
-    {
-        for (const char *end : { "m_pSaveButton", "escape" }) {
-            m_pControl = m_pRun->MakeControl();
-            const QPointer<CommentDialogImpl> dialog = Open(*m_pControl);
-            m_pControl.reset();
-            EndDeferred();
-            QVERIFY(dialog != nullptr && dialog->isVisible());
-            End(dialog, QLatin1String(end));
-            EndDeferred();
-            QVERIFY(dialog.isNull());
-            QCOMPARE(m_pRun->Reports().size(), 1);
+            QVERIFY(dialog.isNull() && m_pDesk->Reports().isEmpty());
         }
     }
 
     // The latest stays until the next report, an earlier one goes when it has ended.
     void GoesOnceItIsSuperseded()
     {
-        const QPointer<CommentDialogImpl> first = Open(*m_pControl);
-        const QPointer<CommentDialogImpl> second = Open(*m_pControl);
+        const QPointer<CommentDialogImpl> first = Open(*m_pDesk->m_pControl);
+        const QPointer<CommentDialogImpl> second = Open(*m_pDesk->m_pControl);
         second->close();
         first->close();
         EndDeferred();
         QVERIFY(first.isNull() && second != nullptr);
-        const QPointer<CommentDialogImpl> third = Open(*m_pControl);
+        const QPointer<CommentDialogImpl> third = Open(*m_pDesk->m_pControl);
         QVERIFY(second.isNull());
         third->close();
-        m_pControl.reset();
+        m_pDesk->m_pControl.reset();
         QVERIFY(third.isNull());
-        QCOMPARE(m_pRun->Reports().size(), 3);
+        QCOMPARE(m_pDesk->Reports().size(), 3);
     }
 };
 

@@ -1,54 +1,16 @@
-#include "support/controlrun.h"
+#include "support/desk.h"
 
 #include "host/quilmar.h"
 
-#include <QToolButton>
 #include <QtTest>
 
 namespace {
 
-/// The poll, without the ten seconds of waiting for it.
-void Poll(VCReporting &control)
+/// What has been heard, and what the button is now.
+QString State(Desk &desk)
 {
-    QMetaObject::invokeMethod(control.findChild<QTimer *>(), "timeout");
+    return desk.Heard() + QLatin1String(desk.m_pButton->isEnabled() ? " on" : " off");
 }
-
-void AddText(VCReporting &control, const char *name, const char *text)
-{
-    control.AddExplicitReportData(QLatin1String(name), text, 1, QString(), 0, QString());
-}
-
-/// A control on the tool bar of a window, as a host has it, and what its signals say.
-struct Desk
-{
-    explicit Desk(const ControlRun &run)
-        : m_pControl(run.MakeControl(false, &m_oToolBar).release())
-    {
-        const auto note = [this](const char *name) { return [this, name] { m_lHeard << QLatin1String(name); }; };
-        QObject::connect(m_pControl, &VCReporting::PrepareToReport, note("prepare"));
-        QObject::connect(m_pControl, &VCReporting::ReportSuccessful, note("good"));
-        QObject::connect(m_pControl, &VCReporting::ReportNotSuccessful, note("bad"));
-        QObject::connect(m_pControl, &VCReporting::ReportDirAndSchemaAvailable,
-                         [this](bool available) { m_lHeard << QLatin1String(available ? "there" : "missing"); });
-        m_oToolBar.addWidget(m_pControl);
-        m_oToolBar.show();
-    }
-
-    void Press() { QTest::mouseClick(m_pControl->GetReportButton(), Qt::LeftButton); }
-
-    /// What has been heard since the last look, and what the button is now.
-    QString Heard()
-    {
-        m_lHeard << QLatin1String(m_pControl->GetReportButton()->isEnabled() ? "on" : "off");
-        const QString heard = m_lHeard.join(QLatin1Char(' '));
-        m_lHeard.clear();
-        return heard;
-    }
-
-    QStringList m_lHeard;
-    QToolBar m_oToolBar;
-    QPointer<VCReporting> m_pControl;
-};
 
 } // namespace
 
@@ -59,56 +21,54 @@ class TestVcReporting : public QObject
 private Q_SLOTS:
     void PressMakesAReport()
     {
-        const ControlRun run;
-        Desk desk(run);
+        Desk desk;
         QList<bool> inside;
         const auto again = [&] { inside << desk.m_pControl->SlotToReport(); };
-        connect(desk.m_pControl, &VCReporting::PrepareToReport, again);
-        connect(desk.m_pControl, &VCReporting::ReportSuccessful, again);
-        AddText(*desk.m_pControl, "A", "µ");
+        connect(desk.m_pControl.get(), &VCReporting::PrepareToReport, again);
+        connect(desk.m_pControl.get(), &VCReporting::ReportSuccessful, again);
+        desk.AddText("A", "µ");
         desk.Press();
         desk.Press();
-        QCOMPARE(desk.Heard(), QStringLiteral("prepare good prepare good on"));
+        QCOMPARE(State(desk), QStringLiteral("prepare good saved prepare good saved on"));
         QCOMPARE(inside, QList<bool>({ false, false, false, false }));
-        QCOMPARE(run.Reports(), Texts({ "2024-05-06_07-08-09-0.xml", "2024-05-06_07-08-09-001.xml" }));
-        QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>µ</A></R>"));
-        run.WriteSchema(QStringLiteral("garbage"));
+        QCOMPARE(desk.Reports(), Texts({ "2024-05-06_07-08-09-0.xml", "2024-05-06_07-08-09-001.xml" }));
+        QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A>µ</A></R>"));
+        desk.WriteSchema(QStringLiteral("garbage"));
         desk.Press();
-        QCOMPARE(desk.Heard(), QStringLiteral("prepare bad on"));
-        QVERIFY(run.LatestReport().isEmpty());
+        QCOMPARE(State(desk), QStringLiteral("prepare bad saved unread on"));
+        QVERIFY(desk.LatestReport().isEmpty());
     }
 
     void PollFollowsFileDirectoryAndHost()
     {
-        const ControlRun run;
-        const QString away = run.SchemaPath() + QLatin1Char('~');
-        Desk desk(run);
+        Desk desk;
+        const QString away = desk.SchemaPath() + QLatin1Char('~');
         const QTimer *timer = desk.m_pControl->findChild<QTimer *>();
         QCOMPARE(timer->interval(), 10000);
         const auto poll = [&] {
-            Poll(*desk.m_pControl);
-            return desk.Heard();
+            desk.Poll();
+            return State(desk);
         };
         QCOMPARE(poll(), QStringLiteral("there on"));
-        QVERIFY(QFile::rename(run.SchemaPath(), away));
+        QVERIFY(QFile::rename(desk.SchemaPath(), away));
         QCOMPARE(poll(), QStringLiteral("missing off"));
         desk.Press();
         desk.m_pControl->SetSchema(away);
-        QCOMPARE(desk.Heard(), QStringLiteral("off"));
+        QCOMPARE(State(desk), QStringLiteral(" off"));
         QCOMPARE(poll(), QStringLiteral("there on"));
         desk.m_pControl->EnableReportButton(false);
         QVERIFY(!timer->isActive());
-        QCOMPARE(desk.Heard(), QStringLiteral("off"));
+        QCOMPARE(State(desk), QStringLiteral(" off"));
         desk.m_pControl->EnableReportButton(true);
-        QCOMPARE(desk.Heard(), QStringLiteral("there on"));
-        QVERIFY(QDir().rmdir(run.ReportFolder()));
+        QCOMPARE(State(desk), QStringLiteral("there on"));
+        QVERIFY(QDir().rmdir(desk.ReportFolder()));
         desk.m_pControl->EnableReportButton(true);
-        QCOMPARE(desk.Heard(), QStringLiteral("missing off"));
+        QCOMPARE(State(desk), QStringLiteral("missing off"));
         QVERIFY(timer->isActive());
         // Asked directly, the control runs all the same, and says what it read.
-        QVERIFY(QFile::rename(away, run.SchemaPath()) && desk.m_pControl->SetSchema(run.SchemaPath()));
+        QVERIFY(QFile::rename(away, desk.SchemaPath()) && desk.m_pControl->SetSchema(desk.SchemaPath()));
         QVERIFY(desk.m_pControl->SlotToReport());
-        QVERIFY(!QDir(run.ReportFolder()).exists());
+        QVERIFY(!QDir(desk.ReportFolder()).exists());
     }
 
     void RunsWithoutButton()
@@ -120,7 +80,7 @@ private Q_SLOTS:
         control.EnableReportButton(false);
         control.EnableReportButton(true);
         QVERIFY(available.isEmpty() && control.findChild<QTimer *>()->isActive());
-        Poll(control);
+        QMetaObject::invokeMethod(control.findChild<QTimer *>(), "timeout");
         QCOMPARE(available.size(), 1);
         QVERIFY(control.SlotToReport());
         QCOMPARE(run.Reports().size(), 1);
@@ -148,30 +108,19 @@ private Q_SLOTS:
         QCOMPARE(run.Reports().size(), 2);
     }
 
-    void SurvivesItsEndInThePoll()
-    {
-        const ControlRun run;
-        QPointer<VCReporting> control = run.MakeControl().release();
-        connect(control, &VCReporting::ReportDirAndSchemaAvailable, [&control] { delete control; });
-        control->EnableReportButton(true);
-        QVERIFY(control.isNull());
-    }
-
     void TakesChangesWhilePreparing()
     {
-        const ControlRun run(QStringLiteral("<xs:element name='A' type='xs:string'/><xs:element name='B' "
-                                            "type='xs:string'/><xs:element name='C' type='xs:string'/>"));
-        const auto control = run.MakeControl();
+        const Desk desk(QStringLiteral("<t A/><t B/><t C/>"));
         for (const char *name : { "A", "B", "A", "C" }) {
-            AddText(*control, name, "old");
+            desk.AddText(name, "old");
         }
-        connect(control.get(), &VCReporting::PrepareToReport, [&control] {
-            control->DeleteReportData(QStringLiteral("A"));
-            control->DeleteReportData(QStringLiteral("C"));
-            AddText(*control, "C", "new");
+        connect(desk.m_pControl.get(), &VCReporting::PrepareToReport, [&desk] {
+            desk.m_pControl->DeleteReportData(QStringLiteral("A"));
+            desk.m_pControl->DeleteReportData(QStringLiteral("C"));
+            desk.AddText("C", "new");
         });
-        QVERIFY(control->SlotToReport());
-        QCOMPARE(run.LatestReport(), QStringLiteral("<R><A type='string'/><B>old</B><C>new</C></R>"));
+        QVERIFY(desk.m_pControl->SlotToReport());
+        QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A type='string'/><B>old</B><C>new</C></R>"));
     }
 
     void AddsWholeNodes()

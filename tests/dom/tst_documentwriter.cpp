@@ -1,4 +1,5 @@
 #include "support/deepdocument.h"
+#include "support/files.h"
 #include "support/fulldisk.h"
 #include "support/limitedprocess.h"
 
@@ -85,12 +86,6 @@ QDomDocument Parse(const QByteArray &text, bool withNamespaces = false)
         dom::GuardedReader().ReadText(QString::fromUtf8(text), &document);
     }
     return document;
-}
-
-QByteArray FileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
 }
 
 } // namespace

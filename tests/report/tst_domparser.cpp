@@ -318,49 +318,46 @@ class TestDomParser : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void IsTheLiteralWalk();
-    void RowOfEmptyContainersNeedsNoStack();
-};
-
-void TestDomParser::IsTheLiteralWalk()
-{
-    for (unsigned seed = 0; seed < 1000; ++seed) {
-        std::mt19937 random(seed);
-        QDomDocument document;
-        document.appendChild(document.createElement(NameAt(seed % 4 < 2 ? 0 : 6)));
-        AddRandomChildren(document, document.documentElement(), random, 4);
-        if (seed % 7 == 0) {
-            document.appendChild(seed % 4 < 2 ? QDomNode(document.createComment(QStringLiteral("c")))
-                                              : QDomNode(document.createElement(QStringLiteral("B"))));
+    void IsTheLiteralWalk()
+    {
+        for (unsigned seed = 0; seed < 1000; ++seed) {
+            std::mt19937 random(seed);
+            QDomDocument document;
+            document.appendChild(document.createElement(NameAt(seed % 4 < 2 ? 0 : 6)));
+            AddRandomChildren(document, document.documentElement(), random, 4);
+            if (seed % 7 == 0) {
+                document.appendChild(seed % 4 < 2 ? QDomNode(document.createComment(QStringLiteral("c")))
+                                                  : QDomNode(document.createElement(QStringLiteral("B"))));
+            }
+            const OccursMap occurs = RandomOccurs(random);
+            const ChoiceMap choices = { { 0, NameAt(1) }, { 100, seed % 5 == 0 ? NameAt(2) : QString() } };
+            const RandomReceiver<LiteralWalk> expected(seed, document, occurs, choices);
+            const RandomReceiver<DomParser> actual(seed, document, occurs, choices);
+            QVERIFY2(actual.m_lHeard == expected.m_lHeard,
+                     qPrintable(QStringLiteral("seed %1\n%2\n%3").arg(seed).arg(expected.Heard(), actual.Heard())));
         }
-        const OccursMap occurs = RandomOccurs(random);
-        const ChoiceMap choices = { { 0, NameAt(1) }, { 100, seed % 5 == 0 ? NameAt(2) : QString() } };
-        const RandomReceiver<LiteralWalk> expected(seed, document, occurs, choices);
-        const RandomReceiver<DomParser> actual(seed, document, occurs, choices);
-        QVERIFY2(actual.m_lHeard == expected.m_lHeard,
-                 qPrintable(QStringLiteral("seed %1\n%2\n%3").arg(seed).arg(expected.Heard(), actual.Heard())));
     }
-}
 
-void TestDomParser::RowOfEmptyContainersNeedsNoStack()
-{
-    constexpr int kContainers = 50000;
-    QDomDocument document = ReadTemplate(QStringLiteral("<R><B><C type='s'/></B></R>"));
-    const QDomElement container = document.documentElement().firstChildElement();
-    for (int i = 1; i < kContainers; ++i) {
-        document.documentElement().appendChild(container.cloneNode(true));
+    void RowOfEmptyContainersNeedsNoStack()
+    {
+        constexpr int kContainers = 50000;
+        QDomDocument document = ReadTemplate(QStringLiteral("<R><B><C type='s'/></B></R>"));
+        const QDomElement container = document.documentElement().firstChildElement();
+        for (int i = 1; i < kContainers; ++i) {
+            document.documentElement().appendChild(container.cloneNode(true));
+        }
+        ScriptedReceiver receiver;
+        DomParser parser(&receiver, { { QStringLiteral("B"), { { 0, { QStringLiteral("R") } } } } }, ChoiceMap());
+        parser.SetDocument(&document);
+        const std::unique_ptr<QThread> thread(QThread::create([&parser] { parser.Parse(); }));
+        thread->setStackSize(1024 * 1024);
+        thread->start();
+        QVERIFY(thread->wait());
+        // Only the first is announced twice: the others are met below the top.
+        QCOMPARE(receiver.m_lHeard.size(), 1 + 1 + 1 + 2 * kContainers + 1);
+        QCOMPARE(ToText(document), QStringLiteral("<R/>"));
     }
-    ScriptedReceiver receiver;
-    DomParser parser(&receiver, ReadOccurs(QStringLiteral("B:0:R")), ChoiceMap());
-    parser.SetDocument(&document);
-    const std::unique_ptr<QThread> thread(QThread::create([&parser] { parser.Parse(); }));
-    thread->setStackSize(1024 * 1024);
-    thread->start();
-    QVERIFY(thread->wait());
-    // Only the first is announced twice: the others are met below the top.
-    QCOMPARE(receiver.m_lHeard.size(), 1 + 1 + 1 + 2 * kContainers + 1);
-    QCOMPARE(ToText(document), QStringLiteral("<R/>"));
-}
+};
 
 QTEST_GUILESS_MAIN(TestDomParser)
 #include "tst_domparser.moc"

@@ -2,6 +2,7 @@
 #include "support/limitedprocess.h"
 #include "support/schemafiles.h"
 #include "support/schemareading.h"
+#include "support/schematext.h"
 #include "support/tracecapture.h"
 
 #include "dom/nodewalk.h"
@@ -10,32 +11,7 @@
 
 #include <sys/stat.h>
 
-/// Schemas in, templates, tables and traces out: the rows of data/*.rows, and the examples of the manual for authors.
-///
-/// A row is a title behind "## ", declarations, and "=> " with the template, the number of its elements, or "failed".
-/// Lines behind it begin with the name of a table or with "trace", and hold the table, or what the trace
-/// contains. Several files are written as schemafiles::Write takes them. The declarations are written short: see
-/// Expanded().
-class TestSchema : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void comesOutAsTold_data();
-    void comesOutAsTold();
-    void nothingThatBlocksIsIncluded();
-    void readsNothingWithoutCallback();
-    void goesOnWithGivenTables();
-    void includesNothingWithoutDirectory();
-};
-
 namespace {
-
-QString ReadAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
 
 /// "{n|text}" stands for n times the text, in which # is a number that counts from 10000, and ^ the one behind it.
 /// "{-n|text}" counts down to 10000.
@@ -56,26 +32,6 @@ QString Repeated(const QString &text)
         repeated += i % 2 == 0 ? parts.at(i) : QString();
     }
     return repeated;
-}
-
-/// "<e a min=2>" is short for "<xs:element name='a' minOccurs='2'>": tags of one letter, the first attribute without
-/// its name, no quotes.
-QString Expanded(QString text)
-{
-    static const char *const tags[][3] = {
-        { "e", "element", "name" },      { "a", "attribute", "name" },   { "c", "complexType", "name" },
-        { "s", "simpleType", "name" },   { "r", "restriction", "base" }, { "x", "extension", "base" },
-        { "v", "enumeration", "value" }, { "q", "sequence", "" },        { "h", "choice", "" }
-    };
-    for (const auto &[letter, tag, first] : tags) {
-        text.replace(QRegularExpression(QStringLiteral("<%1 ([\\w:.#^-]+)(?=[ />])").arg(QLatin1String(letter))),
-                     QStringLiteral("<xs:%1 %2='\\1'").arg(QLatin1String(tag), QLatin1String(first)));
-        text.replace(QRegularExpression(QStringLiteral("<(/?)%1(?=[ />])").arg(QLatin1String(letter))),
-                     QStringLiteral("<\\1xs:%1").arg(QLatin1String(tag)));
-    }
-    text.replace(QRegularExpression(QStringLiteral(" (min|max)=")), QStringLiteral(" \\1Occurs="));
-    text.replace(QRegularExpression(QStringLiteral(" (\\w+)=([\\w:.#^-]+)")), QStringLiteral(" \\1='\\2'"));
-    return Repeated(text);
 }
 
 /// What comes out otherwise than told; empty if nothing does.
@@ -111,96 +67,114 @@ QString Difference(const QString &top, QStringList expected)
 
 } // namespace
 
-void TestSchema::comesOutAsTold_data()
+/// Schemas in, templates, tables and traces out: the rows of data/*.rows, and the examples of the manual for authors.
+///
+/// A row is a title behind "## ", declarations, and "=> " with the template, the number of its elements, or "failed".
+/// Lines behind it begin with the name of a table or with "trace", and hold the table, or what the trace
+/// contains. Several files are written as schemafiles::Write takes them. The declarations are written short: see
+/// Expanded().
+class TestSchema : public QObject
 {
-    QTest::addColumn<QString>("schema");
-    QTest::addColumn<QStringList>("expected");
-    const QDir dir(QStringLiteral(TEST_DATA_DIR));
-    for (const QString &name : dir.entryList({ QStringLiteral("*.rows") })) {
-        for (const QString &row :
-             (QLatin1Char('\n') + ReadAll(dir.filePath(name))).split(QStringLiteral("\n## ")).mid(1)) {
-            const QStringList parts =
-                row.section(QLatin1Char('\n'), 1).trimmed().split(QRegularExpression(QStringLiteral("\\s=>")));
-            QTest::newRow(qPrintable(name + QLatin1Char(' ') + row.section(QLatin1Char('\n'), 0, 0)))
-                << Expanded(parts.at(0)) << parts.at(1).split(QLatin1Char('\n'));
+    Q_OBJECT
+
+private Q_SLOTS:
+    void comesOutAsTold_data()
+    {
+        QTest::addColumn<QString>("schema");
+        QTest::addColumn<QStringList>("expected");
+        const QDir dir(QStringLiteral(TEST_DATA_DIR));
+        for (const QString &name : dir.entryList({ QStringLiteral("*.rows") })) {
+            for (const QString &row :
+                 QString::fromUtf8('\n' + FileBytes(dir.filePath(name))).split(QStringLiteral("\n## ")).mid(1)) {
+                const QStringList parts =
+                    row.section(QLatin1Char('\n'), 1).trimmed().split(QRegularExpression(QStringLiteral("\\s=>")));
+                QTest::newRow(qPrintable(name + QLatin1Char(' ') + row.section(QLatin1Char('\n'), 0, 0)))
+                    << Repeated(Expanded(parts.at(0))) << parts.at(1).split(QLatin1Char('\n'));
+            }
+        }
+        const QStringList examples =
+            QString::fromUtf8(FileBytes(QStringLiteral(EXAMPLE_SCHEMA_DIR "/../../docs/schema-subset.md")))
+                .split(QStringLiteral("```xml schema\n"))
+                .mid(1);
+        QVERIFY(examples.size() > 10);
+        for (int i = 0; i < examples.size(); ++i) {
+            const QStringList parts = examples.at(i).split(QStringLiteral("```"));
+            QVERIFY(parts.at(2).startsWith(QLatin1String("xml template\n")));
+            QTest::newRow(qPrintable(QStringLiteral("example %1").arg(i + 1)))
+                << parts.at(0) << QStringList { ToText(ReadTemplate(parts.at(2).mid(12))) };
         }
     }
-    const QStringList examples = ReadAll(QStringLiteral(EXAMPLE_SCHEMA_DIR "/../../docs/schema-subset.md"))
-                                     .split(QStringLiteral("```xml schema\n"))
-                                     .mid(1);
-    QVERIFY(examples.size() > 10);
-    for (int i = 0; i < examples.size(); ++i) {
-        const QStringList parts = examples.at(i).split(QStringLiteral("```"));
-        QVERIFY(parts.at(2).startsWith(QLatin1String("xml template\n")));
-        QTest::newRow(qPrintable(QStringLiteral("example %1").arg(i + 1)))
-            << parts.at(0) << QStringList { ToText(ReadTemplate(parts.at(2).mid(12))) };
-    }
-}
 
-/// Any file at all may stand where a schema should: hostile rows run in a child with a small stack and little memory
-/// and time.
-void TestSchema::comesOutAsTold()
-{
-    QFETCH(QString, schema);
-    QFETCH(QStringList, expected);
-    const QTemporaryDir dir;
-    const bool hasFiles = schema.contains(QLatin1String(".xsd: "));
-    const QString top = schemafiles::Write(dir, hasFiles ? schema : QLatin1String("top.xsd: ") + schema);
-    if (QByteArray(QTest::currentDataTag()).startsWith("hostile")) {
+    /// Any file at all may stand where a schema should: hostile rows run in a child with a small stack and little
+    /// memory and time.
+    void comesOutAsTold()
+    {
+        QFETCH(QString, schema);
+        QFETCH(QStringList, expected);
+        const QTemporaryDir dir;
+        const bool hasFiles = schema.contains(QLatin1String(".xsd: "));
+        const QString top = schemafiles::Write(dir, hasFiles ? schema : QLatin1String("top.xsd: ") + schema);
+        if (QByteArray(QTest::currentDataTag()).startsWith("hostile")) {
+            const auto result = limitedprocess::Run([&] { return Difference(top, expected).toUtf8(); });
+            QCOMPARE(result.m_sReason + QString::fromUtf8(result.m_sOutput), QString());
+            const auto checked = limitedprocess::Run([&top] {
+                const CheckedSchema file(top);
+                return file.GetError().toUtf8() + QByteArray::number(int(file.GetFindings().size()));
+            });
+            QCOMPARE(checked.m_sReason, QString());
+            // What fails is told of.
+            QVERIFY(!expected.first().startsWith(QLatin1String("failed")) || checked.m_sOutput != "0");
+        } else {
+            QCOMPARE(Difference(top, expected), QString());
+        }
+    }
+
+    void includesWhatCanBeReadOnce()
+    {
+        const QTemporaryDir dir;
+        const QString top = schemafiles::Write(
+            dir,
+            Expanded(
+                QStringLiteral("top.xsd: include fifo.xsd;include .;include link.xsd;<e r><c><e x max=2/></c></e>")));
+        QVERIFY(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo.xsd"))).constData(), 0600) == 0);
+        QVERIFY(QFile::link(top, dir.filePath(QStringLiteral("link.xsd"))));
+        const QStringList expected = { QStringLiteral("<r><x/></r>"), QStringLiteral("occurs x:2=r") };
         const auto result = limitedprocess::Run([&] { return Difference(top, expected).toUtf8(); });
         QCOMPARE(result.m_sReason + QString::fromUtf8(result.m_sOutput), QString());
-        const auto checked = limitedprocess::Run([&top] {
-            const CheckedSchema file(top);
-            return file.GetError().toUtf8() + QByteArray::number(int(file.GetFindings().size()));
-        });
-        QCOMPARE(checked.m_sReason, QString());
-        // What fails is told of.
-        QVERIFY(!expected.first().startsWith(QLatin1String("failed")) || checked.m_sOutput != "0");
-    } else {
-        QCOMPARE(Difference(top, expected), QString());
     }
-}
 
-void TestSchema::nothingThatBlocksIsIncluded()
-{
-    const QTemporaryDir dir;
-    QVERIFY(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo.xsd"))).constData(), 0600) == 0);
-    const QString top = schemafiles::Write(dir, Expanded(QStringLiteral("top.xsd: include fifo.xsd;include .;<e r/>")));
-    const auto result = limitedprocess::Run([&] { return Difference(top, { QStringLiteral("<r/>") }).toUtf8(); });
-    QCOMPARE(result.m_sReason + QString::fromUtf8(result.m_sOutput), QString());
-}
+    void readsNothingWithoutCallback()
+    {
+        XmlSchemaHandler handler(nullptr, QStringLiteral("a.xsd"));
+        QVERIFY(handler.startElement({}, {}, QStringLiteral("xs:element"), QXmlAttributes()) && !handler.endDocument());
+        QVERIFY(handler.GetDocument()->firstChild().isNull());
+    }
 
-void TestSchema::readsNothingWithoutCallback()
-{
-    XmlSchemaHandler handler(nullptr, QStringLiteral("a.xsd"));
-    QVERIFY(handler.startElement({}, {}, QStringLiteral("xs:element"), QXmlAttributes()) && !handler.endDocument());
-    QVERIFY(handler.GetDocument()->firstChild().isNull());
-}
+    void goesOnWithGivenTables()
+    {
+        SchemaReading first;
+        QVERIFY(first.Read(Expanded(QStringLiteral("<c T><e x max=2/></c>"))));
+        MissingMap missing;
+        OccursMap occurs;
+        TypeMap types;
+        ChoiceMap choices;
+        first.m_oHandler.GetMaps(missing, occurs, types, choices);
+        XmlSchemaHandler handler(&first, QStringLiteral("a.xsd"), missing, occurs, types, choices);
+        dom::GuardedReader reader;
+        reader.setContentHandler(&handler);
+        QVERIFY(reader.ReadText(QStringLiteral("<xs:element name='r' type='T'/>")));
+        QCOMPARE(ToText(*handler.GetDocument()), QStringLiteral("<r><x/></r>"));
+    }
 
-void TestSchema::goesOnWithGivenTables()
-{
-    SchemaReading first;
-    QVERIFY(first.Read(Expanded(QStringLiteral("<c T><e x max=2/></c>"))));
-    MissingMap missing;
-    OccursMap occurs;
-    TypeMap types;
-    ChoiceMap choices;
-    first.m_oHandler.GetMaps(missing, occurs, types, choices);
-    XmlSchemaHandler handler(&first, QStringLiteral("a.xsd"), missing, occurs, types, choices);
-    dom::GuardedReader reader;
-    reader.setContentHandler(&handler);
-    QVERIFY(reader.ReadText(QStringLiteral("<xs:element name='r' type='T'/>")));
-    QCOMPARE(ToText(*handler.GetDocument()), QStringLiteral("<r><x/></r>"));
-}
-
-void TestSchema::includesNothingWithoutDirectory()
-{
-    const QTemporaryDir dir;
-    const QString top = schemafiles::Write(dir, Expanded(QStringLiteral("top.xsd: include t.xsd;\nt.xsd: <e a/>")));
-    SchemaReading elsewhere(QStringLiteral("top.xsd"));
-    QVERIFY(elsewhere.m_oReader.ReadFile(top));
-    QCOMPARE(elsewhere.Table(QStringLiteral("types")), QString());
-}
+    void includesNothingWithoutDirectory()
+    {
+        const QTemporaryDir dir;
+        const QString top = schemafiles::Write(dir, Expanded(QStringLiteral("top.xsd: include t.xsd;\nt.xsd: <e a/>")));
+        SchemaReading elsewhere(QStringLiteral("top.xsd"));
+        QVERIFY(elsewhere.m_oReader.ReadFile(top));
+        QCOMPARE(elsewhere.Table(QStringLiteral("types")), QString());
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSchema)
 

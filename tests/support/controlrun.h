@@ -1,5 +1,8 @@
 #pragma once
 
+#include "support/files.h"
+#include "support/rows.h"
+#include "support/schematext.h"
 #include "support/templates.h"
 #include "support/tracecapture.h"
 
@@ -7,7 +10,6 @@
 
 #include <QDateTime>
 #include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -20,16 +22,6 @@ inline QStringList Texts(const std::initializer_list<const char *> &texts)
         list.append(QString::fromUtf8(text));
     }
     return list;
-}
-
-/// Rows of four texts: the first is the row's name, the others are what its column "row" holds.
-template <std::size_t Count>
-void AddRows(const char *const (&rows)[Count][4])
-{
-    QTest::addColumn<QStringList>("row");
-    for (const auto &row : rows) {
-        QTest::newRow(row[0]) << Texts({ row[1], row[2], row[3] });
-    }
 }
 
 /// A clock that goes on by one millisecond at each look, so that each report gets a file of its own.
@@ -50,12 +42,11 @@ private:
 class ControlRun
 {
 public:
-    /// `content` is what stands in the schema's root element "R".
-    explicit ControlRun(const QString &content = QStringLiteral("<xs:element name='A' type='xs:string'/>"))
+    /// `content`, as Expanded() takes it, is what stands in the schema's root element "R".
+    explicit ControlRun(const QString &content = QStringLiteral("<t A/>"))
     {
         QDir(m_oFolder.path()).mkdir(QStringLiteral("reports"));
-        WriteSchema(QStringLiteral("<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'><xs:element name='R'>"
-                                   "<xs:complexType><xs:sequence>%1</xs:sequence></xs:complexType></xs:element>"
+        WriteSchema(QStringLiteral("<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'><e R><c><q>%1</q></c></e>"
                                    "</xs:schema>")
                         .arg(content));
     }
@@ -64,11 +55,7 @@ public:
     QString ReportFolder() const { return m_oFolder.filePath(QStringLiteral("reports")); }
     QStringList Reports() const { return QDir(ReportFolder()).entryList(QDir::Files, QDir::Name); }
 
-    void WriteSchema(const QString &text) const
-    {
-        QFile file(SchemaPath());
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) >= 0);
-    }
+    void WriteSchema(const QString &text) const { WriteFile(SchemaPath(), Expanded(text).toUtf8()); }
 
     std::unique_ptr<VCReporting> MakeControl(bool deleteAfterUse = false, QToolBar *toolBar = nullptr) const
     {
@@ -81,9 +68,8 @@ public:
     QString LatestReport() const
     {
         static const QRegularExpression stamp(QStringLiteral("(?!2024)\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d"));
-        QFile file(ReportFolder() + QLatin1Char('/') + Reports().value(Reports().size() - 1));
-        return file.open(QIODevice::ReadOnly) ? ReportText(file.readAll()).replace(stamp, QStringLiteral("now"))
-                                              : QString();
+        const QByteArray bytes = FileBytes(ReportFolder() + QLatin1Char('/') + Reports().value(Reports().size() - 1));
+        return bytes.isEmpty() ? QString() : ReportText(bytes).replace(stamp, QStringLiteral("now"));
     }
 
 private:

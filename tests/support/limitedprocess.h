@@ -20,20 +20,15 @@ constexpr bool kSanitized = true;
 constexpr bool kSanitized = false;
 #endif
 
-struct Limits
-{
-    /// On top of what the test program has mapped already. Not set under ASan, which needs terabytes of addresses.
-    rlim_t m_iMemoryBytes = rlim_t(512) * 1024 * 1024;
-};
-
 struct Result
 {
     QString m_sReason; ///< Empty if the case came to its end.
     QByteArray m_sOutput;
 };
 
-/// A small stack, little memory, seconds of computing time, and an end for a case that blocks.
-inline void EnterLimits(const Limits &limits)
+/// A small stack, little memory on top of what the test program has mapped already (not under ASan, which needs
+/// terabytes of addresses), seconds of computing time, and an end for a case that blocks.
+inline void EnterLimits(rlim_t megabytes)
 {
     // The handlers of QtTest and of the sanitizers would print a whole backtrace for what is a plain result here.
     for (const int signal : { SIGSEGV, SIGBUS, SIGABRT, SIGALRM, SIGXCPU }) {
@@ -41,7 +36,7 @@ inline void EnterLimits(const Limits &limits)
     }
     QFile mapped(QStringLiteral("/proc/self/statm"));
     const rlim_t pages = mapped.open(QIODevice::ReadOnly) ? mapped.readAll().split(' ').value(0).toULongLong() : 0;
-    const rlim_t bytes = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + limits.m_iMemoryBytes;
+    const rlim_t bytes = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + megabytes * 1024 * 1024;
     const auto limit = [](auto resource, rlim_t value) {
         const struct rlimit both = { value, value };
         setrlimit(resource, &both);
@@ -56,12 +51,12 @@ inline void EnterLimits(const Limits &limits)
 /// Runs a callable that returns a QByteArray in a copy of this process, which sees all that the caller sees; nothing of
 /// what it changes comes back but its result. A leak in it isn't seen.
 template <typename Case>
-Result Run(Case run, const Limits &limits = Limits())
+Result Run(Case run, rlim_t megabytes = 512)
 {
     QTemporaryFile output;
     const pid_t child = output.open() ? fork() : -1;
     if (child == 0) {
-        EnterLimits(limits);
+        EnterLimits(megabytes);
         output.write(run());
         _exit(output.flush() ? 0 : 1);
     }

@@ -1,15 +1,16 @@
 #pragma once
 
+#include "support/files.h"
+#include "support/schematext.h"
 #include "support/scriptedreceiver.h"
 #include "support/templates.h"
 
 #include "report/xmlcreatereport.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
-/// One report: the content of a schema's root tag goes to a file, a scripted receiver fills the report, and what came
-/// out is read back.
+/// One report: the content of a schema's root tag, as Expanded() takes it, goes to a file, a scripted receiver fills
+/// the report, and what came out is read back.
 class ReportRun
 {
 public:
@@ -18,34 +19,68 @@ public:
 
     bool Run(const QString &declarations)
     {
-        QFile schema(SchemaPath());
-        return schema.open(QIODevice::WriteOnly)
-            && schema.write(QStringLiteral("<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'>%1</xs:schema>")
-                                .arg(declarations)
-                                .toUtf8())
-            > 0
-            && schema.flush() && m_oReport.CreateXmlFromSchema(SchemaPath(), ReportPath(), false);
+        const QString schema = QStringLiteral("<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'>%1</xs:schema>")
+                                   .arg(Expanded(declarations));
+        return m_oReport.CreateXmlFromSchema(WriteFile(SchemaPath(), schema.toUtf8()), ReportPath(), false);
+    }
+
+    /// Has the receiver obey orders, with blanks between them, at each announcement of their element: "v=s:x" a value
+    /// (s, i, d, b or t before it), "v@A=s:x" an attribute's, "v[1]=s:x" one of the second v, "v:3" copies, "v-" to be
+    /// discarded, "v+" to be kept.
+    void Follow(const QString &orders)
+    {
+        m_oReceiver.m_fnElement = [this, orders](ElemBeginEvent &event) {
+            for (const QString &order : orders.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+                Obey(event.GetElementName(), order);
+            }
+        };
     }
 
     QString SchemaPath() const { return m_oDir.filePath(QStringLiteral("schema.xsd")); }
     QString ReportPath() const { return m_oDir.filePath(QStringLiteral("report.xml")); }
 
-    QByteArray Bytes() const
-    {
-        QFile file(ReportPath());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
+    QByteArray Bytes() const { return FileBytes(ReportPath()); }
     QString Report() const { return ReportText(Bytes()); }
 
 private:
+    void Obey(const QString &element, const QString &order)
+    {
+        static const QRegularExpression form(
+            QStringLiteral("^(\\w+)(?:\\[(\\d+)\\])?(?:@(\\w+))?(?:=(\\w):|([-+:]))(.*)$"));
+        const QRegularExpressionMatch match = form.match(order);
+        const QString value = match.captured(6);
+        const QTime time = QTime::fromString(value, Qt::ISODate);
+        const bool isAny = match.captured(2).isEmpty();
+        if (match.captured(1) != element || (!isAny && match.captured(2).toInt() != m_oReport.GetPlace().GetIndex())) {
+            return;
+        }
+        switch ((match.captured(4) + match.captured(5)).at(0).toLatin1()) {
+        case 's':
+            return match.captured(3).isEmpty() ? m_oReport.SetXmlValue(value)
+                                               : m_oReport.SetAttributeValue(match.captured(3), value);
+        case 'i':
+            return m_oReport.SetXmlValue(value.toInt());
+        case 'd':
+            return m_oReport.SetXmlValue(value.toDouble());
+        case 'b':
+            return m_oReport.SetXmlValue(value == QLatin1String("true"));
+        case 't':
+            return time.isValid() ? m_oReport.SetXmlValue(time)
+                                  : m_oReport.SetXmlValue(QDateTime::fromString(value, Qt::ISODate));
+        case ':':
+            return m_oReport.SetElementMaxOccurs(element, value.toInt());
+        case '+':
+            return m_oReport.KeepCurrentElement();
+        default:
+            return m_oReport.DiscardChoiceItem();
+        }
+    }
+
     QTemporaryDir m_oDir;
 };
 
 /// A global element "R" with an anonymous complex type that holds `content`.
 inline QString RootElement(const QString &content)
 {
-    return QStringLiteral("<xs:element name='R'><xs:complexType><xs:sequence>%1</xs:sequence></xs:complexType>"
-                          "</xs:element>")
-        .arg(content);
+    return QStringLiteral("<e R><c><q>%1</q></c></e>").arg(content);
 }

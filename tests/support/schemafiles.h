@@ -1,7 +1,8 @@
 #pragma once
 
+#include "support/files.h"
+
 #include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -18,10 +19,7 @@ inline QString Write(const QTemporaryDir &dir, const QString &files)
         const QString path = dir.filePath(text.section(QLatin1Char(':'), 0, 0));
         text = text.section(QLatin1Char(':'), 1).replace(include, QStringLiteral("<xs:include schemaLocation='\\1'/>"));
         QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        if (file.open(QIODevice::WriteOnly)) {
-            file.write(QStringLiteral("<xs:schema>%1</xs:schema>").arg(text).toUtf8());
-        }
+        WriteFile(path, QStringLiteral("<xs:schema>%1</xs:schema>").arg(text).toUtf8());
         top = top.isEmpty() ? path : top;
     }
     return top;

@@ -1,10 +1,7 @@
 #pragma once
 
-#include "schema/schematables.h"
-
 #include <QDomDocument>
 #include <QMap>
-#include <QStringList>
 
 /// A template, or any document, as XML without blanks between the tags.
 inline QDomDocument ReadTemplate(const QString &xml)
@@ -47,17 +44,4 @@ inline QString ReportText(const QByteArray &bytes)
     document.documentElement().removeAttribute(QStringLiteral("xsi:noNamespaceSchemaLocation"));
     document.documentElement().removeAttribute(QStringLiteral("xmlns:xsi"));
     return ToText(document);
-}
-
-/// An occurrence table from "name:key:parent,parent name:key:parent".
-inline OccursMap ReadOccurs(const QString &text)
-{
-    OccursMap table;
-    for (const QString &entry : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-        const QStringList parts = entry.split(QLatin1Char(':'));
-        for (const QString &parent : parts.at(2).split(QLatin1Char(','))) {
-            table[parts.at(0)][parts.at(1).toInt()].push_back(parent);
-        }
-    }
-    return table;
 }

@@ -1,5 +1,7 @@
 #include "support/deepdocument.h"
 #include "support/eventrecorder.h"
+#include "support/files.h"
+#include "support/templates.h"
 
 #include "host/veldra.h"
 #include "xml/xmlcontenthandler.h"
@@ -12,13 +14,6 @@
 static_assert(!std::is_copy_constructible_v<XMLReader> && !std::is_copy_assignable_v<XMLReader>);
 
 namespace {
-
-QDomDocument Document(const QString &xml)
-{
-    QDomDocument document;
-    document.setContent(xml);
-    return document;
-}
 
 /// The nodes as "name" or, where there is one, "name:id".
 QString Shown(const std::list<QDomNode> *nodes)
@@ -50,8 +45,7 @@ class TstXmlReader : public QObject
 
     QString Write(const QString &content)
     {
-        QFile file(m_oDir.filePath(QStringLiteral("content.xml")));
-        return file.open(QIODevice::WriteOnly) && file.write(content.toUtf8()) > 0 ? file.fileName() : QString();
+        return WriteFile(m_oDir.filePath(QStringLiteral("content.xml")), content.toUtf8());
     }
     /// The events of a parse, and its result.
     QString Parse()
@@ -96,7 +90,7 @@ private Q_SLOTS:
             { "<a><b/>x<c>y</c>z</a>", "a[a|] b[b|] /b c[b|] /c /a", "a[|_] /b b[|x] c[|y] /c /a" },
         };
         for (const auto &[xml, withDocument, withoutDocument] : rows) {
-            const QDomNode root = Document(QLatin1String(xml)).documentElement();
+            const QDomNode root = ReadTemplate(QLatin1String(xml)).documentElement();
             for (int run = 0; run < 2; ++run) { // a second run begins anew
                 QCOMPARE(run == 0 ? Parse(Write(QLatin1String(xml))) : Parse(), Framed(withDocument));
             }
@@ -106,7 +100,7 @@ private Q_SLOTS:
 
     void eachContentReplacesTheOneBefore()
     {
-        const QDomDocument small = Document(kSmall);
+        const QDomDocument small = ReadTemplate(kSmall);
         QDomDocumentFragment fragment = QDomDocument(small).createDocumentFragment();
         fragment.appendChild(small.documentElement().cloneNode());
         QCOMPARE(Parse(), QStringLiteral("0"));
@@ -119,7 +113,7 @@ private Q_SLOTS:
         QCOMPARE(Parse(), QStringLiteral("( a[|_] /b b[|_] /a ) 1"));
         QCOMPARE(Parse(new QDomDocument(small)), kSmallLog);
         // A node that is a document has nodes to follow.
-        QCOMPARE(Parse(static_cast<const QDomNode &>(Document(kOther))), kOtherLog);
+        QCOMPARE(Parse(static_cast<const QDomNode &>(ReadTemplate(kOther))), kOtherLog);
     }
 
     void unreadableContentIsFalse()
@@ -142,12 +136,14 @@ private Q_SLOTS:
             QTest::ignoreMessage(QtInfoMsg, "XMLReader: ParseXml was called from inside its own parse");
             QVERIFY(!m_pReader->ParseXml());
             if (event->GetType() == XmlEvent::EVENT_DOC_BEGIN) {
-                m_pReader->SetXmlContent(new QDomDocument(Document(kOther)));
-                m_pReader->SetXmlContent(Document(kOther));
+                auto *again = new QDomDocument(ReadTemplate(kOther));
+                m_pReader->SetXmlContent(again);
+                m_pReader->SetXmlContent(ReadTemplate(kOther));
+                m_pReader->SetXmlContent(again);
                 found = Found("d") + FoundBelow("dummy");
             }
         };
-        QCOMPARE(Parse(new QDomDocument(Document(kSmall))), kSmallLog);
+        QCOMPARE(Parse(new QDomDocument(ReadTemplate(kSmall))), kSmallLog);
         QCOMPARE(found, QStringLiteral("d"));
         QCOMPARE(Parse(Write(kSmall)), kSmallLog);
         QCOMPARE(Parse(), kOtherLog);
@@ -169,12 +165,12 @@ private Q_SLOTS:
     void deletesHandedOverDocumentAtNextContentOnly()
     {
         // A root is without its parent when its document is gone.
-        auto *first = new QDomDocument(Document(kSmall));
+        auto *first = new QDomDocument(ReadTemplate(kSmall));
         const QDomElement root = first->documentElement();
         m_pReader->SetXmlContent(first);
         m_pReader->SetXmlContent(first);
         QVERIFY(root.parentNode().isDocument());
-        const auto second = std::make_unique<QDomDocument>(Document(kOther));
+        const auto second = std::make_unique<QDomDocument>(ReadTemplate(kOther));
         m_pReader->SetXmlContent(second.get());
         QVERIFY(root.parentNode().isNull());
         m_pReader.reset();
@@ -183,17 +179,17 @@ private Q_SLOTS:
 
     void hostHandlerStaysAsItIs()
     {
-        QDomDocument document = Document(kSmall);
+        QDomDocument document = ReadTemplate(kSmall);
         XmlContentHandler handler(&m_oRecorder, &document);
         m_pReader = std::make_unique<XMLReader>(&m_oRecorder, &handler);
-        QCOMPARE(Parse(Document(kOther)), QStringLiteral("( c[a|] d[b|] /d /c ) 1"));
+        QCOMPARE(Parse(ReadTemplate(kOther)), QStringLiteral("( c[a|] d[b|] /d /c ) 1"));
         m_pReader.reset();
         QCOMPARE(handler.GetCurrentElement()->tagName(), QStringLiteral("a"));
     }
 
     void stopsAtItsLimits()
     {
-        QDomDocument deep = Document(kSmall);
+        QDomDocument deep = ReadTemplate(kSmall);
         const QDomElement chain = MakeChain(deep, deep.createElement(QStringLiteral("x")), 100000);
         deep.documentElement().appendChild(chain);
         QTest::ignoreMessage(QtInfoMsg, "XMLReader: the content is not parsed, since it nests more elements than 500");
@@ -210,10 +206,10 @@ private Q_SLOTS:
     void canBeUsedAfterAReceiverHasThrown()
     {
         m_oRecorder.m_pHook = [this](XmlEvent *) {
-            m_pReader->SetXmlContent(Document(kOther));
+            m_pReader->SetXmlContent(ReadTemplate(kOther));
             throw 1;
         };
-        QVERIFY_EXCEPTION_THROWN(Parse(Document(kSmall)), int);
+        QVERIFY_EXCEPTION_THROWN(Parse(ReadTemplate(kSmall)), int);
         m_oRecorder.m_pHook = nullptr;
         QCOMPARE(Parse(), kOtherLog);
     }
@@ -221,7 +217,7 @@ private Q_SLOTS:
     void findsNodes()
     {
         QCOMPARE(Found("x"), QString());
-        QDomDocument document = Document(kTree + QLatin1String("<!-- -->"));
+        QDomDocument document = ReadTemplate(kTree + QLatin1String("<!-- -->"));
         m_pReader->SetXmlContent(document);
         QCOMPARE(Found("x"), QStringLiteral("x:1 x:3 x:4")); // a match hides what is in it
         QCOMPARE(Found("x", "y"), QStringLiteral("x:3")); // below the first of several
@@ -240,13 +236,14 @@ private Q_SLOTS:
         m_pReader->SetXmlContent(fragment);
         QCOMPARE(Found("x"), QStringLiteral("x:1 x:2"));
         // An instruction ends the search of its parent.
-        m_pReader->SetXmlContent(Document(QStringLiteral("<r><a><?p?><p><x/></p></a><p><x id='3'/></p></r>")));
+        m_pReader->SetXmlContent(ReadTemplate(QStringLiteral("<r><a><?p?><p><x/></p></a><p><x id='3'/></p></r>")));
         QCOMPARE(Found("x", "p"), QStringLiteral("x:3"));
     }
 
     void searchesBelowTheCursor()
     {
-        m_pReader->SetXmlContent(Document(QStringLiteral("<r><a><x id='1'/></a><b><x id='2'/><b id='3'/></b></r>")));
+        m_pReader->SetXmlContent(
+            ReadTemplate(QStringLiteral("<r><a><x id='1'/></a><b><x id='2'/><b id='3'/></b></r>")));
         QStringList found;
         m_oRecorder.m_pHook = [&](XmlEvent *event) {
             found += FoundBelow("x");
@@ -264,11 +261,11 @@ private Q_SLOTS:
     void keptNodesHaveTheirSubtree()
     {
         for (const bool isDocumentGone : { false, true }) {
-            m_pReader->SetXmlContent(new QDomDocument(Document(QStringLiteral("<r><x a='&lt;'><z/></x><y/></r>"))));
+            m_pReader->SetXmlContent(new QDomDocument(ReadTemplate(QStringLiteral("<r><x a='&lt;'><z/></x><y/></r>"))));
             const QDomNode kept = m_pReader->GetElement(QStringLiteral("x"), QString())->front();
             QCOMPARE(Found("none"), QString());
             if (isDocumentGone) {
-                m_pReader->SetXmlContent(Document(kSmall));
+                m_pReader->SetXmlContent(ReadTemplate(kSmall));
             }
             // Neither its document nor its sibling is there any more.
             QCOMPARE(Parse(kept), QStringLiteral("( x a=<[|_] /z z[|_] /x ) 1"));
@@ -279,7 +276,7 @@ private Q_SLOTS:
     {
         QTest::ignoreMessage(QtInfoMsg, "XmlContentHandler: pCallback is NULL!");
         QTest::ignoreMessage(QtInfoMsg, "XMLReader: pCallback is NULL!");
-        QDomDocument document = Document(kSmall);
+        QDomDocument document = ReadTemplate(kSmall);
         XmlContentHandler handler(nullptr, &document);
         XMLReader reader(nullptr, &handler);
         QVERIFY(!reader.SetXmlContent(document) && !reader.SetXmlContent(&document) && !reader.ParseXml());

@@ -1,3 +1,5 @@
+#include "support/files.h"
+
 #include "host/quilmar.h"
 #include "xml/xmlwriter.h"
 
@@ -35,9 +37,7 @@ class TstXmlWriter : public QObject
     /// The file without its declaration, line ends and indentation.
     QString Saved()
     {
-        QFile file(m_sPath);
-        const bool isSaved = m_pWriter->SaveXmlFile() && file.open(QIODevice::ReadOnly);
-        const QString text = isSaved ? QString::fromUtf8(file.readAll()) : QString();
+        const QString text = m_pWriter->SaveXmlFile() ? QString::fromUtf8(FileBytes(m_sPath)) : QString();
         const QString head = QStringLiteral("<?xml version='1.0' encoding='UTF-8'?>\n");
         return text.startsWith(head) ? text.mid(head.size()).remove(QRegularExpression(QStringLiteral("\n *"))) : text;
     }
@@ -133,8 +133,7 @@ private Q_SLOTS:
         thread->setStackSize(128 * 1024);
         thread->start();
         QVERIFY(thread->wait());
-        QFile file(m_sPath);
-        QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll().count("</f>") == 1999);
+        QCOMPARE(FileBytes(m_sPath).count("</f>"), 1999);
     }
 };
 
