@@ -1,6 +1,5 @@
 #include "events/eventsender.h"
 
-#include <QDomDocument>
 #include <QTest>
 
 #include <type_traits>
@@ -17,18 +16,6 @@ class XmlEventTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void copyKeepsTypeAndNode()
-    {
-        QDomDocument document;
-        const QDomNode element = document.appendChild(document.createElement(QStringLiteral("a")));
-        const ElemBeginEvent event(element, QStringLiteral("b"), QXmlAttributes(), QStringLiteral("t"));
-        ElemBeginEvent copy { QDomNode(), QString(), QXmlAttributes(), QString() };
-        copy = ElemBeginEvent(event);
-        QCOMPARE(copy.GetType(), XmlEvent::EVENT_ELEM_BEGIN);
-        QCOMPARE(copy.GetParentName() + copy.GetElementName() + copy.GetElementText(), QStringLiteral("#documentbt"));
-        QVERIFY(copy.GetElementNode() == element);
-    }
-
     // A receiver that calls a setter causes a second event inside the first.
     void isDestroyedByTheSenderInnermostFirst()
     {

@@ -3,7 +3,6 @@
 #include "host/quilmar.h"
 #include "host/trace.h"
 
-#include <QDateTime>
 #include <QTest>
 
 using values::MemoryTree;
@@ -40,14 +39,6 @@ private Q_SLOTS:
         }
     }
 
-    void TellsTheTime()
-    {
-        const qint64 before = QDateTime::currentMSecsSinceEpoch();
-        const auto now = static_cast<qint64>(OrvoOS::Create().GetTime());
-        QVERIFY(before <= now && now <= QDateTime::currentMSecsSinceEpoch());
-    }
-
-    // A value keeps its place and its kind for good.
     void KeepsValues()
     {
         MemoryTree tree;
