@@ -32,7 +32,7 @@ class Sources
 {
 public:
     Sources(VCReporting &control, const QString &items)
-        : m_Control(control)
+        : m_oControl(control)
     {
         for (const QString &item : items.split(QStringLiteral("; "))) {
             const QString name = item.section(QLatin1Char('='), 0, 0);
@@ -54,15 +54,15 @@ private:
         };
         const int exponent = value == QLatin1String("2500") ? 3 : 0;
         if (name == QLatin1String("valid")) {
-            m_Control.SetValidOutput(true);
+            m_oControl.SetValidOutput(true);
         } else if (value.isEmpty()) {
-            m_Control.AddReportContainer(name, counting);
+            m_oControl.AddReportContainer(name, counting);
         } else if (value == QLatin1String("item")) {
-            m_Control.AddExplicitReportData(name, value, 1, QString(), 0, QString());
+            m_oControl.AddExplicitReportData(name, value, 1, QString(), 0, QString());
         } else if (count.isEmpty()) {
-            m_Control.AddReportSource(name, source, 1, QString(), exponent, QString());
+            m_oControl.AddReportSource(name, source, 1, QString(), exponent, QString());
         } else {
-            m_Control.AddReportSource(name, source, counting, QString(), exponent, QString());
+            m_oControl.AddReportSource(name, source, counting, QString(), exponent, QString());
         }
     }
     QVariant GetValue(const QString &value, const ReportPlace &place)
@@ -79,12 +79,12 @@ private:
         };
         ++m_iAsked;
         if (value == QLatin1String("clear")) {
-            m_Control.ClearReportData();
+            m_oControl.ClearReportData();
         }
         return value == QLatin1String("throw") ? Throw(place) : values.value(value, place.GetText());
     }
 
-    VCReporting &m_Control;
+    VCReporting &m_oControl;
 };
 
 // What a schema and sources give: how often these were asked, and the report.
