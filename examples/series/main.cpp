@@ -28,7 +28,7 @@ const QDateTime kStart(QDate(2024, 5, 17), QTime(9, 30));
 void Measure(QVector<Spectrum> &spectra, QVector<Event> &events)
 {
     for (int i = 0; i < 20; ++i) {
-        spectra.append({ kStart.addSecs(60 * i), {} });
+        spectra.append({ kStart.addSecs(60LL * i), {} });
         for (int band = 0; band < 31; ++band) {
             spectra.last().levels.append(60 - std::abs(band - 17) + 0.1 * i);
         }
@@ -36,6 +36,40 @@ void Measure(QVector<Spectrum> &spectra, QVector<Event> &events)
     for (int i = 0; i < 1000; ++i) {
         events.append({ kStart.addSecs(i), 70.0 + i % 40, i % 3 == 0 ? "horn" : "" });
     }
+}
+
+void AddSite(VCReporting &control)
+{
+    control.AddExplicitReportData("Site", "Main street 5", 1, "", 0, "");
+    control.AddExplicitReportData("Road", "L 3005", 1, "", 0, ""); // of the three sources the one there is
+    control.AddExplicitReportData("Temperature", 18.5, 1, "", 0, "");
+    control.AddExplicitReportData("Wind", 2.0, 1, "", 0, "");
+    control.AddReportSource(
+        "Start", [](const ReportPlace &) { return kStart; }, 1, "", 0, "");
+}
+
+// What happened, in the order of time.
+void AddEvents(VCReporting &control, const QVector<Event> &events)
+{
+    const auto event = [&events](const ReportPlace &place) { return events.at(place.GetIndex("Event")); };
+    control.AddReportContainer("Event", events.size());
+    control.AddReportSource(
+        "Time", [=](const ReportPlace &place) { return event(place).time; }, 1, "", 0, "");
+    control.AddReportSource(
+        "Peak", [=](const ReportPlace &place) { return event(place).peak; }, 1, "", 0, "");
+    const auto kind = [=](const ReportPlace &place) {
+        return event(place).kind.isEmpty() ? QVariant() : event(place).kind;
+    };
+    control.AddReportSource("Class", kind, 1, "", 0, "");
+}
+
+void Tell(const ReportOutcome &outcome)
+{
+    qInfo().noquote() << outcome.GetPath() << (outcome.IsSaved() ? "is saved" : outcome.GetSaveError());
+    for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
+        qInfo().noquote() << refused.m_sPlace << refused.m_sValue << "was not written:" << refused.m_sReason;
+    }
+    qInfo().noquote() << outcome.GetMissing().size() << "missing" << outcome.GetMissing().join(' ');
 }
 
 } // namespace
@@ -54,12 +88,7 @@ int main(int argc, char *argv[])
 
     VCReporting control(argv[1], argv[2], nullptr, false, "reporting", false, QPixmap());
     control.SetValidOutput(true);
-    control.AddExplicitReportData("Site", "Main street 5", 1, "", 0, "");
-    control.AddExplicitReportData("Road", "L 3005", 1, "", 0, ""); // of the three sources the one there is
-    control.AddExplicitReportData("Temperature", 18.5, 1, "", 0, "");
-    control.AddExplicitReportData("Wind", 2.0, 1, "", 0, "");
-    control.AddReportSource(
-        "Start", [](const ReportPlace &) { return kStart; }, 1, "", 0, "");
+    AddSite(control);
 
     // Each value finds its own by its place: Band 7 of Spectrum 3 is spectra[2].levels[6].
     const auto spectrum = [&](const ReportPlace &place) { return spectra.at(place.GetIndex("Spectrum")); };
@@ -72,25 +101,12 @@ int main(int argc, char *argv[])
     const auto centre = [](const ReportPlace &place) { return std::pow(10, 1.3 + 0.1 * place.GetIndex("Band")); };
     control.AddReportSource("Centre", centre, 1, "", 0, "");
 
-    const auto event = [&](const ReportPlace &place) { return events.at(place.GetIndex("Event")); };
-    control.AddReportContainer("Event", events.size());
-    control.AddReportSource(
-        "Time", [=](const ReportPlace &place) { return event(place).time; }, 1, "", 0, "");
-    control.AddReportSource(
-        "Peak", [=](const ReportPlace &place) { return event(place).peak; }, 1, "", 0, "");
-    const auto kind = [=](const ReportPlace &place) {
-        return event(place).kind.isEmpty() ? QVariant() : event(place).kind;
-    };
-    control.AddReportSource("Class", kind, 1, "", 0, "");
+    AddEvents(control, events);
 
     int result = 1;
     QObject::connect(&control, &VCReporting::ReportFinished, [&result](const ReportOutcome &outcome) {
         result = outcome.IsComplete() ? 0 : 1;
-        qInfo().noquote() << outcome.GetPath() << (outcome.IsSaved() ? "is saved" : outcome.GetSaveError());
-        for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
-            qInfo().noquote() << refused.m_sPlace << refused.m_sValue << "was not written:" << refused.m_sReason;
-        }
-        qInfo().noquote() << outcome.GetMissing().size() << "missing" << outcome.GetMissing().join(' ');
+        Tell(outcome);
     });
     control.SlotToReport();
     return result;

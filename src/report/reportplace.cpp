@@ -22,7 +22,7 @@ QString ReportPlace::GetText() const
     for (const Step &step : m_lSteps) {
         text += QLatin1Char('/') + step.m_sName;
         if (step.m_iIndex > 0) {
-            text += QStringLiteral("[%1]").arg(step.m_iIndex + 1);
+            text += QLatin1Char('[') + QString::number(step.m_iIndex + 1) + QLatin1Char(']');
         }
     }
     return m_sAttribute.isEmpty() ? text : text + QLatin1String("/@") + m_sAttribute;

@@ -100,7 +100,7 @@ bool XmlCreateReport::ParseSchema(const QString &schemaPath)
                                             : QLatin1String("The schema can't be read: ") + refusal;
     if (!error.isEmpty()) {
         m_pFate->GetOutcome().SetSchemaError(error);
-        trace::Write(Unit(), __LINE__, [&error] { return error; });
+        trace::Write(Unit(), __LINE__, [&error]() -> const QString & { return error; });
     }
     return isParsed;
 }

@@ -100,7 +100,7 @@ void TemplateComparison::CompareAttributes(const Place &place, const QDomElement
         }
         if (!isEqual) {
             AddOtherwise(place.m_iSource, NameOf(place),
-                         QStringLiteral("the attribute \"%1\" of its template").arg(attribute.key()));
+                         QLatin1String("the attribute \"%1\" of its template").arg(attribute.key()));
         }
     }
     if (found != actual.attributes().count()) {
@@ -185,7 +185,7 @@ void TemplateComparison::CompareCounts(const Children &children, const QHash<QSt
             m_oFindings.Add("copies-missing", place.m_iSource,
                             { NameOf(place), QString::number(std::max(0, copies + count)), QString::number(copies) });
         } else if (count != 0) {
-            AddOtherwise(place.m_iSource, NameOf(place), QStringLiteral("it doesn't stand as often as it should"));
+            AddOtherwise(place.m_iSource, NameOf(place), QLatin1String("it doesn't stand as often as it should"));
         }
     }
     if (children.m_lActual.size() > children.m_lExpected.size() && !children.m_lExpected.empty()) {
@@ -222,7 +222,7 @@ void TemplateComparison::Descend(const Children &children)
         const QString name = NameOf(place);
         const auto found = byName.constFind(name);
         if (found == byName.constEnd() || used[name] >= found->size()) {
-            AddOtherwise(place.m_iSource, name, QStringLiteral("it isn't there"));
+            AddOtherwise(place.m_iSource, name, QLatin1String("it isn't there"));
             continue;
         }
         const QDomElement actual = (*found)[used[name]++];

@@ -56,7 +56,7 @@ QString OccursOf(ReaderRun &run, const QDomElement &element)
             if (isOwn) {
                 own.append(Limits(key));
             } else if (IsTypeName(run, parent)) {
-                others.append(QStringLiteral("%1 in %2").arg(Limits(key), parent));
+                others.append(QLatin1String("%1 in %2").arg(Limits(key), parent));
             }
         }
     }
@@ -71,7 +71,7 @@ QString ChoiceOf(ReaderRun &run, const QString &name)
     QStringList places;
     for (const auto &[key, member] : run.GetChoices()) {
         if (member == name) {
-            places.append(QStringLiteral("%1.%2").arg(key / 100 + 1).arg(key % 100 + 1));
+            places.append(QString::number(key / 100 + 1) + QLatin1Char('.') + QString::number(key % 100 + 1));
         }
     }
     return places.join(QStringLiteral(", "));
@@ -114,13 +114,13 @@ QString Allowed(const Attributes &attributes, const QString &name)
     QStringList bounds;
     for (auto attribute = attributes.constBegin(); attribute != attributes.constEnd(); ++attribute) {
         const QString facet = FacetPattern().match(attribute.key()).captured();
-        if (!facet.isEmpty() && facet.size() + name.size() == attribute.key().size()
-            && attribute.key().endsWith(name)) {
-            if (facet.startsWith(QLatin1String("enumeration"))) {
-                values.insert(facet.mid(11).toInt(), attribute.value());
-            } else {
-                bounds.append(facet + QLatin1Char(' ') + attribute.value());
-            }
+        if (facet.isEmpty() || attribute.key() != facet + name) {
+            continue;
+        }
+        if (facet.startsWith(QLatin1String("enumeration"))) {
+            values.insert(facet.mid(11).toInt(), attribute.value());
+        } else {
+            bounds.append(facet + QLatin1Char(' ') + attribute.value());
         }
     }
     return values.isEmpty() ? bounds.join(QStringLiteral(", "))
@@ -202,7 +202,7 @@ QString Template(ReaderRun &run)
         QDomElement ended = element;
         for (int depth = walk.Depth() - 1; isLeaf && depth >= 0 && ended.nextSiblingElement().isNull(); --depth) {
             ended = ended.parentNode().toElement();
-            text += QStringLiteral("%1</%2>\n").arg(QString(depth * 2, QLatin1Char(' ')), ended.tagName());
+            text += QLatin1String("%1</%2>\n").arg(QString(depth * 2, QLatin1Char(' ')), ended.tagName());
         }
     }
     return text;

@@ -139,24 +139,28 @@ Lender MakeLender(const Subject &subject, int number)
     return lender;
 }
 
+// Whether a facet of the one attribute is found by the name of the other.
+bool IsLent(const Lender &lender, const Lender &other)
+{
+    return std::any_of(lender.m_lFacets.begin(), lender.m_lFacets.end(), [&](const QString &facet) {
+        const bool isOfKind = facet.startsWith(QLatin1String("enumeration"))
+            ? TakesText(other.m_sType)
+            : TakesNumber(other.m_sType, Target::Attribute);
+        return isOfKind && facet.contains(other.m_sName);
+    });
+}
+
 void CheckLenders(const Subject &subject, const QString &base, const std::vector<Lender> &attributes,
                   Findings &findings)
 {
-    const QString enumeration = QStringLiteral("enumeration");
     for (const Lender &lender : attributes) {
-        const bool isEnumerated = lender.m_lFacets.value(0).startsWith(enumeration);
+        const bool isEnumerated = lender.m_lFacets.value(0).startsWith(QLatin1String("enumeration"));
         if (isEnumerated && lender.m_sName.at(lender.m_sName.size() - 1).isDigit()
             && ContainsOneOf(subject.BuiltIn(base), { "string", "short", "long" })) {
             findings.Add("attribute-digit", lender.m_iNode, { lender.m_sName });
         }
         for (const Lender &other : attributes) {
-            const bool isLent =
-                std::any_of(lender.m_lFacets.begin(), lender.m_lFacets.end(), [&](const QString &facet) {
-                    const bool isOfKind = facet.startsWith(enumeration) ? TakesText(other.m_sType)
-                                                                        : TakesNumber(other.m_sType, Target::Attribute);
-                    return isOfKind && facet.contains(other.m_sName);
-                });
-            if (isLent && other.m_sName != lender.m_sName) {
+            if (IsLent(lender, other) && other.m_sName != lender.m_sName) {
                 findings.Add("attribute-contains", lender.m_iNode, { lender.m_sName, other.m_sName });
             }
         }
@@ -167,13 +171,13 @@ void CheckLenders(const Subject &subject, const QString &base, const std::vector
 void CheckAttributes(const Subject &subject, Findings &findings)
 {
     const SchemaModel &model = subject.m_oModel;
+    const auto isType = [](const SchemaNode &outer) { return outer.IsType(); };
     std::map<int, std::vector<Lender>> types;
     for (int number = 0; number < model.Count(); ++number) {
         const SchemaNode &node = model.At(number);
         const bool isLocal = node.Is("attribute") && node.m_bInType && !node.m_bFacet;
         if (isLocal && !(node.Get("name") + node.Get("ref")).isEmpty()) {
-            const int type = model.Around(number, [](const SchemaNode &outer) { return outer.IsType(); });
-            types[type].push_back(MakeLender(subject, number));
+            types[model.Around(number, isType)].push_back(MakeLender(subject, number));
         }
     }
     for (const auto &[type, attributes] : types) {
