@@ -41,26 +41,35 @@ bool IsTypeName(const ReaderRun &run, const QString &name)
     return entry != run.GetTypes().end() && entry->second.m_pFragment->firstChild().nodeName() != name;
 }
 
+struct Rows
+{
+    QStringList m_lOwn;
+    QStringList m_lOfTypes;
+
+    void Add(const ReaderRun &run, const QDomElement &element, int key, const QString &parent)
+    {
+        if (parent == element.parentNode().nodeName()) {
+            m_lOwn.append(Limits(key));
+        } else if (IsTypeName(run, parent)) {
+            m_lOfTypes.append(QStringLiteral("%1 in %2").arg(Limits(key), parent));
+        }
+    }
+};
+
 // The rows of an element: those of its parent, else those of types, which can't be told from each other here.
 QString OccursOf(ReaderRun &run, const QDomElement &element)
 {
-    QStringList own;
-    QStringList others;
     const auto keys = run.GetOccurs().find(element.tagName());
     if (keys == run.GetOccurs().end()) {
         return QString();
     }
+    Rows rows;
     for (const auto &[key, parents] : keys->second) {
         for (const QString &parent : parents) {
-            const bool isOwn = parent == element.parentNode().nodeName();
-            if (isOwn) {
-                own.append(Limits(key));
-            } else if (IsTypeName(run, parent)) {
-                others.append(QLatin1String("%1 in %2").arg(Limits(key), parent));
-            }
+            rows.Add(run, element, key, parent);
         }
     }
-    QStringList &shown = own.isEmpty() ? others : own;
+    QStringList &shown = rows.m_lOwn.isEmpty() ? rows.m_lOfTypes : rows.m_lOwn;
     shown.removeDuplicates();
     return shown.join(QStringLiteral(", "));
 }

@@ -139,15 +139,18 @@ Lender MakeLender(const Subject &subject, int number)
     return lender;
 }
 
-// Whether a facet of the one attribute is found by the name of the other.
-bool IsLent(const Lender &lender, const Lender &other)
+// A facet of the one attribute may be found by the name of the other.
+void CheckPair(const Lender &lender, const Lender &other, Findings &findings)
 {
-    return std::any_of(lender.m_lFacets.begin(), lender.m_lFacets.end(), [&](const QString &facet) {
+    const bool isLent = std::any_of(lender.m_lFacets.begin(), lender.m_lFacets.end(), [&](const QString &facet) {
         const bool isOfKind = facet.startsWith(QLatin1String("enumeration"))
             ? TakesText(other.m_sType)
             : TakesNumber(other.m_sType, Target::Attribute);
         return isOfKind && facet.contains(other.m_sName);
     });
+    if (isLent && other.m_sName != lender.m_sName) {
+        findings.Add("attribute-contains", lender.m_iNode, { lender.m_sName, other.m_sName });
+    }
 }
 
 void CheckLenders(const Subject &subject, const QString &base, const std::vector<Lender> &attributes,
@@ -160,9 +163,7 @@ void CheckLenders(const Subject &subject, const QString &base, const std::vector
             findings.Add("attribute-digit", lender.m_iNode, { lender.m_sName });
         }
         for (const Lender &other : attributes) {
-            if (IsLent(lender, other) && other.m_sName != lender.m_sName) {
-                findings.Add("attribute-contains", lender.m_iNode, { lender.m_sName, other.m_sName });
-            }
+            CheckPair(lender, other, findings);
         }
     }
 }
