@@ -13,6 +13,7 @@
 class TAGWRIGHT_EXPORT ReportOutcome
 {
 public:
+    /// What became of the report's file.
     enum class State {
         /// There is no file yet: the report hasn't been made, or its comment dialog is open.
         Open,
@@ -37,7 +38,9 @@ public:
         int m_iError = 0;
     };
 
+    /// Open as long as the comment dialog is.
     State GetState() const { return m_eState; }
+    /// True for a file that stands there whole, whatever was refused or is missing in it.
     bool IsSaved() const { return m_eState == State::Saved; }
     /// The report file, as it is called on this system.
     QString GetPath() const { return m_sPath; }
@@ -56,13 +59,17 @@ public:
     /// Saved, the schema read, nothing refused and nothing missing.
     bool IsComplete() const;
 
-    // For whoever makes the report.
+    /// For whoever makes the report, as are the functions behind this one.
     void SetPath(const QString &path) { m_sPath = path; }
+    /// An empty `error` says that the schema was read.
     void SetSchemaError(const QString &error) { m_sSchemaError = error; }
     /// An empty `error` says that the file stands there.
     void SetSaveResult(const QString &error);
+    /// The operator has ended the dialog unsaved.
     void SetDropped() { m_eState = State::Dropped; }
+    /// To be called in the order of the report.
     void AddRefused(const RefusedValue &refused) { m_lRefusedValues.append(refused); }
+    /// To be called in the order of the report.
     void AddMissing(const QString &place) { m_lMissing.append(place); }
 
 private:

@@ -17,8 +17,8 @@ public:
     /// One element of the way.
     struct Step
     {
-        QString m_sName;
-        int m_iIndex = 0;
+        QString m_sName; ///< the element's name
+        int m_iIndex = 0; ///< its ordinal among those of its name within its parent, from 0
     };
 
     /// No place.
