@@ -274,7 +274,12 @@ private Q_SLOTS:
         QVERIFY(desk.m_pControl->SlotToReport() && kept.contains(QLatin1String("default")));
         kept << Dialog()->objectName();
         for (QString &text : kept) {
-            QVERIFY2(text.isEmpty() || !text.data_ptr()->ref.isStatic(), qPrintable(text));
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+            const bool isLiteral = text.data_ptr()->ref.isStatic();
+#else
+            const bool isLiteral = text.data_ptr().d_ptr() == nullptr;
+#endif
+            QVERIFY2(text.isEmpty() || !isLiteral, qPrintable(text));
         }
         Dialog()->hide();
     }
