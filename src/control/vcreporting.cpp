@@ -185,9 +185,6 @@ bool VCReporting::SlotToReport()
 // signals that it sends.
 bool VCReporting::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != m_pReportButton) {
-        return QWidget::eventFilter(watched, event);
-    }
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
@@ -195,7 +192,11 @@ bool VCReporting::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyRelease:
         break;
     default:
-        return false;
+        // Such an event may come from the end of the button, which is none any more: don't look at it.
+        return QWidget::eventFilter(watched, event);
+    }
+    if (watched != m_pReportButton) {
+        return QWidget::eventFilter(watched, event);
     }
     const ButtonUse use(m_pReportButton, m_pButtonUse);
     // Qt hands an event that the button leaves to others to it a second time, which does no harm.
