@@ -1,6 +1,7 @@
 #include "control/sourcevalue.h"
 
 #include <algorithm>
+#include <cmath>
 #include <initializer_list>
 
 namespace {
@@ -65,10 +66,4 @@ QString SourceValue::GetText() const
         return m_oValue.toDateTime().toString(Qt::ISODate);
     }
     return m_oValue.userType() == QMetaType::QTime ? m_oValue.toTime().toString(Qt::ISODate) : m_oValue.toString();
-}
-
-bool SourceValue::FitsInteger() const
-{
-    const double cut = std::trunc(m_dNumber);
-    return cut >= std::numeric_limits<int>::min() && cut <= std::numeric_limits<int>::max();
 }

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "report/facets.h"
+
 #include <QDateTime>
 #include <QString>
 #include <QTime>
 #include <QVariant>
 
-#include <cmath>
-#include <limits>
-#include <type_traits>
+#include <optional>
 
 /// A value that a source has given for one place, in the forms in which it is written: the first that the builder takes
 /// counts.
@@ -30,7 +30,6 @@ private:
     enum class Form { Bool, Integer, Number, DateTime, Time, Text, TextAsDate, None };
 
     Form TakeForm() { return m_iNext < kMaxForms ? m_aForms[m_iNext++] : Form::None; }
-    bool FitsInteger() const;
     QString GetText() const;
 
     static constexpr int kMaxForms = 3;
@@ -45,13 +44,14 @@ template <typename Set>
 void SourceValue::SetNext(Set set)
 {
     Form form = TakeForm();
-    if (form == Form::Integer && !FitsInteger()) {
+    const std::optional<int> integer = form == Form::Integer ? facets::ToInteger(m_dNumber) : std::nullopt;
+    if (form == Form::Integer && !integer) {
         form = TakeForm();
     }
     if (form == Form::Bool) {
         set(m_oValue.toBool());
     } else if (form == Form::Integer) {
-        set(static_cast<int>(m_dNumber));
+        set(*integer);
     } else if (form == Form::Number) {
         set(m_dNumber);
     } else if (form == Form::DateTime) {

@@ -4,10 +4,10 @@
 #include "control/vcreporting.h"
 #include "events/xmlevent.h"
 #include "host/trace.h"
+#include "report/facets.h"
 #include "report/xmlcreatereport.h"
 
 #include <cmath>
-#include <limits>
 #include <optional>
 
 // How an element that a report announces gets its values from the list. A setter of the builder that refuses a value
@@ -43,21 +43,6 @@ QString ReadText(ReportData &item)
         item.GetDataValue(text);
     }
     return text;
-}
-
-/// Cut towards zero. Nothing for a number beyond 32 bits, which is never bent to fit.
-std::optional<int> ToInteger(double number)
-{
-    const double cut = std::trunc(number);
-    if (cut >= std::numeric_limits<int>::min() && cut <= std::numeric_limits<int>::max()) {
-        return static_cast<int>(cut);
-    }
-    return std::nullopt;
-}
-
-bool FitsInt(long value)
-{
-    return value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
 }
 
 } // namespace
@@ -185,8 +170,8 @@ void VCReporting::SetExplicitValue(const std::shared_ptr<ReportData> &item, cons
     m_pItem = item;
     if (explicitData.m_Kind == EXPLICIT_BOOL) {
         m_pReport->SetXmlValue(explicitData.m_bFlag);
-    } else if (FitsInt(explicitData.m_lValue)) {
-        m_pReport->SetXmlValue(static_cast<int>(explicitData.m_lValue));
+    } else if (const auto integer = facets::ToInteger(static_cast<double>(explicitData.m_lValue))) {
+        m_pReport->SetXmlValue(*integer);
     }
     m_pItem.reset();
     m_bValueWritten = true;
@@ -294,7 +279,7 @@ void VCReporting::HandleError(ITagwright::ErrorID id)
 
 void VCReporting::RetryAsInteger()
 {
-    if (const std::optional<int> integer = ToInteger(m_dCurrentNumber)) {
+    if (const std::optional<int> integer = facets::ToInteger(m_dCurrentNumber)) {
         Retry(*integer);
     } else {
         RetryAsText();

@@ -1,7 +1,9 @@
 #include "report/facets.h"
 
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace facets {
 
@@ -135,6 +137,15 @@ Verdict Check(Facets kind, const QString &text, double number, const AttributeLi
     default:
         return CheckNumber(kind, number, attributes, attribute);
     }
+}
+
+std::optional<int> ToInteger(double number)
+{
+    const double cut = std::trunc(number);
+    if (cut >= std::numeric_limits<int>::min() && cut <= std::numeric_limits<int>::max()) {
+        return static_cast<int>(cut);
+    }
+    return std::nullopt;
 }
 
 } // namespace facets

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// The check of a value against the facets that the template gives an element or an attribute, written once for both:
 /// `attribute` is empty for the element's own value.
 ///
@@ -27,5 +29,9 @@ struct Verdict
 /// bound has its say after that.
 Verdict Check(Facets kind, const QString &text, double number, const AttributeList &attributes,
               const QString &attribute);
+
+/// The integer form of a number, cut towards zero. Nothing for NaN and for what 32 bits don't hold, which is never bent
+/// to fit.
+std::optional<int> ToInteger(double number);
 
 } // namespace facets

@@ -8,9 +8,6 @@
 #include <QDomDocument>
 #include <QDomElement>
 
-#include <cmath>
-#include <limits>
-
 namespace {
 
 using facets::Facets;
@@ -45,13 +42,6 @@ QString TypeName()
 QString ShortType()
 {
     return QStringLiteral("short");
-}
-
-// False for a number that has no integer form, NaN among them.
-bool FitsInteger(double value)
-{
-    const double cut = std::trunc(value);
-    return cut >= std::numeric_limits<int>::min() && cut <= std::numeric_limits<int>::max();
 }
 
 } // namespace
@@ -111,12 +101,13 @@ void XmlCreateReport::SetElement(GivenValue given)
         RefuseType(given, QString());
         return;
     }
-    if (isShort && !FitsInteger(given.m_dNumber)) {
-        RefuseValue(given, QString(), QStringLiteral("no integer holds it"));
-        return;
-    }
     if (isShort) {
-        given.m_sText = QString::number(static_cast<int>(given.m_dNumber));
+        const std::optional<int> integer = facets::ToInteger(given.m_dNumber);
+        if (!integer) {
+            RefuseValue(given, QString(), QStringLiteral("no integer holds it"));
+            return;
+        }
+        given.m_sText = QString::number(*integer);
     } else if (&given.m_oKind == &kInteger) {
         // Even if the bounds refuse the value: the walk then takes the element for a container.
         GetAttributes().Remove(TypeName());
