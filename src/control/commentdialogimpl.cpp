@@ -79,9 +79,9 @@ QString UnitSuffix(const QDomElement &element)
 
 } // namespace
 
-CommentDialogImpl::CommentDialogImpl()
+CommentDialogImpl::CommentDialogImpl(std::shared_ptr<ReportFate> fate)
     : QDialog(nullptr, Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
-    , m_pFate(std::make_shared<ReportFate>())
+    , m_pFate(std::move(fate))
     , m_pSelf(this, [](CommentDialogImpl *) {})
 {
     DialogsEnd::Arrange();
@@ -96,6 +96,8 @@ CommentDialogImpl::CommentDialogImpl()
 
 CommentDialogImpl::~CommentDialogImpl()
 {
+    // Whoever hears of the fate may end the builder, which must not end the dialog once more.
+    m_pSelf.reset();
     m_pFate->Settle();
 }
 
@@ -252,6 +254,9 @@ QDomElement CommentDialogImpl::AddComment(const QString &comment)
 /// False if the dialog stays open, with the comment in its editor alone.
 bool CommentDialogImpl::Save(const QString &comment)
 {
+    if (m_pDocument == nullptr) {
+        return true;
+    }
     QDomElement element = AddComment(comment);
     if (SaveDocument()) {
         hide();

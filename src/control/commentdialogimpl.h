@@ -20,15 +20,14 @@ class CommentDialogImpl : public QDialog, public Ui::CommentDialog
     Q_OBJECT
 
 public:
-    CommentDialogImpl();
+    /// `fate` hears of each saving, and of the end of the dialog.
+    explicit CommentDialogImpl(std::shared_ptr<ReportFate> fate);
     ~CommentDialogImpl() override;
 
     /// The document to show, to add the comment to and to save. Not owned: it must outlive the dialog or its End().
     void SetDocument(QDomDocument *document) { m_pDocument = document; }
     /// The complete path of the report file.
     void SetFileName(QString fileName) { m_sFileName = std::move(fileName); }
-    /// Hears of each saving, and of the end of the dialog.
-    void SetFate(std::shared_ptr<ReportFate> fate) { m_pFate = std::move(fate); }
     /// Fills the labels and opens the dialog. Doesn't wait for its end.
     void ShowData();
     /// Destroys the dialog without saving. One that Qt is just showing or hiding is destroyed when Qt is through with

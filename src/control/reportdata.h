@@ -104,6 +104,8 @@ public:
     QString GetUnit();
     /// The power of ten by which numbers are divided.
     int GetExponent();
+    /// A number divided by 10 to the power of the exponent.
+    double Scaled(double number) const;
     /// The value that the tree gave at construction, or null. The tree's.
     values::ValueBase *GetVTObject();
     /// The item has a source or was given explicit data.
@@ -111,7 +113,6 @@ public:
 
 private:
     bool ReadSelection(double number, QString text, double &value) const;
-    double Scaled(double number) const;
 
     QString m_sName;
     QString m_sPath;

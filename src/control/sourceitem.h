@@ -7,13 +7,8 @@
 
 class XmlCreateReport;
 
-/// Leads out of a report when the control has ended in a function of its host.
-struct ControlEnded
-{
-};
-
 /// An item without a value of its own: a source, which a host's function gives one for each place, or a container. The
-/// functions are the host's: they may end the list and the control while they run.
+/// functions are the host's: they may change the list while they run.
 class SourceItem : public ReportData
 {
 public:

@@ -1,7 +1,6 @@
 #include "control/sourcevalue.h"
 
 #include <algorithm>
-#include <cmath>
 #include <initializer_list>
 
 namespace {
@@ -29,15 +28,15 @@ bool SourceValue::IsUsable(const QVariant &value)
     }
 }
 
-SourceValue::SourceValue(const QVariant &value, int exponent, bool isAttribute)
+SourceValue::SourceValue(const QVariant &value, ReportData &item, bool isAttribute)
     : m_oValue(value)
 {
     const int type = value.userType();
     const auto take = [this](std::initializer_list<Form> forms) { std::copy(forms.begin(), forms.end(), m_aForms); };
     if (type == QMetaType::Double || type == QMetaType::Float || IsWhole(type)) {
-        m_dNumber = exponent == 0 ? value.toDouble() : value.toDouble() / std::pow(10.0, exponent);
+        m_dNumber = item.Scaled(value.toDouble());
         // A whole number keeps all of its digits as a text, where a double loses some.
-        if (IsWhole(type) && exponent == 0) {
+        if (IsWhole(type) && item.GetExponent() == 0) {
             take({ Form::Integer, Form::Number, Form::Text });
         } else {
             m_bNumberText = true;

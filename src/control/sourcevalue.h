@@ -1,5 +1,6 @@
 #pragma once
 
+#include "control/reportdata.h"
 #include "report/facets.h"
 
 #include <QDateTime>
@@ -14,9 +15,9 @@
 class SourceValue
 {
 public:
-    /// Numbers are divided by 10 to the power of `exponent`. Attributes take no bool and no time: these are texts
+    /// Numbers are scaled as `item` asks for. Attributes take no bool and no time: these are texts
     /// there.
-    SourceValue(const QVariant &value, int exponent, bool isAttribute);
+    SourceValue(const QVariant &value, ReportData &item, bool isAttribute);
 
     /// Whether a report can hold values of that kind at all.
     static bool IsUsable(const QVariant &value);

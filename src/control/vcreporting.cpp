@@ -48,7 +48,7 @@ bool Exists(const QString &path)
 class ButtonUse
 {
 public:
-    ButtonUse(VCButton *button, std::shared_ptr<int> use)
+    ButtonUse(QObject *button, std::shared_ptr<int> use)
         : m_pButton(button)
         , m_pUse(std::move(use))
     {
@@ -62,8 +62,43 @@ public:
     Q_DISABLE_COPY(ButtonUse)
 
 private:
-    QPointer<VCButton> m_pButton;
+    QPointer<QObject> m_pButton;
     std::shared_ptr<int> m_pUse; // the control has one too, to its end
+};
+
+/// Takes the events at which a button may send signals, behind all other filters, and hands them on itself: Qt goes on
+/// with the button behind the signals, whose slots may end the control. Belongs to the button.
+class ButtonFilter : public QObject
+{
+public:
+    ButtonFilter(QObject *button, const std::shared_ptr<int> &use)
+        : QObject(button)
+        , m_pUse(use)
+    {
+        button->installEventFilter(this);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const std::shared_ptr<int> controlUse = m_pUse.lock();
+        if (controlUse == nullptr || !MaySend(event->type())) {
+            return false;
+        }
+        const ButtonUse use(watched, controlUse);
+        if (!watched->event(event)) {
+            event->ignore();
+        }
+        return true;
+    }
+
+private:
+    static bool MaySend(QEvent::Type type)
+    {
+        return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease || type == QEvent::MouseMove
+            || type == QEvent::MouseButtonDblClick || type == QEvent::KeyPress || type == QEvent::KeyRelease
+            || type == QEvent::FocusOut || type == QEvent::EnabledChange;
+    }
+
+    std::weak_ptr<int> m_pUse; // empty when the control has ended
 };
 
 /// Ends an object ahead of its parent.
@@ -140,10 +175,12 @@ void VCReporting::EnableReportButton(bool enable)
     }
     const QPointer<QTimer> timer = m_pCheckTimer;
     if (!enable) {
-        SetButtonEnabled(false);
         if (timer != nullptr) {
             timer->stop();
         }
+        // Also where it is disabled by its tool bar, with which it must not come back.
+        const ButtonUse use(m_pReportButton, m_pButtonUse);
+        m_pReportButton->setEnabled(false);
         return;
     }
     // The host may delete the control in a slot of the poll's signal, and the timer goes with it.
@@ -181,28 +218,6 @@ bool VCReporting::SlotToReport()
     return guard != nullptr && RunReport();
 }
 
-// The button gets the events of a press from here, behind all others that filter them: Qt goes on with it behind the
-// signals that it sends.
-bool VCReporting::eventFilter(QObject *watched, QEvent *event)
-{
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-        break;
-    default:
-        // Such an event may come from the end of the button, which is none any more: don't look at it.
-        return QWidget::eventFilter(watched, event);
-    }
-    if (watched != m_pReportButton) {
-        return QWidget::eventFilter(watched, event);
-    }
-    const ButtonUse use(m_pReportButton, m_pButtonUse);
-    // Qt hands an event that the button leaves to others to it a second time, which does no harm.
-    return watched->event(event);
-}
-
 void VCReporting::EndReporting()
 {
     m_bReporting = false;
@@ -222,17 +237,15 @@ bool VCReporting::RunReport()
     if (guard == nullptr) {
         return false;
     }
-    // The control may end in a source or while the dialog opens, and must not take the running report with it.
+    // The control may end while the dialog opens, and must not take the running report with it.
     const auto report = std::make_shared<XmlCreateReport>(this);
     m_pReport = report;
     bool isSuccessful = false;
     try {
         isSuccessful = CreateReport(reportPath);
-    } catch (const ControlEnded &) {
-        return false;
     } catch (...) {
         ReportOutcome outcome = report->GetOutcome();
-        outcome.SetSaveResult(QStringLiteral("A value threw an exception."));
+        outcome.SetSaveResult(QStringLiteral("An exception has ended the report."));
         TellFate(guard, outcome);
         throw;
     }
@@ -240,6 +253,8 @@ bool VCReporting::RunReport()
         Release(report);
         return isSuccessful;
     }
+    // The report is made: a slot may ask for the next one.
+    EndReporting();
     if (isSuccessful) {
         Q_EMIT ReportSuccessful();
     } else {
@@ -259,14 +274,10 @@ bool VCReporting::CreateReport(const QString &reportPath)
         }
     });
     const std::shared_ptr<XmlCreateReport> report = m_pReport;
-    const bool keepsUnsaved = m_bKeepUnsavedDialog;
     report->SetValidOutput(m_bValidOutput);
+    report->SetKeepUnsavedDialog(m_bKeepUnsavedDialog);
     report->SetCollectOutcome(isSignalConnected(QMetaMethod::fromSignal(&VCReporting::ReportFinished)));
-    const bool isSuccessful = report->CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
-    for (QDialog *dialog : report->GetCommentDialogs()) {
-        qobject_cast<CommentDialogImpl *>(dialog)->SetKeepUnsaved(keepsUnsaved);
-    }
-    return isSuccessful;
+    return report->CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
 }
 
 void VCReporting::SlotCheckFileAndDirectory()
@@ -303,7 +314,7 @@ void VCReporting::MakeReportButton()
     }
     m_pReportButton->setEnabled(true);
     connect(m_pReportButton, &VCButton::clicked, this, &VCReporting::SlotToReport);
-    m_pReportButton->installEventFilter(this);
+    new ButtonFilter(m_pReportButton, m_pButtonUse);
     // Before a host hears of its end, which is before the pointer would be cleared.
     connect(m_pReportButton, &QObject::destroyed, this, [this] { m_pReportButton.clear(); });
 }

@@ -112,7 +112,7 @@ public:
     /// anything below it. With "delete after use" sources and containers leave the list when the report has been made,
     /// not before.
     ///
-    /// A source may change the list and even delete the control, which ends the report without a file.
+    /// A source may change the list, but not delete the control.
     void AddReportSource(QString name, ReportSource source, int maxOccurs, QString auxText, int exponent, QString unit);
     /// The same for a count of each place. It is asked once for each element; copies that have been made already are
     /// neither more nor fewer by it. One that throws counts as 1.
@@ -130,8 +130,6 @@ public:
 
     /// The report's side of the control; not for the host.
     void XmlUpdate(XmlEvent *event) override;
-    /// Lets the button outlive its press; not for the host.
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
     /// A report is about to be made: the last moment to change values, schema or comment dialog for it.
@@ -150,7 +148,8 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Makes a report, "yyyy-MM-dd_hh-mm-ss-z.xml" in the report directory. The result says that the schema was read;
     /// it is false, without a further signal after PrepareToReport(), for a schema path that doesn't end in ".xsd". A
-    /// call from inside a slot of the signals that this sends returns false at once and sends nothing.
+    /// call from inside a slot of PrepareToReport(), or while the report is being made, returns false at once and sends
+    /// nothing.
     bool SlotToReport();
 
 private Q_SLOTS:
@@ -175,14 +174,13 @@ private:
 
     // Values by place.
     void AddSource(ReportData &traits, ReportSource source, ReportCount count);
-    template <typename Call>
-    auto CallHost(Call call);
+    void AddContainer(ReportData &traits, ReportCount count);
     void EndSources();
     bool IsFirstVisit();
     bool IsAbsent();
     bool OpenSource(const std::shared_ptr<SourceItem> &source, int &count);
     QVariant GetSourceValue(const std::shared_ptr<SourceItem> &source, const QString &attribute);
-    void WriteSource(const QVariant &value, int exponent);
+    void WriteSource(const QVariant &value, ReportData &item);
     void WriteNextForm();
 
     // The values of an element that the report announces.
@@ -202,7 +200,8 @@ private:
     QT_WARNING_DISABLE_DEPRECATED
     void HandleAttributes(QXmlAttributes attributes);
     QT_WARNING_POP
-    void SetAttributeFrom(const std::shared_ptr<ReportData> &item);
+    bool SetAttributeFromItems(bool areAllAsked);
+    bool SetAttributeFrom(const std::shared_ptr<ReportData> &item);
     void StampAttribute();
     void PutAtRest();
 

@@ -64,7 +64,9 @@ void VCReporting::AddReportData(values::Node *node)
 void VCReporting::AddExplicitReportData(QString name, QString value, int maxOccurs, QString auxText, int exponent,
                                         QString unit)
 {
-    TraceExplicit("%s", name, value.toStdWString().c_str(), { auxText, exponent, unit });
+    if (trace::IsOn()) {
+        TraceExplicit("%s", name, value.toStdWString().c_str(), { auxText, exponent, unit });
+    }
     AddExplicit(name, value, maxOccurs, auxText, exponent, unit);
 }
 

@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <utility>
 
-// Values by place: what the host adds, and how an element gets it. A host's function may remove what is being served,
-// and the control with it: an item is shared as long as it is asked, and after each call the control may be gone.
+// Values by place: what the host adds, and how an element gets it. A host's function may remove what is being served:
+// an item is shared as long as it is asked.
 
 namespace {
 
@@ -43,16 +43,12 @@ void VCReporting::AddReportSource(QString name, ReportSource source, ReportCount
 
 void VCReporting::AddReportContainer(QString name, int count)
 {
-    trace::Write(Unit(), __LINE__, [&name] { return QLatin1String("VCReporting::AddReportContainer: ") + name; });
-    m_Items->Append(
-        std::make_shared<SourceItem>(*CreateReportData(name, count, QString(), 0, QString()), nullptr, nullptr));
+    AddContainer(*CreateReportData(name, count, QString(), 0, QString()), nullptr);
 }
 
 void VCReporting::AddReportContainer(QString name, ReportCount count)
 {
-    trace::Write(Unit(), __LINE__, [&name] { return QLatin1String("VCReporting::AddReportContainer: ") + name; });
-    m_Items->Append(
-        std::make_shared<SourceItem>(*CreateReportData(name, 1, QString(), 0, QString()), nullptr, std::move(count)));
+    AddContainer(*CreateReportData(name, 1, QString(), 0, QString()), std::move(count));
 }
 
 void VCReporting::AddSource(ReportData &traits, ReportSource source, ReportCount count)
@@ -67,17 +63,11 @@ void VCReporting::AddSource(ReportData &traits, ReportSource source, ReportCount
     }
 }
 
-/// Runs a function of the host's. Nothing of the control may be touched where it ends in the function: the exception
-/// leads out of the report, which nobody can hear of any more.
-template <typename Call>
-auto VCReporting::CallHost(Call call)
+void VCReporting::AddContainer(ReportData &traits, ReportCount count)
 {
-    const QPointer<VCReporting> guard(this);
-    auto result = call();
-    if (guard == nullptr) {
-        throw ControlEnded();
-    }
-    return result;
+    trace::Write(Unit(), __LINE__,
+                 [&traits] { return QLatin1String("VCReporting::AddReportContainer: ") + traits.GetName(); });
+    m_Items->Append(std::make_shared<SourceItem>(traits, nullptr, std::move(count)));
 }
 
 /// The report has been made, or given up.
@@ -101,11 +91,10 @@ bool VCReporting::IsFirstVisit()
 /// True for an element that a count of 0 has declared absent, and for all below it.
 bool VCReporting::IsAbsent()
 {
-    if (m_lAbsent.isEmpty() || BeginsWith(m_pReport->GetPlace().GetSteps(), m_lAbsent)) {
-        return !m_lAbsent.isEmpty();
+    if (!m_lAbsent.isEmpty() && !BeginsWith(m_pReport->GetPlace().GetSteps(), m_lAbsent)) {
+        m_lAbsent.clear();
     }
-    m_lAbsent.clear();
-    return false;
+    return !m_lAbsent.isEmpty();
 }
 
 /// Asks how often the element in hand is to stand. False if it gets nothing: it has been served before, or is absent.
@@ -114,7 +103,7 @@ bool VCReporting::OpenSource(const std::shared_ptr<SourceItem> &source, int &cou
     if (!IsFirstVisit()) {
         return false;
     }
-    count = CallHost([&] { return source->AskCount(*m_pReport); });
+    count = source->AskCount(*m_pReport);
     if (count > 0) {
         return true;
     }
@@ -134,27 +123,19 @@ QVariant VCReporting::GetSourceValue(const std::shared_ptr<SourceItem> &source, 
     if (source->IsContainer() || !IsFirstVisit()) {
         return QVariant();
     }
-    if (source->IsAsked(m_iAnnouncement, attribute)) {
-        return source->GetValue();
-    }
-    return CallHost([&] {
+    if (!source->IsAsked(m_iAnnouncement, attribute)) {
         source->Ask(m_iAnnouncement, m_pReport->GetPlace(attribute));
-        return source->GetValue();
-    });
+    }
+    return source->GetValue();
 }
 
 /// For the element in hand, or the attribute that is being set.
-void VCReporting::WriteSource(const QVariant &value, int exponent)
+void VCReporting::WriteSource(const QVariant &value, ReportData &item)
 {
-    SourceValue forms(value, exponent, m_bSettingAttribute);
+    SourceValue forms(value, item, m_bSettingAttribute);
     m_pSourceValue = &forms;
-    const QPointer<VCReporting> guard(this);
     // Also if an override of the host's throws: what it was about is gone.
-    const auto forget = qScopeGuard([this, guard] {
-        if (guard != nullptr) {
-            m_pSourceValue = nullptr;
-        }
-    });
+    const auto forget = qScopeGuard([this] { m_pSourceValue = nullptr; });
     WriteNextForm();
     m_bValueWritten = true;
 }

@@ -7,7 +7,6 @@
 #include "report/facets.h"
 #include "report/xmlcreatereport.h"
 
-#include <cmath>
 #include <optional>
 
 // How an element that a report announces gets its values from the list. A setter of the builder that refuses a value
@@ -23,7 +22,7 @@ bool ReadNumber(ReportData &item, double &number)
 {
     const ExplicitReportData data = item.GetExplicitData();
     if (data.m_Kind == EXPLICIT_DOUBLE) {
-        number = data.m_dNumber / std::pow(10.0, item.GetExponent());
+        number = item.Scaled(data.m_dNumber);
         return true;
     }
     return item.GetDataValue(number);
@@ -66,6 +65,12 @@ struct VCReporting::Element
     QXmlAttributes m_oAttributes;
     bool m_bUnitWanted = false;
     QString m_sUnit; // of the last item that matched
+
+    void WantUnit(const QString &unit)
+    {
+        m_sUnit = unit;
+        m_bUnitWanted = m_bUnitWanted || !unit.isEmpty();
+    }
 };
 
 void VCReporting::HandleElement(ElemBeginEvent &event)
@@ -124,8 +129,7 @@ bool VCReporting::ServeElementFrom(const std::shared_ptr<ReportData> &item, Elem
     if (const auto source = std::dynamic_pointer_cast<SourceItem>(item)) {
         return ServeElementFromSource(source, element);
     }
-    element.m_sUnit = item->GetUnit();
-    element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
+    element.WantUnit(item->GetUnit());
     if (item->GetMaxOccurs() > 1) {
         m_pReport->SetElementMaxOccurs(element.m_sName, item->GetMaxOccurs());
     }
@@ -153,9 +157,8 @@ bool VCReporting::ServeElementFromSource(const std::shared_ptr<SourceItem> &sour
     } else if (!value.isValid()) {
         return false;
     } else if (!m_bValueWritten) {
-        element.m_sUnit = source->GetUnit();
-        element.m_bUnitWanted = element.m_bUnitWanted || !element.m_sUnit.isEmpty();
-        WriteSource(value, source->GetExponent());
+        element.WantUnit(source->GetUnit());
+        WriteSource(value, *source);
     }
     HandleAttributes(element.m_oAttributes);
     return true;
@@ -211,12 +214,12 @@ void VCReporting::HandleAttributes(QXmlAttributes attributes)
 {
     for (int i = 0; i < attributes.count() && m_Items->GetFirst() != ItemList::kNone; ++i) {
         m_sCurrentAttribute = attributes.qName(i);
-        const ItemList::Serial serial = m_Items->FindBehind(ItemList::kNone, m_sCurrentAttribute);
         const bool isTime = IsTimeName(m_sCurrentAttribute);
         const bool isDefault = m_sCurrentAttribute == QLatin1String("default");
-        if (serial == m_Items->GetFirst() || (serial != ItemList::kNone && !isTime && !isDefault)) {
-            SetAttributeFrom(m_Items->Get(serial));
-        } else if (isTime) {
+        if (SetAttributeFromItems(!isTime && !isDefault)) {
+            continue;
+        }
+        if (isTime) {
             StampAttribute();
         } else if (isDefault) {
             m_pReport->RemoveAttribute(m_sCurrentAttribute);
@@ -225,15 +228,31 @@ void VCReporting::HandleAttributes(QXmlAttributes attributes)
     }
 }
 
-void VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
+/// Of the items that bear the attribute's name the first that knows a value counts: all of them do, or only the list's
+/// first item. False if none does.
+bool VCReporting::SetAttributeFromItems(bool areAllAsked)
+{
+    ItemList::Serial serial = m_Items->FindBehind(ItemList::kNone, m_sCurrentAttribute);
+    while (serial != ItemList::kNone && (areAllAsked || serial == m_Items->GetFirst())) {
+        if (SetAttributeFrom(m_Items->Get(serial))) {
+            return true;
+        }
+        serial = m_Items->FindBehind(serial, m_sCurrentAttribute);
+    }
+    return false;
+}
+
+/// False if the item is a source that knows no value.
+bool VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
 {
     if (const auto source = std::dynamic_pointer_cast<SourceItem>(item)) {
-        if (const QVariant value = GetSourceValue(source, m_sCurrentAttribute); value.isValid()) {
+        const QVariant value = GetSourceValue(source, m_sCurrentAttribute);
+        if (value.isValid()) {
             m_bSettingAttribute = true;
-            WriteSource(value, source->GetExponent());
+            WriteSource(value, *source);
             PutAtRest();
         }
-        return;
+        return value.isValid();
     }
     const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
     m_pItem = item;
@@ -245,6 +264,7 @@ void VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
     }
     PutAtRest();
     m_bValueWritten = true;
+    return true;
 }
 
 void VCReporting::StampAttribute()

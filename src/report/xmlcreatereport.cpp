@@ -164,12 +164,12 @@ void XmlCreateReport::SaveReport(const QString &reportPath)
 
 void XmlCreateReport::ShowCommentDialog(const QString &reportPath)
 {
-    auto *dialog = new CommentDialogImpl;
+    auto *dialog = new CommentDialogImpl(m_pFate);
     m_CommentDialogs.push_back(dialog->GetSelf());
     m_pDialogDocument = std::make_unique<QDomDocument>(*m_pDocument);
     dialog->SetDocument(m_pDialogDocument.get());
     dialog->SetFileName(ToNativePath(reportPath));
-    dialog->SetFate(m_pFate);
+    dialog->SetKeepUnsaved(m_bKeepUnsavedDialog);
     dialog->ShowData();
 }
 

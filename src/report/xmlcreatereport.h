@@ -70,6 +70,9 @@ public:
     /// called on the stack of this object's or the dialog's destructor, must not throw, and may destroy this object
     /// unless the run is still on the stack. One that is set when that is known already is called at once.
     void SetFateHandler(std::function<void(const ReportOutcome &)> handler);
+    /// Whether a comment dialog whose file can't be written stays open with its text and tells the operator why; off by
+    /// default. To be called before the run.
+    void SetKeepUnsavedDialog(bool keep) { m_bKeepUnsavedDialog = keep; }
 
     /// Runs the report. `schemaPath` is the XSD file, `reportPath` the file to write, both complete paths; "\" may
     /// stand for "/" in both. With `showCommentDialog` the saving is left to a dialog, which is open when the call
@@ -183,6 +186,7 @@ private:
     bool MayBeDiscarded() const;
 
     bool m_bValidOutput = false;
+    bool m_bKeepUnsavedDialog = false;
     std::shared_ptr<const Declarations> m_pDeclarations; // with valid output
     bool m_bCollectOutcome = false;
     std::shared_ptr<ReportFate> m_pFate; // shared with the dialog, which may tell it when this object ends
