@@ -40,9 +40,13 @@ int main(int argc, char *argv[])
     auto *key = new QShortcut(QKeySequence("Shift+F10"), &window);
     QObject::connect(key, &QShortcut::activated, control->GetReportButton(), &QToolButton::click);
     QObject::connect(control, &VCReporting::ReportFinished, &window, [&window](const ReportOutcome &outcome) {
-        window.statusBar()->showMessage(!outcome.IsSchemaRead() ? outcome.GetSchemaError()
-                                            : outcome.IsSaved() ? "Report saved"
-                                                                : "Not saved: " + outcome.GetSaveError());
+        if (!outcome.IsSchemaRead()) {
+            window.statusBar()->showMessage(outcome.GetSchemaError());
+        } else if (!outcome.IsSaved()) {
+            window.statusBar()->showMessage("Not saved: " + outcome.GetSaveError());
+        } else {
+            window.statusBar()->showMessage(outcome.IsComplete() ? "Report saved" : "Report saved, without all values");
+        }
     });
     window.resize(480, 160);
     window.show();

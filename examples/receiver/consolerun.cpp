@@ -71,6 +71,12 @@ int RunOnce(Measurement &measurement, const QString &schema, const QString &repo
         QFile file(outcome.GetPath());
         const bool isOpen = outcome.IsSaved() && file.open(QIODevice::ReadOnly);
         Out() << "\nThe report:\n" << (isOpen ? QString::fromUtf8(file.readAll()) : QString());
+        for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
+            Out() << refused.m_sPlace << " takes no \"" << refused.m_sValue << "\": " << refused.m_sReason << '\n';
+        }
+        for (const QString &place : outcome.GetMissing()) {
+            Out() << place << " has no value\n";
+        }
         Out() << outcome.GetSchemaError() << '\n'
               << (isOpen ? "Saved as " : "Not saved: ") << outcome.GetPath() << ' ' << outcome.GetSaveError() << '\n';
     });

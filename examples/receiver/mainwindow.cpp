@@ -157,6 +157,8 @@ void MainWindow::ConnectControl()
     connect(m_pControl, &VCReporting::ReportDirAndSchemaAvailable, this, &MainWindow::ShowAvailability);
     connect(m_pControl, &VCReporting::ReportSuccessful, this,
             [this] { statusBar()->showMessage(tr("The report waits for its comment.")); });
+    connect(m_pControl, &VCReporting::ReportNotSuccessful, this,
+            [this] { statusBar()->showMessage(tr("The schema can't be read.")); });
     connect(m_pControl, &VCReporting::ReportFinished, this, [this](const ReportOutcome &outcome) {
         m_pReports->Refresh();
         statusBar()->showMessage(ToText(outcome));

@@ -3,7 +3,6 @@
 #include <QWidget>
 
 class Measurement;
-class QCheckBox;
 class QComboBox;
 class QFormLayout;
 

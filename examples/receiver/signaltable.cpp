@@ -17,6 +17,7 @@ SignalTable::SignalTable(Measurement &measurement, QWidget *parent)
     m_pTable->setHorizontalHeaderLabels(
         { tr("MHz"), tr("kHz"), tr("dBµV"), tr("Azimuth"), tr("Modulation"), tr("Status"), tr("Time") });
     m_pTable->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_pTable->setSelectionMode(QAbstractItemView::SingleSelection);
     // The tab key leads on to the buttons.
     m_pTable->setTabKeyNavigation(false);
     m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
@@ -48,6 +49,7 @@ void SignalTable::AddPresent()
     const int row = m_pTable->rowCount();
     m_oMeasurement.GetSignals().append(signal);
     m_pTable->insertRow(row);
+    const QSignalBlocker blocker(m_pTable); // the texts come from there
     for (int column = 0; column < kSignalFields; ++column) {
         m_pTable->setItem(row, column, new QTableWidgetItem(signal.at(column)));
     }

@@ -65,11 +65,16 @@ void AddEvents(VCReporting &control, const QVector<Event> &events)
 
 void Tell(const ReportOutcome &outcome)
 {
+    if (!outcome.IsSchemaRead()) {
+        qInfo().noquote() << outcome.GetSchemaError();
+    }
     qInfo().noquote() << outcome.GetPath() << (outcome.IsSaved() ? "is saved" : outcome.GetSaveError());
     for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
         qInfo().noquote() << refused.m_sPlace << refused.m_sValue << "was not written:" << refused.m_sReason;
     }
-    qInfo().noquote() << outcome.GetMissing().size() << "missing" << outcome.GetMissing().join(' ');
+    for (const QString &place : outcome.GetMissing()) {
+        qInfo().noquote() << place << "has no value";
+    }
 }
 
 } // namespace

@@ -79,11 +79,11 @@ public:
     }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        const std::shared_ptr<int> controlUse = m_pUse.lock();
+        std::shared_ptr<int> controlUse = m_pUse.lock();
         if (controlUse == nullptr || !MaySend(event->type())) {
             return false;
         }
-        const ButtonUse use(watched, controlUse);
+        const ButtonUse use(watched, std::move(controlUse));
         if (!watched->event(event)) {
             event->ignore();
         }
@@ -253,8 +253,6 @@ bool VCReporting::RunReport()
         Release(report);
         return isSuccessful;
     }
-    // The report is made: a slot may ask for the next one.
-    EndReporting();
     if (isSuccessful) {
         Q_EMIT ReportSuccessful();
     } else {

@@ -148,8 +148,7 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Makes a report, "yyyy-MM-dd_hh-mm-ss-z.xml" in the report directory. The result says that the schema was read;
     /// it is false, without a further signal after PrepareToReport(), for a schema path that doesn't end in ".xsd". A
-    /// call from inside a slot of PrepareToReport(), or while the report is being made, returns false at once and sends
-    /// nothing.
+    /// call from inside a slot of the signals that this sends returns false at once and sends nothing.
     bool SlotToReport();
 
 private Q_SLOTS:

@@ -113,13 +113,23 @@ private Q_SLOTS:
     {
         for (const char *signal : { SIGNAL(PrepareToReport()), SIGNAL(ReportSuccessful()), SIGNAL(pressed()),
                                     SIGNAL(released()), SIGNAL(clicked()) }) {
-            for (const int way : { 0, 1, 2, 3 }) {
+            // By the mouse or a key, the latter two in a loop; a key that is held while the button loses the focus, or
+            // is disabled.
+            for (const int way : { 0, 1, 2, 3, 4, 5 }) {
+                if (way > 3 && qstrcmp(signal, SIGNAL(released())) != 0) {
+                    continue;
+                }
                 Desk desk;
-                const Call end([&] { desk.m_pControl.reset(); }, way > 1);
+                const Call end([&] { desk.m_pControl.reset(); }, way == 2 || way == 3);
                 const bool isControls = desk.m_pControl->metaObject()->indexOfSignal(signal + 1) >= 0;
                 connect(isControls ? static_cast<QObject *>(desk.m_pControl.get()) : desk.m_pButton.data(), signal,
                         &end, SLOT(Run()));
-                if (way % 2 == 0) {
+                if (way > 3) {
+                    QApplication::setActiveWindow(&desk.m_oToolBar);
+                    desk.m_pButton->setFocus();
+                    QTest::keyPress(desk.m_pButton, Qt::Key_Space);
+                    way == 4 ? desk.m_pButton->clearFocus() : desk.m_pButton->setEnabled(false);
+                } else if (way % 2 == 0) {
                     desk.Press();
                 } else {
                     QTest::keyClick(desk.m_pButton, Qt::Key_Space);
@@ -162,6 +172,17 @@ private Q_SLOTS:
         Press(dialog, "m_pNoCommentButton");
         QVERIFY(IsEnded(dialog));
         QCOMPARE(desk.Reports().size(), 1);
+    }
+
+    void EndsInItsFate()
+    {
+        const Desk desk;
+        ScriptedReceiver receiver;
+        auto report = std::make_unique<XmlCreateReport>(&receiver);
+        report->SetFateHandler([&report](const ReportOutcome &) { report.reset(); });
+        QVERIFY(report->CreateXmlFromSchema(desk.SchemaPath(), desk.ReportFolder() + QLatin1String("/r.xml"), true));
+        delete Dialog();
+        QVERIFY(report == nullptr);
     }
 
     void EndsWhileADialogHides()

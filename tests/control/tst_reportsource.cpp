@@ -98,6 +98,7 @@ constexpr const char *kRows[][4] = {
     { "nothing is no value", kTexts, "A*2=none", "2 <R><A type='string'/><A type='string'/></R>" },
     { "nor is what no report can hold", kTexts, "A=list", "1 <R><A type='string'/></R>" },
     { "one behind it may know more", kTexts, "A=none; A=item", "1 <R><A>item</A></R>" },
+    { "so for an attribute", kSpectra, "S*1; B=place; Id=none; Id=item", "2 <R><S Id='item'><B>/R/S/B</B></S></R>" },
     { "parent and child", kPairs, "T/L=place", "1 <R><S><L type='string'/></S><T><L>/R/T/L</L></T></R>" },
     { "nobody is asked again", kSpectra, "S*2; B=place; Id=place",
       "4 <R><S Id='/R/S/@Id'><B>/R/S/B</B></S><S Id='/R/S[2]/@Id'><B>/R/S[2]/B</B></S></R>" },
@@ -147,22 +148,6 @@ private Q_SLOTS:
         QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>/R/A</A><A>/R/A[2]</A></R>"));
         QVERIFY(control->SlotToReport());
         QCOMPARE(run.LatestReport(), QStringLiteral("<R><A type='string'/></R>"));
-    }
-
-    void MayEndTheControl()
-    {
-        for (const bool isCount : { true, false }) {
-            const ControlRun run(QString::fromUtf8(kTexts));
-            VCReporting *control = run.MakeControl().release();
-            const auto end = [control](const ReportPlace &) {
-                delete control;
-                return 1;
-            };
-            control->AddReportSource(QStringLiteral("A"), isCount ? ReportSource(Text) : end,
-                                     isCount ? end : ReportCount(), QString(), 0, QString());
-            QVERIFY(!control->SlotToReport());
-            QVERIFY(run.Reports().isEmpty());
-        }
     }
 
     void MayChangeTheDocument()

@@ -65,6 +65,11 @@ private Q_SLOTS:
         desk.m_pControl->EnableReportButton(true);
         QCOMPARE(State(desk), QStringLiteral("missing off"));
         QVERIFY(timer->isActive());
+        // A tool bar doesn't bring back what was disabled meanwhile.
+        desk.m_oToolBar.setEnabled(false);
+        desk.m_pControl->EnableReportButton(false);
+        desk.m_oToolBar.setEnabled(true);
+        QCOMPARE(State(desk), QStringLiteral(" off"));
         // Asked directly, the control runs all the same, and says what it read.
         QVERIFY(QFile::rename(away, desk.SchemaPath()) && desk.m_pControl->SetSchema(desk.SchemaPath()));
         QVERIFY(desk.m_pControl->SlotToReport());
