@@ -80,7 +80,6 @@ private:
     void OpenFragment(QDomDocumentFragment *fragment, bool hasPlaceholders);
     void ReadGlobal(const QXmlAttributes &atts);
     void ReadInclude(const QXmlAttributes &atts);
-    QString IncludePath(const QString &location) const;
     void RunInclude(const QString &path);
     void ChooseRoot();
     void BuildTemplate();

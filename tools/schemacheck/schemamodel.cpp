@@ -59,13 +59,12 @@ int SchemaNode::MaxOccurs() const
 }
 
 SchemaModel::SchemaModel(const QString &path)
-    : m_sTop(QFileInfo(path).absoluteFilePath())
-    , m_sShownDirectory(path.contains(QLatin1Char('/')) ? path.section(QLatin1Char('/'), 0, -2) + QLatin1Char('/')
+    : m_sShownDirectory(path.contains(QLatin1Char('/')) ? path.section(QLatin1Char('/'), 0, -2) + QLatin1Char('/')
                                                         : QString())
-    , m_oOpenFiles(m_sTop)
+    , m_oOpenFiles(QFileInfo(path).absoluteFilePath())
 {
     if (!path.isEmpty()) {
-        m_sError = ReadFile(m_sTop, path, -1);
+        m_sError = ReadFile(QFileInfo(path).absoluteFilePath(), path, -1);
     }
 }
 
@@ -156,7 +155,7 @@ void SchemaModel::ReadInclude(int node)
     for (int parent = At(node).m_iParent; parent >= 0 && At(parent).m_iFile == file; parent = At(parent).m_iParent) {
         ++openTags;
     }
-    const QString path = IncludePath(location);
+    const QString path = m_oOpenFiles.PathOf(location);
     const QString refusal = m_oOpenFiles.Enter(path, openTags);
     if (!refusal.isEmpty()) {
         m_lLostIncludes.push_back({ node, refusal, true });
@@ -170,11 +169,6 @@ void SchemaModel::ReadInclude(int node)
         m_lLostIncludes.push_back({ node, reason.isEmpty() ? reader.GetRefusal() : reason, false });
     }
     m_oOpenFiles.Leave();
-}
-
-QString SchemaModel::IncludePath(const QString &location) const
-{
-    return m_sTop.section(QLatin1Char('/'), 0, -2) + QLatin1Char('/') + location;
 }
 
 void SchemaModel::ForChildren(int node, const std::function<void(int)> &call) const

@@ -95,9 +95,7 @@ private:
     void ReadTags(QXmlStreamReader &reader, int file, int parent);
     void AddNode(const QXmlStreamReader &reader, SchemaNode node);
     void ReadInclude(int node);
-    QString IncludePath(const QString &location) const;
 
-    QString m_sTop;
     QString m_sShownDirectory;
     OpenFiles m_oOpenFiles;
     std::vector<SchemaNode> m_lNodes;
