@@ -123,12 +123,9 @@ void CheckRoot(const Subject &subject, Findings &findings)
 
 void CheckLimit(const Subject &subject, Findings &findings)
 {
-    const QString end = QStringLiteral(": nothing more is built.");
-    for (const QString &trace : subject.m_oRun.GetTraces()) {
-        if (trace.endsWith(end)) {
-            findings.Add("limit", 0, { QString(trace).remove(end) });
-            return;
-        }
+    const QString limit = subject.m_oRun.GetBrokenLimit();
+    if (!limit.isEmpty()) {
+        findings.Add("limit", 0, { limit });
     }
 }
 
