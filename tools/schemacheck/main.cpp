@@ -147,11 +147,12 @@ QSet<QString> IncludesOf(const QString &file)
 QStringList TopFilesOf(const QString &folder)
 {
     QMap<QString, QSet<QString>> includes;
-    for (const QString &file : FilesOf(folder)) {
+    const QStringList files = FilesOf(folder);
+    for (const QString &file : files) {
         includes.insert(QFileInfo(file).canonicalFilePath(), IncludesOf(file));
     }
     QStringList tops;
-    for (const QString &file : FilesOf(folder)) {
+    for (const QString &file : files) {
         const QString path = QFileInfo(file).canonicalFilePath();
         const auto isAbove = [&](const QString &other) {
             return includes[other].contains(path) && !(includes[path].contains(other) && path <= other);
