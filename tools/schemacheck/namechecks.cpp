@@ -2,6 +2,8 @@
 
 #include "subject.h"
 
+#include "schema/schematags.h"
+
 #include <algorithm>
 
 namespace {
@@ -63,9 +65,9 @@ void CheckReference(const Subject &subject, int number, Findings &findings, int 
     const SchemaNode &node = subject.m_oModel.At(number);
     const bool isRestriction = node.Is("restriction") && !node.m_bFacet;
     const QString name = isRestriction ? node.Get("base") : Reference(node);
-    const QString local = name.section(QLatin1Char(':'), -1);
+    const QString local = LocalName(name);
     const bool isMissing = isRestriction || subject.m_oRun.GetUndeclared().count(name) > 0;
-    if (name.isEmpty() || IsBuiltIn(name) || !isMissing) {
+    if (name.isEmpty() || schematags::HasPrefix(name) || !isMissing) {
         return;
     }
     if (subject.m_oModel.IsOfForeignPrefix(node.m_iFile, name)

@@ -2,6 +2,7 @@
 
 #include "dom/guardedreader.h"
 #include "schema/localdeclaration.h"
+#include "schema/schematags.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,9 +14,9 @@
 namespace {
 
 // Without namespaces the reader leaves prefixes alone, as the schema reader does.
-QString LocalName(const QString &tag)
+QString SchemaTag(const QString &tag)
 {
-    return tag.startsWith(QLatin1String("xs:")) ? tag.mid(3) : QString();
+    return tag.startsWith(schematags::kPrefix) ? schematags::WithoutPrefix(tag) : QString();
 }
 
 // Qt's reader doesn't tell where a prolog ends. A file whose bytes aren't its characters keeps what it tells.
@@ -125,7 +126,7 @@ void SchemaModel::ReadTags(QXmlStreamReader &reader, int file, int parent)
 void SchemaModel::AddNode(const QXmlStreamReader &reader, SchemaNode node)
 {
     node.m_sQualifiedName = reader.qualifiedName().toString();
-    node.m_sTag = LocalName(node.m_sQualifiedName);
+    node.m_sTag = SchemaTag(node.m_sQualifiedName);
     node.m_iEnd = Count() + 1;
     for (const QXmlStreamAttribute &attribute : reader.attributes()) {
         const QString name = attribute.qualifiedName().toString();

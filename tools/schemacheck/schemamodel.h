@@ -47,6 +47,12 @@ struct SchemaNode
     int MaxOccurs() const;
 };
 
+/// The name without any prefix.
+inline QString LocalName(const QString &name)
+{
+    return name.section(QLatin1Char(':'), -1);
+}
+
 /// A schema and its includes as one list of tags, in the order in which the schema reader meets them.
 class SchemaModel
 {
