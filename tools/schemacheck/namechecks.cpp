@@ -52,7 +52,7 @@ QString Reference(const SchemaNode &node)
         return QString();
     }
     if (node.Is("element")) {
-        return node.IsLocalElement() && node.Get("name").isEmpty() ? node.Get("ref") : node.Get("type");
+        return node.IsLocalElement() ? node.Needed() : node.Get("type");
     }
     if (node.Is("attribute")) {
         return node.m_bGlobal ? node.Get("type") : node.Get("name").isEmpty() ? node.Get("ref") : QString();

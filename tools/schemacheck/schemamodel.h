@@ -41,6 +41,10 @@ struct SchemaNode
     bool IsLocalElement() const { return Is("element") && !m_bGlobal && !m_bFacet; }
     bool Has(const char *name) const;
     QString Get(const char *name) const;
+    /// The name, else the reference.
+    QString Key() const { return Get("name").isEmpty() ? Get("ref") : Get("name"); }
+    /// The declaration that an element needs: what it refers to in place of a name of its own, else its type.
+    QString Needed() const { return Get("name").isEmpty() ? Get("ref") : Get("type"); }
     QString FirstValue() const { return m_lAttributes.empty() ? QString() : m_lAttributes.front().second; }
     /// The limits as the schema reader takes them; -1 stands for "unbounded".
     int MinOccurs() const;

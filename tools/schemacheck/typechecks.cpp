@@ -69,7 +69,7 @@ void CheckDummy(const Subject &subject, int number, Findings &findings)
 void CheckRecursion(const Subject &subject, int number, Findings &findings)
 {
     const SchemaNode &node = subject.m_oModel.At(number);
-    const QString reference = node.Get("name").isEmpty() ? node.Get("ref") : node.Get("type");
+    const QString reference = node.Needed();
     if (node.IsLocalElement() && !reference.isEmpty() && reference == subject.OwnerOf(number)
         && subject.m_oRun.HasTemplate()) {
         findings.Add("recursive", number, { reference });

@@ -87,7 +87,7 @@ void CheckAttributeType(const Subject &subject, int number, Findings &findings)
     if (node.m_bGlobal) {
         return;
     }
-    const QString key = name.isEmpty() ? node.Get("ref") : name;
+    const QString key = node.Key();
     if (node.Get("use") != QLatin1String("required")) {
         findings.Add("optional-attribute", number, { key });
     }
@@ -130,10 +130,10 @@ struct Lender
 Lender MakeLender(const Subject &subject, int number)
 {
     const SchemaNode &node = subject.m_oModel.At(number);
+    const QString name = node.Key();
     if (!node.Get("name").isEmpty()) {
-        return { number, node.Get("name"), node.Get("type"), {} };
+        return { number, name, node.Get("type"), {} };
     }
-    const QString name = node.Get("ref");
     const QDomElement carrier = subject.Carrier(name);
     Lender lender { number, name, carrier.attribute(QStringLiteral("type")), {} };
     for (const char *facet : { "enumeration1", "minInclusive", "maxInclusive", "minExclusive", "maxExclusive" }) {
@@ -182,7 +182,7 @@ void CheckAttributes(const Subject &subject, Findings &findings)
     for (int number = 0; number < model.Count(); ++number) {
         const SchemaNode &node = model.At(number);
         const bool isLocal = node.Is("attribute") && node.m_bInType && !node.m_bFacet;
-        if (isLocal && !(node.Get("name") + node.Get("ref")).isEmpty()) {
+        if (isLocal && !node.Key().isEmpty()) {
             types[model.Around(number, isType)].push_back(MakeLender(subject, number));
         }
     }
