@@ -11,8 +11,8 @@ class OpenFiles
 public:
     explicit OpenFiles(const QString &topPath);
 
-    /// Where an include is sought: from the top schema's directory, whichever file it stands in. A top schema whose name
-    /// doesn't end in ".xsd" counts as having none.
+    /// Where an include is sought: from the top schema's directory, whichever file it stands in. A top schema whose
+    /// name doesn't end in ".xsd" counts as having none.
     QString PathOf(const QString &location) const;
 
     /// Opens an include that stands below `openTags` tags of the current file. The result is empty, or says, as a

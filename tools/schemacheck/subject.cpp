@@ -82,7 +82,8 @@ bool Subject::HasContent(const QString &type) const
 
 QString Subject::BuiltIn(const QString &type) const
 {
-    return schematags::HasPrefix(type) ? schematags::WithoutPrefix(type) : Carrier(type).attribute(QStringLiteral("type"));
+    return schematags::HasPrefix(type) ? schematags::WithoutPrefix(type)
+                                       : Carrier(type).attribute(QStringLiteral("type"));
 }
 
 QDomElement Subject::Carrier(const QString &name) const
