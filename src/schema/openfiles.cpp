@@ -19,8 +19,18 @@ QString CanonicalPath(const QString &path)
 } // namespace
 
 OpenFiles::OpenFiles(const QString &topPath)
-    : m_lFiles { { CanonicalPath(topPath), 0 } }
+    : m_sTopPath(topPath)
+    , m_lFiles { { CanonicalPath(topPath), 0 } }
 {
+}
+
+QString OpenFiles::PathOf(const QString &location) const
+{
+    const QLatin1Char separator('/');
+    if (m_sTopPath.endsWith(QLatin1String(".xsd"))) {
+        return m_sTopPath.left(m_sTopPath.lastIndexOf(separator)) + separator + location;
+    }
+    return m_sTopPath.endsWith(separator) ? location : separator + location;
 }
 
 QString OpenFiles::Enter(const QString &path, std::size_t openTags)

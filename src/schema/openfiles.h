@@ -11,6 +11,10 @@ class OpenFiles
 public:
     explicit OpenFiles(const QString &topPath);
 
+    /// Where an include is sought: from the top schema's directory, whichever file it stands in. A top schema whose
+    /// name doesn't end in ".xsd" counts as having none.
+    QString PathOf(const QString &location) const;
+
     /// Opens an include that stands below `openTags` tags of the current file. The result is empty, or says, as a
     /// sentence, why the include may not be read: it is open already, or a limit is reached.
     [[nodiscard]] QString Enter(const QString &path, std::size_t openTags);
@@ -26,6 +30,7 @@ private:
         std::size_t m_iLevel = 0;
     };
 
+    QString m_sTopPath;
     std::vector<File> m_lFiles;
     int m_iIncludes = 0;
 };

@@ -5,11 +5,10 @@
 
 void SchemaRun::TraceLimit(const QString &where)
 {
-    if (m_bLimitTraced) {
+    if (!m_sBrokenLimit.isEmpty()) {
         return;
     }
-    m_bLimitTraced = true;
-    trace::Write(schematags::UnitName(), __LINE__, [this, &where] {
-        return QStringLiteral("%1, and %2 would break this: nothing more is built.").arg(m_oMaker.GetReason(), where);
-    });
+    m_sBrokenLimit = QStringLiteral("%1, and %2 would break this").arg(m_oMaker.GetReason(), where);
+    trace::Write(schematags::UnitName(), __LINE__,
+                 [this] { return m_sBrokenLimit + QLatin1String(": nothing more is built."); });
 }

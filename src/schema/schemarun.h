@@ -30,15 +30,17 @@ public:
     /// Keeps a document alive: its fragments look it up when they are changed or cloned.
     void Keep(const QDomDocument &document) { m_lDocuments.push_back(document); }
 
-    /// Traces a broken limit, once in a run. `where` names the tag or the name that broke it.
+    /// Keeps what has broken a limit, once in a run, and traces it. `where` names the tag or the name that broke it.
     void TraceLimit(const QString &where);
+    /// The limit that was broken, and where, as a sentence without its end; empty if none was.
+    const QString &GetBrokenLimit() const { return m_sBrokenLimit; }
 
 private:
     // The order of the members is that of their life: a fragment must not outlive its document.
     std::deque<QDomDocument> m_lDocuments;
     std::deque<QDomDocumentFragment> m_lFragments;
     std::deque<QDomElement> m_lElements;
-    bool m_bLimitTraced = false;
+    QString m_sBrokenLimit;
 
 public:
     TemplateMaker m_oMaker;

@@ -6,10 +6,11 @@
 namespace schematags {
 
 constexpr int kPrefixLength = 3;
+inline constexpr QLatin1String kPrefix("xs:", kPrefixLength);
 
 inline bool HasPrefix(const QString &text)
 {
-    return text.contains(QLatin1String("xs:"));
+    return text.contains(kPrefix);
 }
 
 /// The text without its first characters, as many as the prefix has, whether they are the prefix or not.

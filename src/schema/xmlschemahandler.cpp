@@ -207,7 +207,7 @@ void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
         return;
     }
     m_bHasInclude = true;
-    const QString path = IncludePath(atts.value(0));
+    const QString path = m_pRun->m_oFiles.PathOf(atts.value(0));
     const QString refusal = m_pRun->m_oFiles.Enter(path, m_oOpenTags.Count());
     if (!refusal.isEmpty()) {
         trace::Write(UnitName(), __LINE__, [&] {
@@ -219,15 +219,6 @@ void XmlSchemaHandler::ReadInclude(const QXmlAttributes &atts)
     // A file that can't be read adds nothing; the names that it should have declared are missed in the end.
     RunInclude(path);
     m_pRun->m_oFiles.Leave();
-}
-
-QString XmlSchemaHandler::IncludePath(const QString &location) const
-{
-    const QLatin1Char separator('/');
-    if (m_sSchemaPath.endsWith(QLatin1String(".xsd"))) {
-        return m_sSchemaPath.left(m_sSchemaPath.lastIndexOf(separator)) + separator + location;
-    }
-    return m_sSchemaPath.endsWith(separator) ? location : separator + location;
 }
 
 void XmlSchemaHandler::RunInclude(const QString &path)

@@ -53,6 +53,9 @@ public:
     /// run.
     void GetMaps(MissingMap &missing, OccursMap &occurs, TypeMap &types, ChoiceMap &choices);
 
+    /// The limit that the run has broken, and where, as a sentence without its end; empty if it has broken none.
+    QString GetBrokenLimit() const { return m_pRun->GetBrokenLimit(); }
+
     /// Files a reference that waits for the declaration of `name`. `count` is how often the target is to be applied (0
     /// counts as 1). The elements of the record must outlive the run.
     void AddMissingElement(const QString &name, const int &count, MissingElement record);
@@ -80,7 +83,6 @@ private:
     void OpenFragment(QDomDocumentFragment *fragment, bool hasPlaceholders);
     void ReadGlobal(const QXmlAttributes &atts);
     void ReadInclude(const QXmlAttributes &atts);
-    QString IncludePath(const QString &location) const;
     void RunInclude(const QString &path);
     void ChooseRoot();
     void BuildTemplate();

@@ -28,7 +28,7 @@ void Print(FILE *stream, const QString &text)
 
 int FailUsage(const QString &text)
 {
-    Print(stderr, QLatin1String("tagwright-schema: ") + text + QLatin1Char('\n'));
+    Print(stderr, QCoreApplication::applicationName() + QLatin1String(": ") + text + QLatin1Char('\n'));
     return NotReadable;
 }
 
@@ -96,7 +96,7 @@ int Program::Run(const QStringList &arguments)
         Print(stdout, RulesAsManual());
         return NothingFound;
     }
-    return FailUsage(QStringLiteral("see tagwright-schema --help"));
+    return FailUsage(QStringLiteral("see %1 --help").arg(QCoreApplication::applicationName()));
 }
 
 // What is wrong about them; empty if nothing is.
@@ -147,11 +147,12 @@ QSet<QString> IncludesOf(const QString &file)
 QStringList TopFilesOf(const QString &folder)
 {
     QMap<QString, QSet<QString>> includes;
-    for (const QString &file : FilesOf(folder)) {
+    const QStringList files = FilesOf(folder);
+    for (const QString &file : files) {
         includes.insert(QFileInfo(file).canonicalFilePath(), IncludesOf(file));
     }
     QStringList tops;
-    for (const QString &file : FilesOf(folder)) {
+    for (const QString &file : files) {
         const QString path = QFileInfo(file).canonicalFilePath();
         const auto isAbove = [&](const QString &other) {
             return includes[other].contains(path) && !(includes[path].contains(other) && path <= other);
@@ -233,7 +234,7 @@ int Program::Show(const QString &command, const QString &path)
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("tagwright-schema"));
+    QCoreApplication::setApplicationName(QStringLiteral(TAGWRIGHT_PROGRAM));
     QCoreApplication::setApplicationVersion(QStringLiteral(TAGWRIGHT_VERSION));
     return Program().Run(QCoreApplication::arguments());
 }

@@ -2,6 +2,8 @@
 
 #include "subject.h"
 
+#include "schema/schematags.h"
+
 #include <algorithm>
 
 namespace {
@@ -50,7 +52,7 @@ QString Reference(const SchemaNode &node)
         return QString();
     }
     if (node.Is("element")) {
-        return node.IsLocalElement() && node.Get("name").isEmpty() ? node.Get("ref") : node.Get("type");
+        return node.IsLocalElement() ? node.Needed() : node.Get("type");
     }
     if (node.Is("attribute")) {
         return node.m_bGlobal ? node.Get("type") : node.Get("name").isEmpty() ? node.Get("ref") : QString();
@@ -63,9 +65,9 @@ void CheckReference(const Subject &subject, int number, Findings &findings, int 
     const SchemaNode &node = subject.m_oModel.At(number);
     const bool isRestriction = node.Is("restriction") && !node.m_bFacet;
     const QString name = isRestriction ? node.Get("base") : Reference(node);
-    const QString local = name.section(QLatin1Char(':'), -1);
+    const QString local = LocalName(name);
     const bool isMissing = isRestriction || subject.m_oRun.GetUndeclared().count(name) > 0;
-    if (name.isEmpty() || IsBuiltIn(name) || !isMissing) {
+    if (name.isEmpty() || schematags::HasPrefix(name) || !isMissing) {
         return;
     }
     if (subject.m_oModel.IsOfForeignPrefix(node.m_iFile, name)
@@ -123,12 +125,9 @@ void CheckRoot(const Subject &subject, Findings &findings)
 
 void CheckLimit(const Subject &subject, Findings &findings)
 {
-    const QString end = QStringLiteral(": nothing more is built.");
-    for (const QString &trace : subject.m_oRun.GetTraces()) {
-        if (trace.endsWith(end)) {
-            findings.Add("limit", 0, { QString(trace).remove(end) });
-            return;
-        }
+    const QString limit = subject.m_oRun.GetBrokenLimit();
+    if (!limit.isEmpty()) {
+        findings.Add("limit", 0, { limit });
     }
 }
 

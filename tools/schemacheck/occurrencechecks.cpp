@@ -88,7 +88,7 @@ bool OccurrenceChecks::AreUsersCalledLike(const QString &type) const
 void OccurrenceChecks::CheckElement(int number)
 {
     const SchemaNode &node = m_oModel.At(number);
-    const QString key = node.Get("name").isEmpty() ? node.Get("ref") : node.Get("name");
+    const QString key = node.Key();
     const int minOccurs = node.MinOccurs();
     const int maxOccurs = node.MaxOccurs();
     const int declaration = m_oModel.DeclarationOf(number);
@@ -123,7 +123,7 @@ void OccurrenceChecks::CheckChoice(int number)
         const SchemaNode &node = m_oModel.At(inner);
         hasInner = hasInner || node.Is("choice");
         if (node.IsLocalElement() && node.MinOccurs() >= 0) {
-            members.push_back(node.Get("name").isEmpty() ? node.Get("ref") : node.Get("name"));
+            members.push_back(node.Key());
         }
     }
     if (outer >= 0 && m_lNextElement[static_cast<std::size_t>(choice.m_iEnd)] < m_oModel.At(outer).m_iEnd) {

@@ -1,16 +1,13 @@
 #include "plainreading.h"
 
+#include "schema/schematags.h"
+
 #include <algorithm>
 
 namespace {
 
 // Types and groups that hold themselves have no end.
 constexpr int kMaxLevel = 64;
-
-QString LocalName(const QString &name)
-{
-    return name.section(QLatin1Char(':'), -1);
-}
 
 } // namespace
 
@@ -105,7 +102,7 @@ QMap<QString, QString> PlainReading::AttributesOf(int element) const
 // Type and facets of a value, from a type's name or the type itself.
 void PlainReading::AddValue(const QString &typeName, int type, QMap<QString, QString> &attributes, int level) const
 {
-    if (typeName.startsWith(QLatin1String("xs:"))) {
+    if (typeName.startsWith(schematags::kPrefix)) {
         attributes.insert(QStringLiteral("type"), LocalName(typeName));
     } else if (type >= 0 && level <= kMaxLevel) {
         const int wrapper = m_oModel.At(type).Is("simpleType") ? type : m_oModel.Child(type, { "simpleContent" });

@@ -1,43 +1,6 @@
 #include "readerrun.h"
 
-#include "host/trace.h"
-
 #include <QFileInfo>
-
-namespace {
-
-// Collects the library's traces while it lives. Qt knows one message handler for the process.
-class TraceCollector
-{
-public:
-    explicit TraceCollector(QStringList &lines)
-    {
-        Lines() = &lines;
-        ErrorHandler::SetTraceMask(trace::kTraceBit);
-        m_pPrevious = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &text) {
-            if (qstrcmp(context.category, "tagwright") == 0) {
-                Lines()->append(text);
-            }
-        });
-    }
-    ~TraceCollector()
-    {
-        qInstallMessageHandler(m_pPrevious);
-        ErrorHandler::SetTraceMask(0);
-    }
-    Q_DISABLE_COPY(TraceCollector)
-
-private:
-    static QStringList *&Lines()
-    {
-        static QStringList *lines = nullptr;
-        return lines;
-    }
-
-    QtMessageHandler m_pPrevious = nullptr;
-};
-
-} // namespace
 
 ReaderRun::Handler::Handler(ReaderRun &run, const QString &path)
     : XmlSchemaHandler(&run, path)
@@ -68,7 +31,6 @@ ReaderRun::ReaderRun(const QString &path, Undeclared undeclared)
     : m_eUndeclared(undeclared)
     , m_oHandler(*this, QFileInfo(path).absoluteFilePath())
 {
-    const TraceCollector collector(m_lTraces);
     m_oReader.setContentHandler(&m_oHandler);
     m_oReader.setErrorHandler(&m_oHandler);
     m_oReader.ReadFile(path);

@@ -4,8 +4,6 @@
 #include "events/itagwright.h"
 #include "schema/xmlschemahandler.h"
 
-#include <QStringList>
-
 #include <set>
 
 /// One run of the library's own schema reader over a file, and all that came out of it.
@@ -38,8 +36,8 @@ public:
     const std::set<QString> &GetUndeclared() const { return m_lUndeclared; }
     /// The declarations among which the root was chosen.
     const std::set<QString> &GetCandidates() const { return m_lCandidates; }
-    /// What the reader has traced.
-    const QStringList &GetTraces() const { return m_lTraces; }
+    /// The limit that the reader has met, and where; empty if it has met none.
+    QString GetBrokenLimit() const { return m_oHandler.GetBrokenLimit(); }
 
 private:
     class Handler : public XmlSchemaHandler
@@ -69,5 +67,4 @@ private:
     ChoiceMap m_hChoices;
     std::set<QString> m_lUndeclared;
     std::set<QString> m_lCandidates;
-    QStringList m_lTraces;
 };

@@ -177,6 +177,7 @@ QString Finding::Cure() const
 void Findings::Add(const char *rule, int node, const QStringList &texts)
 {
     const Rule *found = FindRule(QLatin1String(rule));
+    Q_ASSERT(found != nullptr);
     if (m_lKnown.insert({ found, node }).second) {
         m_lFindings.push_back({ found, node, texts });
         m_bHasShaping = m_bHasShaping || (found->m_iFlags & Rule::Shapes) != 0;

@@ -2,6 +2,7 @@
 
 #include "dom/guardedreader.h"
 #include "schema/localdeclaration.h"
+#include "schema/schematags.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,9 +14,9 @@
 namespace {
 
 // Without namespaces the reader leaves prefixes alone, as the schema reader does.
-QString LocalName(const QString &tag)
+QString SchemaTag(const QString &tag)
 {
-    return tag.startsWith(QLatin1String("xs:")) ? tag.mid(3) : QString();
+    return tag.startsWith(schematags::kPrefix) ? schematags::WithoutPrefix(tag) : QString();
 }
 
 // Qt's reader doesn't tell where a prolog ends. A file whose bytes aren't its characters keeps what it tells.
@@ -59,13 +60,12 @@ int SchemaNode::MaxOccurs() const
 }
 
 SchemaModel::SchemaModel(const QString &path)
-    : m_sTop(QFileInfo(path).absoluteFilePath())
-    , m_sShownDirectory(path.contains(QLatin1Char('/')) ? path.section(QLatin1Char('/'), 0, -2) + QLatin1Char('/')
+    : m_sShownDirectory(path.contains(QLatin1Char('/')) ? path.section(QLatin1Char('/'), 0, -2) + QLatin1Char('/')
                                                         : QString())
-    , m_oOpenFiles(m_sTop)
+    , m_oOpenFiles(QFileInfo(path).absoluteFilePath())
 {
     if (!path.isEmpty()) {
-        m_sError = ReadFile(m_sTop, path, -1);
+        m_sError = ReadFile(QFileInfo(path).absoluteFilePath(), path, -1);
     }
 }
 
@@ -126,7 +126,7 @@ void SchemaModel::ReadTags(QXmlStreamReader &reader, int file, int parent)
 void SchemaModel::AddNode(const QXmlStreamReader &reader, SchemaNode node)
 {
     node.m_sQualifiedName = reader.qualifiedName().toString();
-    node.m_sTag = LocalName(node.m_sQualifiedName);
+    node.m_sTag = SchemaTag(node.m_sQualifiedName);
     node.m_iEnd = Count() + 1;
     for (const QXmlStreamAttribute &attribute : reader.attributes()) {
         const QString name = attribute.qualifiedName().toString();
@@ -156,7 +156,7 @@ void SchemaModel::ReadInclude(int node)
     for (int parent = At(node).m_iParent; parent >= 0 && At(parent).m_iFile == file; parent = At(parent).m_iParent) {
         ++openTags;
     }
-    const QString path = IncludePath(location);
+    const QString path = m_oOpenFiles.PathOf(location);
     const QString refusal = m_oOpenFiles.Enter(path, openTags);
     if (!refusal.isEmpty()) {
         m_lLostIncludes.push_back({ node, refusal, true });
@@ -170,11 +170,6 @@ void SchemaModel::ReadInclude(int node)
         m_lLostIncludes.push_back({ node, reason.isEmpty() ? reader.GetRefusal() : reason, false });
     }
     m_oOpenFiles.Leave();
-}
-
-QString SchemaModel::IncludePath(const QString &location) const
-{
-    return m_sTop.section(QLatin1Char('/'), 0, -2) + QLatin1Char('/') + location;
 }
 
 void SchemaModel::ForChildren(int node, const std::function<void(int)> &call) const

@@ -41,11 +41,21 @@ struct SchemaNode
     bool IsLocalElement() const { return Is("element") && !m_bGlobal && !m_bFacet; }
     bool Has(const char *name) const;
     QString Get(const char *name) const;
+    /// The name, else the reference.
+    QString Key() const { return Get("name").isEmpty() ? Get("ref") : Get("name"); }
+    /// The declaration that an element needs: what it refers to in place of a name of its own, else its type.
+    QString Needed() const { return Get("name").isEmpty() ? Get("ref") : Get("type"); }
     QString FirstValue() const { return m_lAttributes.empty() ? QString() : m_lAttributes.front().second; }
     /// The limits as the schema reader takes them; -1 stands for "unbounded".
     int MinOccurs() const;
     int MaxOccurs() const;
 };
+
+/// The name without any prefix.
+inline QString LocalName(const QString &name)
+{
+    return name.section(QLatin1Char(':'), -1);
+}
 
 /// A schema and its includes as one list of tags, in the order in which the schema reader meets them.
 class SchemaModel
@@ -95,9 +105,7 @@ private:
     void ReadTags(QXmlStreamReader &reader, int file, int parent);
     void AddNode(const QXmlStreamReader &reader, SchemaNode node);
     void ReadInclude(int node);
-    QString IncludePath(const QString &location) const;
 
-    QString m_sTop;
     QString m_sShownDirectory;
     OpenFiles m_oOpenFiles;
     std::vector<SchemaNode> m_lNodes;

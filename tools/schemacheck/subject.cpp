@@ -1,5 +1,6 @@
 #include "subject.h"
 
+#include "schema/schematags.h"
 #include "schema/templatemaker.h"
 
 namespace {
@@ -81,7 +82,8 @@ bool Subject::HasContent(const QString &type) const
 
 QString Subject::BuiltIn(const QString &type) const
 {
-    return IsBuiltIn(type) ? type.mid(3) : Carrier(type).attribute(QStringLiteral("type"));
+    return schematags::HasPrefix(type) ? schematags::WithoutPrefix(type)
+                                       : Carrier(type).attribute(QStringLiteral("type"));
 }
 
 QDomElement Subject::Carrier(const QString &name) const

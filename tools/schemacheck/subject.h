@@ -38,11 +38,6 @@ private:
     QSet<QString> m_lWaiting;
 };
 
-inline bool IsBuiltIn(const QString &type)
-{
-    return type.contains(QLatin1String("xs:"));
-}
-
 // Each adds what it finds.
 void CheckTags(const Subject &subject, Findings &findings);
 void CheckNames(const Subject &subject, Findings &findings);

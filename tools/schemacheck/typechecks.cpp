@@ -2,6 +2,7 @@
 
 #include "subject.h"
 
+#include "schema/schematags.h"
 #include "schema/templatemaker.h"
 
 #include <algorithm>
@@ -68,7 +69,7 @@ void CheckDummy(const Subject &subject, int number, Findings &findings)
 void CheckRecursion(const Subject &subject, int number, Findings &findings)
 {
     const SchemaNode &node = subject.m_oModel.At(number);
-    const QString reference = node.Get("name").isEmpty() ? node.Get("ref") : node.Get("type");
+    const QString reference = node.Needed();
     if (node.IsLocalElement() && !reference.isEmpty() && reference == subject.OwnerOf(number)
         && subject.m_oRun.HasTemplate()) {
         findings.Add("recursive", number, { reference });
@@ -90,7 +91,7 @@ void CheckTypes(const Subject &subject, Findings &findings)
         if (node.m_bFacet && !IsFacet(node) && !node.m_lAttributes.empty()) {
             findings.Add("in-restriction", number, { node.m_sQualifiedName });
         }
-        if (node.Is("extension") && !node.m_bFacet && !IsBuiltIn(node.Get("base"))
+        if (node.Is("extension") && !node.m_bFacet && !schematags::HasPrefix(node.Get("base"))
             && subject.HasContent(node.Get("base"))) {
             findings.Add("extends-content", number, { node.Get("base") });
         }

@@ -2,8 +2,13 @@
 
 #include "subject.h"
 
+#include "schema/schematags.h"
+
 #include <algorithm>
 #include <map>
+
+using schematags::HasPrefix;
+using schematags::WithoutPrefix;
 
 namespace {
 
@@ -45,7 +50,7 @@ QString Substitute(const QString &type)
     if (ContainsOneOf(type, { "date", "time" })) {
         return QStringLiteral("\"xs:dateTime\" or \"xs:string\"");
     }
-    return IsBuiltIn(type) || !ContainsOneOf(type, { ":" }) ? QStringLiteral("\"xs:string\"") : QString();
+    return HasPrefix(type) || !ContainsOneOf(type, { ":" }) ? QStringLiteral("\"xs:string\"") : QString();
 }
 
 void CheckElementType(const Subject &subject, int number, Findings &findings)
@@ -55,9 +60,9 @@ void CheckElementType(const Subject &subject, int number, Findings &findings)
     const bool isBase = node.Is("restriction") || node.Is("extension");
     const bool isInAttribute = model.Around(number, [](const SchemaNode &outer) { return outer.Is("attribute"); }) >= 0;
     const QString type = node.Get(isBase ? "base" : "type");
-    if ((isBase || node.Is("element")) && !isInAttribute && IsBuiltIn(type)
-        && !TakesValue(type.mid(3), Target::Element)) {
-        findings.Add("valueless-type", number, { type, Substitute(type.mid(3)) });
+    if ((isBase || node.Is("element")) && !isInAttribute && HasPrefix(type)
+        && !TakesValue(WithoutPrefix(type), Target::Element)) {
+        findings.Add("valueless-type", number, { type, Substitute(WithoutPrefix(type)) });
     }
     if (node.Is("element") && !node.Get("name").isEmpty() && !node.Has("type")
         && model.Child(number, { "simpleType", "complexType" }) < 0) {
@@ -74,7 +79,7 @@ void CheckAttributeType(const Subject &subject, int number, Findings &findings)
     // What leaves a global attribute's type empty has a rule of its own.
     const bool isTold = node.m_bGlobal ? type.isEmpty() && (hasInline || node.Has("type")) : hasInline;
     if (!name.isEmpty() && !TakesValue(type, Target::Attribute) && !isTold) {
-        const bool isOwn = !node.m_bGlobal && !type.isEmpty() && !IsBuiltIn(type);
+        const bool isOwn = !node.m_bGlobal && !type.isEmpty() && !HasPrefix(type);
         findings.Add(
             "valueless-attribute", number,
             { type, isOwn ? QStringLiteral("a global attribute of that type, and refer to it") : Substitute(type) });
@@ -82,7 +87,7 @@ void CheckAttributeType(const Subject &subject, int number, Findings &findings)
     if (node.m_bGlobal) {
         return;
     }
-    const QString key = name.isEmpty() ? node.Get("ref") : name;
+    const QString key = node.Key();
     if (node.Get("use") != QLatin1String("required")) {
         findings.Add("optional-attribute", number, { key });
     }
@@ -98,10 +103,10 @@ void CheckFacet(const Subject &subject, int number, Findings &findings)
     const SchemaNode &node = subject.m_oModel.At(number);
     const SchemaNode &restriction = subject.m_oModel.At(node.m_iParent);
     const QString base = restriction.Get("base");
-    if (!restriction.Is("restriction") || restriction.m_bFacet || !IsBuiltIn(base) || !node.Has("value")) {
+    if (!restriction.Is("restriction") || restriction.m_bFacet || !HasPrefix(base) || !node.Has("value")) {
         return;
     }
-    const QString type = base.mid(3);
+    const QString type = WithoutPrefix(base);
     const bool isBound = node.m_sTag.endsWith(QLatin1String("clusive"));
     const bool isNumber = TakesNumber(type, Target::Element);
     const bool isChecked = (isBound && isNumber) || (node.Is("enumeration") && TakesText(type));
@@ -125,10 +130,10 @@ struct Lender
 Lender MakeLender(const Subject &subject, int number)
 {
     const SchemaNode &node = subject.m_oModel.At(number);
+    const QString name = node.Key();
     if (!node.Get("name").isEmpty()) {
-        return { number, node.Get("name"), node.Get("type"), {} };
+        return { number, name, node.Get("type"), {} };
     }
-    const QString name = node.Get("ref");
     const QDomElement carrier = subject.Carrier(name);
     Lender lender { number, name, carrier.attribute(QStringLiteral("type")), {} };
     for (const char *facet : { "enumeration1", "minInclusive", "maxInclusive", "minExclusive", "maxExclusive" }) {
@@ -177,7 +182,7 @@ void CheckAttributes(const Subject &subject, Findings &findings)
     for (int number = 0; number < model.Count(); ++number) {
         const SchemaNode &node = model.At(number);
         const bool isLocal = node.Is("attribute") && node.m_bInType && !node.m_bFacet;
-        if (isLocal && !(node.Get("name") + node.Get("ref")).isEmpty()) {
+        if (isLocal && !node.Key().isEmpty()) {
             types[model.Around(number, isType)].push_back(MakeLender(subject, number));
         }
     }
