@@ -3,7 +3,6 @@
 
 #include "workload.h"
 
-#include <cstdlib>
 #include <libxml/parser.h>
 #include <libxml/xmlschemas.h>
 
@@ -68,17 +67,5 @@ bool MakeReport(const std::string &schemaPath, const std::string &reportPath, in
 
 int main(int argc, char *argv[])
 {
-    if (argc != 4) {
-        return 2;
-    }
-    workload::Options options;
-    const int declarations = std::atoi(argv[1]);
-    options.fillers = declarations == 0 ? 0 : workload::FillersFor(declarations);
-    const std::string folder = argv[3];
-    workload::WriteFile(folder + "/schema.xsd", workload::Schema(options));
-
-    workload::PrintSeconds([&] {
-        return MakeReport(folder + "/schema.xsd", folder + "/report.xml", options.fillers, std::atoi(argv[2]));
-    });
-    return 0;
+    return workload::RunPeer(argc, argv, MakeReport);
 }

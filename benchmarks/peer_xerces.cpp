@@ -3,7 +3,6 @@
 
 #include "workload.h"
 
-#include <cstdlib>
 #include <memory>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/LocalFileFormatTarget.hpp>
@@ -135,19 +134,8 @@ bool MakeReport(const std::string &schemaPath, const std::string &reportPath, in
 
 int main(int argc, char *argv[])
 {
-    if (argc != 4) {
-        return 2;
-    }
-    workload::Options options;
-    const int declarations = std::atoi(argv[1]);
-    options.fillers = declarations == 0 ? 0 : workload::FillersFor(declarations);
-    const std::string folder = argv[3];
-    workload::WriteFile(folder + "/schema.xsd", workload::Schema(options));
-
     XMLPlatformUtils::Initialize();
-    workload::PrintSeconds([&] {
-        return MakeReport(folder + "/schema.xsd", folder + "/report.xml", options.fillers, std::atoi(argv[2]));
-    });
+    const int result = workload::RunPeer(argc, argv, MakeReport);
     XMLPlatformUtils::Terminate();
-    return 0;
+    return result;
 }

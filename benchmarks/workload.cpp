@@ -193,11 +193,6 @@ double Measure(const std::function<bool()> &work)
     return runs[runs.size() / 2];
 }
 
-void PrintSeconds(const std::function<bool()> &work)
-{
-    std::printf("%.9f\n", Measure(work));
-}
-
 void WriteFile(const std::string &path, const std::string &text)
 {
     std::ofstream file(path, std::ios::binary);
@@ -206,6 +201,23 @@ void WriteFile(const std::string &path, const std::string &text)
         std::fprintf(stderr, "can't write %s\n", path.c_str());
         std::exit(1);
     }
+}
+
+int RunPeer(int argc, char *argv[], const MakePeerReport &makeReport)
+{
+    if (argc != 4) {
+        return 2;
+    }
+    const int declarations = std::atoi(argv[1]);
+    const int repeats = std::atoi(argv[2]);
+    const std::string folder = argv[3];
+    Options options;
+    options.fillers = declarations == 0 ? 0 : FillersFor(declarations);
+    const std::string schemaPath = folder + "/schema.xsd";
+    WriteFile(schemaPath, Schema(options));
+    std::printf("%.9f\n",
+                Measure([&] { return makeReport(schemaPath, folder + "/report.xml", options.fillers, repeats); }));
+    return 0;
 }
 
 } // namespace workload

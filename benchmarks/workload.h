@@ -54,9 +54,14 @@ double Seconds(const std::function<bool()> &work);
 /// The seconds that `work` takes. A short job is done several times, and the median counts. False as in Seconds.
 double Measure(const std::function<bool()> &work);
 
-/// Measures, and prints the seconds in one line.
-void PrintSeconds(const std::function<bool()> &work);
-
 void WriteFile(const std::string &path, const std::string &text);
+
+/// Makes the report of a schema's file, with that many fillers and Signals. False if it has failed.
+using MakePeerReport =
+    std::function<bool(const std::string &schemaPath, const std::string &reportPath, int fillers, int repeats)>;
+
+/// The program over another library: DECLARATIONS REPEATS FOLDER. Prints the seconds of a report in one line; the
+/// result is that of main().
+int RunPeer(int argc, char *argv[], const MakePeerReport &makeReport);
 
 } // namespace workload

@@ -47,7 +47,7 @@ endfunction()
 tagwright_package(runtime ${TAGWRIGHT_DEB_LIBRARY} libs "XML reports of measured values"
   "This package holds the shared libraries.")
 tagwright_package(devel libtagwright${TAGWRIGHT_SUFFIX}-dev libdevel "XML reports of measured values - development files"
-  "This package holds the headers and the CMake and pkg-config files.")
+  "This package holds the headers, the CMake and pkg-config files, and\ntagwright-schema${TAGWRIGHT_SUFFIX}, the checker of schemas.")
 tagwright_package(doc tagwright${TAGWRIGHT_SUFFIX}-doc doc "XML reports of measured values - documentation"
   "This package holds the manuals, the reference as HTML and for Qt Creator, and\nthe sources of the examples.")
 tagwright_package(example tagwright${TAGWRIGHT_SUFFIX}-example science "XML reports of measured values - example receiver"

@@ -1,9 +1,11 @@
 # The reference of the public headers, as HTML and as a .qch file for Qt Creator and Qt Assistant.
 
 find_program(TAGWRIGHT_DOXYGEN doxygen REQUIRED)
-# One file serves both Qts, whoever made it.
-find_program(TAGWRIGHT_QHELPGENERATOR qhelpgenerator REQUIRED
+# One file serves both Qts, whoever made it. Debian's folders come first: its program in the path only hands on to the
+# one of the Qt that a user has chosen, and fails where none is.
+find_program(TAGWRIGHT_QHELPGENERATOR qhelpgenerator
   PATHS /usr/lib/qt5/bin /usr/lib/qt6/bin /usr/lib/qt6/libexec NO_DEFAULT_PATH)
+find_program(TAGWRIGHT_QHELPGENERATOR NAMES qhelpgenerator-qt5 qhelpgenerator-qt6 qhelpgenerator REQUIRED)
 
 set(reference_dir ${PROJECT_BINARY_DIR}/reference)
 set(reference_qch ${reference_dir}/tagwright${TAGWRIGHT_SUFFIX}.qch)

@@ -26,6 +26,9 @@ PACKAGES_INSTALL=(pkg-config lintian desktop-file-utils)
 PACKAGES_BENCH=(libbenchmark-dev)
 PACKAGES_PEERS=(libxml2-dev libxerces-c-dev)
 
+# The version of the sources.
+VERSION="$(sed -n 's/^project(Tagwright VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)"
+
 fail() {
     echo "$(basename "$0"): $*" >&2
     exit 1

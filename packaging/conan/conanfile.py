@@ -19,7 +19,7 @@ class TagwrightConan(ConanFile):
     def export_sources(self):
         top = os.path.join(self.recipe_folder, "..", "..")
         for pattern in ("CMakeLists.txt", "README.md", "CHANGELOG.md", "cmake/*", "docs/*", "examples/*", "packaging/*",
-                        "src/*", "translations/*"):
+                        "src/*", "tools/*", "translations/*"):
             copy(self, pattern, top, self.export_sources_folder)
 
     def requirements(self):
@@ -33,7 +33,7 @@ class TagwrightConan(ConanFile):
     def generate(self):
         toolchain = CMakeToolchain(self)
         toolchain.cache_variables["TAGWRIGHT_QT"] = "Qt" + str(self.options.qt)
-        for what in ("TESTS", "EXAMPLES", "BENCHMARKS"):
+        for what in ("TESTS", "EXAMPLES", "TOOLS", "BENCHMARKS"):
             toolchain.cache_variables["TAGWRIGHT_BUILD_" + what] = False
         toolchain.generate()
         CMakeDeps(self).generate()

@@ -167,7 +167,7 @@ private Q_SLOTS:
     // A comment has nowhere to stand then, and a file that can't be written is nobody's business.
     void AppearsForAnUnreadableSchema()
     {
-        m_pDesk->WriteSchema(QStringLiteral("garbage"));
+        WriteFile(m_pDesk->SchemaPath(), "garbage");
         CommentDialogImpl *dialog = Open(*m_pDesk->m_pControl);
         dialog->m_pTextEdit->setPlainText(QStringLiteral("typed"));
         QVERIFY(QDir().rmdir(m_pDesk->ReportFolder()));

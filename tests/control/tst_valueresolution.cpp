@@ -85,8 +85,7 @@ constexpr const char *kListRows[][4] = {
 };
 
 /// Adds an item from "name=fixed text", "name<path" or "name:t text", ":d double", ":b bool", ":l long" (explicit),
-/// with
-/// "^exponent", "*occurrences" and "@unit" behind.
+/// with "^exponent", "*occurrences" and "@unit" behind.
 void AddItem(VCReporting &control, const QString &item, values::MemoryTree &tree)
 {
     static const QRegularExpression form(

@@ -33,7 +33,7 @@ private Q_SLOTS:
         QCOMPARE(inside, QList<bool>({ false, false, false, false }));
         QCOMPARE(desk.Reports(), Texts({ "2024-05-06_07-08-09-0.xml", "2024-05-06_07-08-09-001.xml" }));
         QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A>µ</A></R>"));
-        desk.WriteSchema(QStringLiteral("garbage"));
+        WriteFile(desk.SchemaPath(), "garbage");
         desk.Press();
         QCOMPARE(State(desk), QStringLiteral("prepare bad saved unread on"));
         QVERIFY(desk.LatestReport().isEmpty());

@@ -46,16 +46,12 @@ public:
     explicit ControlRun(const QString &content = QStringLiteral("<t A/>"))
     {
         QDir(m_oFolder.path()).mkdir(QStringLiteral("reports"));
-        WriteSchema(QStringLiteral("<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'><e R><c><q>%1</q></c></e>"
-                                   "</xs:schema>")
-                        .arg(content));
+        WriteFile(SchemaPath(), SchemaText(RootElement(content)));
     }
 
     QString SchemaPath() const { return m_oFolder.filePath(QStringLiteral("schema.xsd")); }
     QString ReportFolder() const { return m_oFolder.filePath(QStringLiteral("reports")); }
     QStringList Reports() const { return QDir(ReportFolder()).entryList(QDir::Files, QDir::Name); }
-
-    void WriteSchema(const QString &text) const { WriteFile(SchemaPath(), Expanded(text).toUtf8()); }
 
     std::unique_ptr<VCReporting> MakeControl(bool deleteAfterUse = false, QToolBar *toolBar = nullptr) const
     {

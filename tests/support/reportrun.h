@@ -19,9 +19,7 @@ public:
 
     bool Run(const QString &declarations)
     {
-        const QString schema = QStringLiteral("<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'>%1</xs:schema>")
-                                   .arg(Expanded(declarations));
-        return m_oReport.CreateXmlFromSchema(WriteFile(SchemaPath(), schema.toUtf8()), ReportPath(), false);
+        return m_oReport.CreateXmlFromSchema(WriteFile(SchemaPath(), SchemaText(declarations)), ReportPath(), false);
     }
 
     /// Has the receiver obey orders, with blanks between them, at each announcement of their element: "v=s:x" a value
@@ -78,9 +76,3 @@ private:
 
     QTemporaryDir m_oDir;
 };
-
-/// A global element "R" with an anonymous complex type that holds `content`.
-inline QString RootElement(const QString &content)
-{
-    return QStringLiteral("<e R><c><q>%1</q></c></e>").arg(content);
-}

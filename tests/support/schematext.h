@@ -23,3 +23,15 @@ inline QString Expanded(QString text)
     text.replace(QRegularExpression(QStringLiteral(" (min|max)=")), QStringLiteral(" \\1Occurs="));
     return text.replace(QRegularExpression(QStringLiteral(" (\\w+)=([\\w:.#^-]+)")), QStringLiteral(" \\1='\\2'"));
 }
+
+/// A global element "R" with an anonymous complex type that holds `content`.
+inline QString RootElement(const QString &content)
+{
+    return QStringLiteral("<e R><c><q>%1</q></c></e>").arg(content);
+}
+
+/// The bytes of a schema with declarations as Expanded() takes them.
+inline QByteArray SchemaText(const QString &declarations)
+{
+    return "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'>" + Expanded(declarations).toUtf8() + "</xs:schema>";
+}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/veldra.h"
+#include "host/trace.h"
 
 #include <QStringList>
 
@@ -11,7 +11,7 @@ public:
     TraceCapture()
     {
         Lines().clear();
-        ErrorHandler::SetTraceMask(32);
+        ErrorHandler::SetTraceMask(trace::kTraceBit);
         m_pPrevious = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &context, const QString &text) {
             if (qstrcmp(context.category, "tagwright") == 0) {
                 Lines() << text;

@@ -3,7 +3,7 @@
 #include "support/files.h"
 #include "support/templates.h"
 
-#include "host/veldra.h"
+#include "host/trace.h"
 #include "xml/xmlcontenthandler.h"
 #include "xml/xmlreader.h"
 
@@ -75,7 +75,7 @@ private Q_SLOTS:
     {
         m_oRecorder = EventRecorder();
         m_pReader = std::make_unique<XMLReader>(&m_oRecorder, nullptr);
-        ErrorHandler::SetTraceMask(32);
+        ErrorHandler::SetTraceMask(trace::kTraceBit);
     }
 
     void sendsEvents()
