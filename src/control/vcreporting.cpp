@@ -210,19 +210,14 @@ bool VCReporting::SlotToReport()
     const QPointer<VCReporting> guard(this);
     const auto end = qScopeGuard([&guard] {
         if (guard != nullptr) {
-            guard->EndReporting();
+            guard->m_bReporting = false;
+            guard->m_bValueWritten = false;
+            guard->PutAtRest();
         }
     });
     m_bReporting = true;
     Q_EMIT PrepareToReport();
     return guard != nullptr && RunReport();
-}
-
-void VCReporting::EndReporting()
-{
-    m_bReporting = false;
-    m_bValueWritten = false;
-    PutAtRest();
 }
 
 bool VCReporting::RunReport()

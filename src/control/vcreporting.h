@@ -162,7 +162,6 @@ private:
     QString MakeReportPath() const;
     bool RunReport();
     bool CreateReport(const QString &reportPath);
-    void EndReporting();
 
     // The list.
     std::unique_ptr<ReportData> CreateReportData(QString name, int maxOccurs, QString auxText, int exponent,
