@@ -56,7 +56,7 @@ tagwright_package(example tagwright${TAGWRIGHT_SUFFIX}-example science "XML repo
 # What they need of others, and what others need of them.
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
-foreach(component RUNTIME EXAMPLE)
+foreach(component RUNTIME DEVEL EXAMPLE)
   set(CPACK_DEBIAN_${component}_PACKAGE_SHLIBDEPS ON)
 endforeach()
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
