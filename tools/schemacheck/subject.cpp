@@ -34,12 +34,17 @@ Subject::Subject(const SchemaModel &model, ReaderRun &run)
     }
     for (const auto &[name, counts] : run.GetMissing()) {
         for (const auto &[count, records] : counts) {
-            for (const MissingElement &record : records) {
-                // The elements of the records outlive the run, and have a name unless they are placeholders.
-                if (!record.m_bAttribute && record.m_pParent != nullptr) {
-                    m_lWaiting.insert(WaitingKey(name, record.m_sOwner, record.m_pParent->tagName()));
-                }
-            }
+            AddWaiting(name, records);
+        }
+    }
+}
+
+void Subject::AddWaiting(const QString &type, const std::list<MissingElement> &records)
+{
+    for (const MissingElement &record : records) {
+        // The elements of the records outlive the run, and have a name unless they are placeholders.
+        if (!record.m_bAttribute && record.m_pParent != nullptr) {
+            m_lWaiting.insert(WaitingKey(type, record.m_sOwner, record.m_pParent->tagName()));
         }
     }
 }

@@ -33,6 +33,8 @@ public:
     ReaderRun &m_oRun;
 
 private:
+    void AddWaiting(const QString &type, const std::list<MissingElement> &records);
+
     QHash<QString, std::vector<int>> m_hDeclarations;
     QHash<QString, std::vector<int>> m_hUsers;
     QSet<QString> m_lWaiting;
