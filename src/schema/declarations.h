@@ -27,7 +27,7 @@ public:
 
     /// The name of the mark, and the first character of the names of all marks.
     static const QString &MarkName();
-    static bool IsMark(const QString &attribute) { return attribute.at(0) == QChar(1); }
+    static bool IsMark(const QString &attribute) { return attribute.startsWith(QChar(1)); }
 
     /// A built-in type without its prefix, empty for any other, and facets as declared.
     struct Rule
