@@ -65,6 +65,7 @@ constexpr const char *kSettled[][5] = {
     { "an inner alternative", "<h>" CHOICE "<t d/></h>", "b=s:x", "<b>x</b>" },
     { "an inner and an outer alternative", "<h>" CHOICE "<t d/></h>", "b=s:x d=s:y", "<b>x</b>", "refused /R/d y 16" },
     { "a sequence as alternative", "<h><q><t a/><t b/></q><t c/></h>", "b=s:x", "<a/><b>x</b>", "missing /R/a" },
+    { "a facet without a name", "<e v type=T/>^<s T><r xs:string><xs: value='x'/></r></s>", "v=s:x", "<v>x</v>" },
     { "an attribute's own facets",
       "<e v max=2><c><xs:simpleContent><x xs:string><a ref=Ref1/><a Ref type=xs:string/></x></xs:simpleContent></c></e>"
       "^<a Ref1><s><r xs:string><v k/></r></s></a>",
@@ -80,6 +81,7 @@ constexpr const char *kJudged[][2] = {
     { "integer totalDigits='2'; i:100", "" },
     { "integer minInclusive='-65535' maxExclusive='65535'; i:65535", "" },
     { "short; s:abc", "" },
+    { "short minExclusive='10'; d:10.5", "" },
     { "short; b:true", "" },
     { "short; d:32768", "" },
     { "short; d:-32768.9", "-32768" },
@@ -90,6 +92,7 @@ constexpr const char *kJudged[][2] = {
     { "double enumeration='1.50'; d:1.5", "1.5" },
     { "double maxExclusive='10'; d:10.00000000000001", "" },
     { "string minLength='2' maxLength='3'; s:x", "" },
+    { "string maxLength='many'; s:x", "x" },
     { "string length='2'; s:\xF0\x9D\x84\x9E!", "\xF0\x9D\x84\x9E!" },
     { "string pattern='[A-Z]{2}' pattern='\\d+'; s:12", "12" },
     { "string pattern='[A-Z]{2}'; s:ABC", "" },
