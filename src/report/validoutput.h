@@ -33,7 +33,7 @@ public:
     QString Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber,
                    bool isDouble);
     /// Whether an element may stand that often beside the others that the template has of its declaration.
-    static bool MayRepeat(const Element &declared, int count);
+    bool MayRepeat(const Element &declared, int count) const;
     /// True from the second question on for the elements of one declaration below one parent.
     bool IsAskedAgain(const Element &declared, const QDomNode &parent);
     /// Whether the element is an alternative and not the only one that is left.
@@ -73,9 +73,12 @@ private:
         QStringList m_lMissing; // attributes
     };
 
+    const Declarations::Alternative &PlaceOf(const Element &declared) const
+    {
+        return m_pDeclarations->GetParticle(declared).m_oAlternative;
+    }
     int Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed);
     bool SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const;
-    void SpreadValues();
     void Take(const Item &item);
     bool Decide(const Item &item);
     bool IsTaken(const Item &item);

@@ -56,38 +56,43 @@ const QString &Declarations::MarkName()
 
 int Declarations::AddChoice(const Alternative &alternative, const QXmlAttributes &atts)
 {
-    if (!m_bCollects) {
-        return -1;
-    }
     Choice choice;
     choice.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
     const QString most = atts.value(QStringLiteral("maxOccurs"));
     choice.m_bRepeats = !most.isEmpty() && most != QLatin1String("1");
     choice.m_oAlternative = alternative;
     if (alternative.m_iChoice >= 0) {
-        Choice &outer = At(m_lChoices, alternative.m_iChoice);
-        choice.m_bRepeats = choice.m_bRepeats || outer.m_bRepeats;
-        // An inner choice that may be empty satisfies the outer one, which may take another alternative.
-        outer.m_bOptional = outer.m_bOptional || choice.m_bOptional;
-        choice.m_bOptional = true;
+        choice.m_bRepeats = choice.m_bRepeats || At(m_lChoices, alternative.m_iChoice).m_bRepeats;
     }
     return Append(m_lChoices, choice);
 }
 
-int Declarations::AddParticle(const QString &name, Particle particle, const QXmlAttributes &atts)
+int Declarations::AddParticle(Particle particle, const QXmlAttributes &atts)
 {
-    if (!m_bCollects) {
-        return -1;
-    }
     particle.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
-    if (particle.m_oAlternative.m_iChoice >= 0) {
-        Choice &choice = At(m_lChoices, particle.m_oAlternative.m_iChoice);
-        choice.m_lMembers.append(name);
-        // An alternative that may be empty satisfies the choice.
-        choice.m_bOptional = choice.m_bOptional || particle.m_bOptional;
-    }
+    AddMember(particle.m_oAlternative, particle.m_bOptional);
     particle.m_oDefault = ReadConstant(atts);
     return Append(m_lParticles, particle);
+}
+
+void Declarations::AddMember(const Alternative &place, bool isOptional)
+{
+    if (place.m_iChoice >= 0) {
+        bool &mayBeEmpty =
+            At(m_lChoices, place.m_iChoice).m_hMayBeEmpty.emplace(place.m_iAlternative, true).first->second;
+        mayBeEmpty = mayBeEmpty && isOptional;
+    }
+}
+
+// An alternative that may be empty satisfies its choice. Inner choices come behind the outer ones.
+void Declarations::SettleChoices()
+{
+    for (auto choice = m_lChoices.rbegin(); choice != m_lChoices.rend(); ++choice) {
+        for (const auto &[alternative, mayBeEmpty] : choice->m_hMayBeEmpty) {
+            choice->m_bOptional = choice->m_bOptional || mayBeEmpty;
+        }
+        AddMember(choice->m_oAlternative, choice->m_bOptional);
+    }
 }
 
 void Declarations::MarkParticle(QDomElement element, int particle)
@@ -99,8 +104,8 @@ void Declarations::MarkParticle(QDomElement element, int particle)
 
 void Declarations::MarkDefault(QDomElement element, const QXmlAttributes &atts)
 {
-    const Constant constant = ReadConstant(atts);
-    if (m_bCollects && !constant.m_sValue.isNull()) {
+    const Constant constant = m_bCollects ? ReadConstant(atts) : Constant();
+    if (!constant.m_sValue.isNull()) {
         element.setAttribute(Mark(constant.m_bFixed ? kFixed : kDefault), constant.m_sValue);
     }
 }
@@ -172,6 +177,7 @@ int Declarations::BuiltInRule(const QString &type)
 
 void Declarations::Settle(QDomDocument document)
 {
+    SettleChoices();
     for (dom::NodeWalk walk(document.documentElement()); m_bCollects && !walk.AtEnd(); walk.Next()) {
         if (walk.Node().isElement()) {
             SettleElement(walk.Node().toElement());
@@ -183,12 +189,10 @@ void Declarations::SettleElement(QDomElement element)
 {
     Element settled;
     const QString particle = element.attribute(Mark(kParticle));
-    if (!particle.isEmpty()) {
-        settled.m_iParticle = particle.toInt();
-        settled.m_oParticle = At(m_lParticles, settled.m_iParticle);
-    }
-    if (settled.m_oParticle.m_oDefault.m_sValue.isNull()) {
-        settled.m_oParticle.m_oDefault = ConstantOf(element);
+    settled.m_iParticle = particle.isEmpty() ? -1 : particle.toInt();
+    settled.m_oDefault = GetParticle(settled).m_oDefault;
+    if (settled.m_oDefault.m_sValue.isNull()) {
+        settled.m_oDefault = ConstantOf(element);
     }
     settled.m_iRule = RuleOf(element);
     settled.m_bHasType = !element.attribute(QStringLiteral("type")).isEmpty();
@@ -207,6 +211,12 @@ void Declarations::SettleElement(QDomElement element)
     std::sort(settled.m_lAttributes.begin(), settled.m_lAttributes.end(),
               [](const Attribute &first, const Attribute &second) { return first.m_sName < second.m_sName; });
     element.setAttribute(MarkName(), Append(m_lElements, std::move(settled)));
+}
+
+const Declarations::Particle &Declarations::GetParticle(const Element &element) const
+{
+    static const Particle none;
+    return element.m_iParticle < 0 ? none : m_lParticles[static_cast<std::size_t>(element.m_iParticle)];
 }
 
 const Declarations::Element *Declarations::Of(const QString &mark) const
