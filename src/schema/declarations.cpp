@@ -13,6 +13,7 @@ constexpr char kRule = 't';
 constexpr char kAttribute = 'a'; // one for each attribute, with its name
 constexpr char kDefault = 'd';
 constexpr char kFixed = 'f';
+constexpr char kCount = 'n'; // how many marks there are, this one included; behind the others
 
 QString Mark(char kind, const QString &attribute = QString())
 {
@@ -52,6 +53,24 @@ const QString &Declarations::MarkName()
 {
     static const QString name(QChar(1));
     return name;
+}
+
+void Declarations::SetMark(QDomElement element, const QString &name, const QString &value)
+{
+    static const QString count = Mark(kCount);
+    if (name == count) {
+        return;
+    }
+    if (!element.hasAttribute(name)) {
+        element.setAttribute(count, std::max(CountMarks(element), 1) + 1);
+    }
+    element.setAttribute(name, value);
+}
+
+int Declarations::CountMarks(const QDomNode &node)
+{
+    static const QString count = Mark(kCount);
+    return node.toElement().attribute(count).toInt();
 }
 
 int Declarations::AddChoice(const Alternative &alternative, const QXmlAttributes &atts)
@@ -98,7 +117,7 @@ void Declarations::SettleChoices()
 void Declarations::MarkParticle(QDomElement element, int particle)
 {
     if (particle >= 0) {
-        element.setAttribute(Mark(kParticle), particle);
+        SetMark(element, Mark(kParticle), QString::number(particle));
     }
 }
 
@@ -106,13 +125,13 @@ void Declarations::MarkDefault(QDomElement element, const QXmlAttributes &atts)
 {
     const Constant constant = m_bCollects ? ReadConstant(atts) : Constant();
     if (!constant.m_sValue.isNull()) {
-        element.setAttribute(Mark(constant.m_bFixed ? kFixed : kDefault), constant.m_sValue);
+        SetMark(element, Mark(constant.m_bFixed ? kFixed : kDefault), constant.m_sValue);
     }
 }
 
 void Declarations::OpenRule(QDomElement element, const QString &type)
 {
-    element.setAttribute(Mark(kRule), Append(m_lRules, { type, {} }));
+    SetMark(element, Mark(kRule), QString::number(Append(m_lRules, { type, {} })));
 }
 
 void Declarations::AddFacet(const QString &name, const QString &value)
@@ -135,7 +154,7 @@ int Declarations::AddAttribute(const QString &name, const QString &type, const Q
 void Declarations::MarkAttribute(QDomElement element, int attribute)
 {
     if (attribute >= 0) {
-        element.setAttribute(Mark(kAttribute, At(m_lAttributes, attribute).m_sName), attribute);
+        SetMark(element, Mark(kAttribute, At(m_lAttributes, attribute).m_sName), QString::number(attribute));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "support/reportrun.h"
 #include "support/rows.h"
 
+#include "dom/limits.h"
 #include "report/schemapattern.h"
 
 #include <QDialog>
@@ -41,6 +42,9 @@ constexpr const char *kSettled[][5] = {
     { "a named type", "<e p type=P max=9/><e q type=P/>^<c P><t a min=0/><t b min=0 max=3/></c>", "p:2 b=s:x b:3",
       "<p><b>x</b><b>x</b><b>x</b></p><p><b>x</b><b>x</b><b>x</b></p><q><b>x</b><b>x</b><b>x</b></q>" },
     { "a type that comes later", "<e p type=Z min=0/><e ref=g min=0/>^<e g type=Z/><c Z><t a/></c>" },
+    { "an extension of a type with elements",
+      "<e v><c><xs:complexContent><x B/></xs:complexContent></c></e>^<c B><q><t a min=0/></q></c>", "", "<v/>",
+      "missing /R/v" },
     { "limits", "<t a max=100/><t b min=0 max=2/><t c/>", "a:101 b:3 c:2 c=s:x", "<a/><c>x</c>",
       "missing /R/a; refused /R/a 101 16; refused /R/b 3 16; refused /R/c 2 16" },
     { "beside the template's own", "<t a min=2 max=3/>", "a:2 a=s:x", "<a>x</a><a>x</a><a>x</a>" },
@@ -178,6 +182,19 @@ private Q_SLOTS:
         QVERIFY(run.Run(RootElement(QStringLiteral("<t v max=2/>"))));
         QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("type own type own type"));
         QCOMPARE(run.Report(), QStringLiteral("<R own='1'><v own='1'/><v own='1'/></R>"));
+    }
+
+    void CountsNoMarks()
+    {
+        ReportRun run;
+        run.m_oReport.SetValidOutput(true);
+        QString attributes;
+        for (int i = 1; i < limits::kMaxElementAttributes; ++i) { // and the type
+            attributes += QStringLiteral("<a A%1 type=xs:string/>").arg(i);
+        }
+        QVERIFY(
+            run.Run(QStringLiteral("<c C><xs:simpleContent><x xs:string>%1</x></xs:simpleContent></c>").arg(attributes)
+                    + RootElement(QStringLiteral("<e v type=C/>"))));
     }
 
     // Ordinals count what was announced: dropped elements too, and each once.
