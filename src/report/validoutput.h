@@ -79,6 +79,7 @@ private:
     }
     int Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed);
     bool SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const;
+    void CleanRest();
     void Take(const Item &item);
     bool Decide(const Item &item);
     bool IsTaken(const Item &item);

@@ -177,11 +177,15 @@ private Q_SLOTS:
             }
             event.GetElementNode().toElement().setAttribute(QStringLiteral("own"), 1);
             run.m_oReport.SetElementMaxOccurs(QStringLiteral("v"), 2);
+            if (event.GetElementName() == QLatin1String("p")) { // the walk turns back at a text
+                QDomNode p = event.GetElementNode();
+                p.insertBefore(p.ownerDocument().createTextNode(QStringLiteral("x")), p.firstChild());
+            }
         };
         run.m_oReport.SetValidOutput(true);
-        QVERIFY(run.Run(RootElement(QStringLiteral("<t v max=2/>"))));
+        QVERIFY(run.Run(RootElement(QStringLiteral("<t v max=2/><e p><c><t a/></c></e>"))));
         QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("type own type own type"));
-        QCOMPARE(run.Report(), QStringLiteral("<R own='1'><v own='1'/><v own='1'/></R>"));
+        QCOMPARE(run.Report(), QStringLiteral("<R own='1'><v own='1'/><v own='1'/><p own='1'>x<a/></p></R>"));
     }
 
     void CountsNoMarks()
