@@ -177,7 +177,6 @@ bool ValidOutput::SettleAttributes(const Element &declared, CurrentAttributes &a
     return hasValue;
 }
 
-// A receiver that has put nodes in has kept the walk from some of the template, or has copied it.
 void ValidOutput::CleanRest()
 {
     for (dom::NodeWalk walk(m_lItems.front().m_oElement); !walk.AtEnd(); walk.Next()) {
@@ -192,7 +191,6 @@ void ValidOutput::CleanRest()
 
 std::vector<ValidOutput::Finding> ValidOutput::Finish()
 {
-    CleanRest();
     // Of the alternatives with a value the first one counts.
     for (const Item &item : m_lItems) {
         if (item.m_bHasValue && item.m_pDeclared != nullptr) {

@@ -52,6 +52,10 @@ public:
     /// To be told behind Pass(): takes note of the elements below, to which the walk won't come.
     void PassContent(const QDomElement &element);
 
+    /// To be called behind the walk if a receiver may have kept it from some of the template, or copied that. Takes out
+    /// what the template says there.
+    void CleanRest();
+
     struct Finding
     {
         enum class Kind { Remove, Missing, MissingAttribute, Excluded };
@@ -59,7 +63,7 @@ public:
         QDomElement m_oElement;
         QString m_sAttribute;
     };
-    /// To be called once, behind the walk. Writes the defaults.
+    /// To be called once, behind the walk and CleanRest(). Writes the defaults.
     std::vector<Finding> Finish();
 
 private:
@@ -79,7 +83,6 @@ private:
     }
     int Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed);
     bool SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const;
-    void CleanRest();
     void Take(const Item &item);
     bool Decide(const Item &item);
     bool IsTaken(const Item &item);

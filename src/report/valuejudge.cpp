@@ -2,12 +2,11 @@
 
 #include "report/schemapattern.h"
 
+#include <QDateTime>
 #include <QHash>
-#include <QTime>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -178,8 +177,9 @@ bool ValueJudge::IsWellWithin(double number) const
 
 QString ValueJudge::RefuseBounds(const QString &text, const double *pNumber) const
 {
-    const bool isDouble = pNumber != nullptr && m_eKind == Kind::Double; // an integer's text may be cut
-    if (m_lBounds.empty() || (isDouble && IsWellWithin(*pNumber))) {
+    const bool isInteger = m_eKind == Kind::Integer; // which is written cut
+    const bool isNumber = pNumber != nullptr && (isInteger || m_eKind == Kind::Double);
+    if (m_lBounds.empty() || (isNumber && IsWellWithin(isInteger ? std::trunc(*pNumber) : *pNumber))) {
         return QString();
     }
     const std::optional<Value> value = Read(text);

@@ -2,7 +2,6 @@
 
 #include "schema/declarations.h"
 
-#include <QDateTime>
 #include <QRegularExpression>
 #include <QString>
 

@@ -27,7 +27,7 @@ public:
 
     /// The name of the mark, and the first character of the names of all marks.
     static const QString &MarkName();
-    static bool IsMark(const QString &attribute) { return attribute.startsWith(QChar(1)); }
+    static bool IsMark(const QString &attribute) { return !attribute.isEmpty() && attribute.at(0) == QChar(1); }
     /// Sets a mark, and has the element's marks counted.
     static void SetMark(QDomElement element, const QString &name, const QString &value);
     /// How many of an element's attributes are marks.
