@@ -229,7 +229,8 @@ void Declarations::SettleElement(QDomElement element)
     std::sort(settled.m_lTemplate.begin(), settled.m_lTemplate.end());
     std::sort(settled.m_lAttributes.begin(), settled.m_lAttributes.end(),
               [](const Attribute &first, const Attribute &second) { return first.m_sName < second.m_sName; });
-    element.setAttribute(MarkName(), Append(m_lElements, std::move(settled)));
+    const auto index = static_cast<uint>(Append(m_lElements, std::move(settled)));
+    element.setAttribute(MarkName(), QString(QChar(index & 0xFFFF)) + QChar(index >> 16));
 }
 
 const Declarations::Particle &Declarations::GetParticle(const Element &element) const
@@ -238,9 +239,9 @@ const Declarations::Particle &Declarations::GetParticle(const Element &element) 
     return element.m_iParticle < 0 ? none : m_lParticles[static_cast<std::size_t>(element.m_iParticle)];
 }
 
+// Asked several times for each element: reading the number of a text would take longer.
 const Declarations::Element *Declarations::Of(const QString &mark) const
 {
-    const int index = mark.isEmpty() ? -1 : mark.toInt();
-    return index < 0 || index >= static_cast<int>(m_lElements.size()) ? nullptr
-                                                                      : &m_lElements[static_cast<std::size_t>(index)];
+    const uint index = mark.size() != 2 ? ~0U : mark.at(0).unicode() | uint { mark.at(1).unicode() } << 16;
+    return index < m_lElements.size() ? &m_lElements[index] : nullptr;
 }
