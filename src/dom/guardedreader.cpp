@@ -281,7 +281,7 @@ bool GuardedReader::ReadFile(const QString &path, QDomDocument *document)
         m_sRefusal = path + QLatin1String(" is no regular file");
         return false;
     }
-    // Qt's reader begins, and ends, a document also where there is none.
+    // Qt's reader begins a document also where there is none, and meets its end at once.
     if (!file.open(QIODevice::ReadOnly)) {
         m_sRefusal = path + QLatin1String(" can't be opened: ") + file.errorString();
     }

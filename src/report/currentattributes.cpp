@@ -74,6 +74,9 @@ void CurrentAttributes::Set(const QString &name, const QString &value)
 
 bool CurrentAttributes::Has(const QString &name)
 {
+    if (m_eHolder == Holder::Document) {
+        return m_oElement.hasAttribute(name);
+    }
     const AttributeList &all = GetAll();
     return Find(all, name) != all.end();
 }

@@ -273,6 +273,9 @@ void DomParser::TellMissing()
 void DomParser::FinishValidOutput()
 {
     using Kind = ValidOutput::Finding::Kind;
+    if (m_oWalked.IsWatched()) {
+        m_pValidOutput->CleanRest();
+    }
     for (const ValidOutput::Finding &finding : m_pValidOutput->Finish()) {
         switch (finding.m_eKind) {
         case Kind::Remove:

@@ -111,8 +111,8 @@ Verdict CheckText(const QString &text, const AttributeList &attributes, const QS
     bool hasMatch = false;
     bool restricts = false;
     for (const auto &[name, value] : attributes) {
-        const bool isOfTarget = attribute.isEmpty() ? name.at(name.size() - 1).isDigit() : name.contains(attribute);
-        if (isOfTarget && name.contains(QLatin1String("enumeration"))) {
+        if (name.contains(QLatin1String("enumeration"))
+            && (attribute.isEmpty() ? name.at(name.size() - 1).isDigit() : name.contains(attribute))) {
             hasMatch = hasMatch || value == text;
             restricts = restricts || !value.isEmpty();
             verdict.m_lUsed.append(name);

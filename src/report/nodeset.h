@@ -21,9 +21,7 @@ public:
 class NodeSet
 {
 public:
-    /// False if it was there already.
-    bool Insert(const QDomNode &node) { return m_hNodes.emplace(NodeIdentity(node).Get(), node).second; }
-
+    void Insert(const QDomNode &node) { m_hNodes.emplace(NodeIdentity(node).Get(), node); }
     bool Contains(const QDomNode &node) const { return m_hNodes.count(NodeIdentity(node).Get()) != 0; }
 
     void Clear() { m_hNodes.clear(); }

@@ -52,7 +52,9 @@ public:
     /// Why not; empty where it was.
     QString GetSchemaError() const { return m_sSchemaError; }
 
-    /// The values that were refused in each of their forms, in the order of the report.
+    /// The values that were refused in each of their forms, in the order in which that was known: during the walk a
+    /// count as soon as it was refused and a value behind its element, behind the walk the values of alternatives that
+    /// had to go.
     QVector<RefusedValue> GetRefusedValues() const { return m_lRefusedValues; }
     /// The places of the mandatory elements and required attributes that got no value, in the order of the report.
     QStringList GetMissing() const { return m_lMissing; }
@@ -67,7 +69,7 @@ public:
     void SetSaveResult(const QString &error);
     /// The operator has ended the dialog unsaved.
     void SetDropped() { m_eState = State::Dropped; }
-    /// To be called in the order of the report.
+    /// To be called as soon as it is known.
     void AddRefused(const RefusedValue &refused) { m_lRefusedValues.append(refused); }
     /// To be called in the order of the report.
     void AddMissing(const QString &place) { m_lMissing.append(place); }

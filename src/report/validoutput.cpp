@@ -51,17 +51,16 @@ QString ValidOutput::Refuse(const Element &declared, const QString &attribute, Q
         judge = std::make_unique<ValueJudge>(m_pDeclarations->GetRules()[static_cast<std::size_t>(rule)]);
     }
     QString refusal = judge->Refuse(text, pNumber, isDouble);
-    const Declarations::Constant &constant =
-        pAttribute == nullptr ? declared.m_oParticle.m_oDefault : pAttribute->m_oDefault;
+    const Declarations::Constant &constant = pAttribute == nullptr ? declared.m_oDefault : pAttribute->m_oDefault;
     if (refusal.isEmpty() && constant.m_bFixed && !judge->IsSame(text, constant.m_sValue)) {
         return QStringLiteral("the schema fixes it to \"%1\"").arg(constant.m_sValue);
     }
     return refusal;
 }
 
-bool ValidOutput::MayRepeat(const Element &declared, int count)
+bool ValidOutput::MayRepeat(const Element &declared, int count) const
 {
-    const Declarations::Particle &particle = declared.m_oParticle;
+    const Declarations::Particle &particle = m_pDeclarations->GetParticle(declared);
     if (count <= 1) {
         return count != 0 || particle.m_bOptional;
     }
@@ -70,23 +69,33 @@ bool ValidOutput::MayRepeat(const Element &declared, int count)
 
 bool ValidOutput::IsAskedAgain(const Element &declared, const QDomNode &parent)
 {
+    if (declared.m_iParticle < 0) {
+        return false;
+    }
     QDomNode &asked = m_hAsked[declared.m_iParticle];
-    const bool isAgain = declared.m_iParticle >= 0 && asked == parent;
+    const bool isAgain = asked == parent;
     asked = parent;
     return isAgain;
 }
 
 bool ValidOutput::MayBeDiscarded(const Element &declared, const QDomElement &element) const
 {
-    if (declared.m_oParticle.m_oAlternative.m_iChoice < 0) {
+    const int choice = PlaceOf(declared).m_iChoice;
+    if (choice < 0) {
         return false;
     }
-    const QStringList &members = m_pDeclarations->GetChoice(declared.m_oParticle.m_oAlternative.m_iChoice).m_lMembers;
-    QDomElement other = element.parentNode().firstChildElement();
-    while (!other.isNull() && (other == element || !members.contains(other.tagName()))) {
-        other = other.nextSiblingElement();
+    const auto isMember = [&](const Element *pOther) {
+        return pOther != nullptr && PlaceOf(*pOther).m_iChoice == choice;
+    };
+    // Those in front of the element have lost their marks.
+    const auto inFront = std::find_if(m_lItems.begin() + m_lOpen.back() + 1, m_lItems.end(), [&](const Item &item) {
+        return isMember(item.m_pDeclared) && item.m_oElement.parentNode() == element.parentNode();
+    });
+    QDomElement behind = element.nextSiblingElement();
+    while (!behind.isNull() && !isMember(m_pDeclarations->Of(behind.attribute(Declarations::MarkName())))) {
+        behind = behind.nextSiblingElement();
     }
-    return !other.isNull();
+    return inFront != m_lItems.end() || !behind.isNull();
 }
 
 void ValidOutput::NoteGiven(CurrentAttributes &attributes, const QString &attribute)
@@ -131,11 +140,11 @@ int ValidOutput::Add(const QDomElement &element, CurrentAttributes &attributes, 
     const bool hasAttribute = pDeclared != nullptr && SettleAttributes(*pDeclared, attributes, missing);
     // An element that a receiver has made on its own stays as it is.
     const bool hasValue = hasText || hasAttribute || pDeclared == nullptr || element == m_oKept;
-    if (hasValue && parent >= 0) {
-        At(parent).m_bHasValue = true;
+    // A container has a value if anything in it has one.
+    for (int item = parent; hasValue && item >= 0 && !At(item).m_bHasValue; item = At(item).m_iParent) {
+        At(item).m_bHasValue = true;
     }
-    const bool isDecided =
-        pDeclared == nullptr || (hasText && missing.isEmpty() && pDeclared->m_oParticle.m_oAlternative.m_iChoice < 0);
+    const bool isDecided = pDeclared == nullptr || (hasText && missing.isEmpty() && PlaceOf(*pDeclared).m_iChoice < 0);
     if (isPassed && isDecided && element.firstChildElement().isNull()) {
         return parent;
     }
@@ -168,9 +177,26 @@ bool ValidOutput::SettleAttributes(const Element &declared, CurrentAttributes &a
     return hasValue;
 }
 
+void ValidOutput::CleanRest()
+{
+    for (dom::NodeWalk walk(m_lItems.front().m_oElement); !walk.AtEnd(); walk.Next()) {
+        CurrentAttributes attributes;
+        attributes.Bind(walk.Node().toElement(), nullptr);
+        if (const Element *pDeclared = Find(attributes)) {
+            QStringList missing;
+            SettleAttributes(*pDeclared, attributes, missing);
+        }
+    }
+}
+
 std::vector<ValidOutput::Finding> ValidOutput::Finish()
 {
-    SpreadValues();
+    // Of the alternatives with a value the first one counts.
+    for (const Item &item : m_lItems) {
+        if (item.m_bHasValue && item.m_pDeclared != nullptr) {
+            Take(item);
+        }
+    }
     for (Item &item : m_lItems) {
         item.m_bGone = item.m_iParent >= 0 && At(item.m_iParent).m_bGone;
         if (item.m_bGone || item.m_pDeclared == nullptr) {
@@ -186,25 +212,10 @@ std::vector<ValidOutput::Finding> ValidOutput::Finish()
     return std::move(m_lFindings);
 }
 
-// A container has a value if anything in it has one. Of the alternatives with a value the first one counts.
-void ValidOutput::SpreadValues()
-{
-    for (auto item = m_lItems.rbegin(); item != m_lItems.rend(); ++item) {
-        if (item->m_bHasValue && item->m_iParent >= 0) {
-            At(item->m_iParent).m_bHasValue = true;
-        }
-    }
-    for (const Item &item : m_lItems) {
-        if (item.m_bHasValue && item.m_pDeclared != nullptr) {
-            Take(item);
-        }
-    }
-}
-
 // Takes the item's alternative unless another one is taken, and so in each of the choices around.
 void ValidOutput::Take(const Item &item)
 {
-    Declarations::Alternative place = item.m_pDeclared->m_oParticle.m_oAlternative;
+    Declarations::Alternative place = PlaceOf(*item.m_pDeclared);
     while (place.m_iChoice >= 0) {
         m_lTaken.insert({ { item.m_iParent, place.m_iChoice }, place.m_iAlternative });
         place = m_pDeclarations->GetChoice(place.m_iChoice).m_oAlternative;
@@ -220,18 +231,21 @@ bool ValidOutput::Decide(const Item &item)
         }
         return false;
     }
-    return item.m_bHasValue || !item.m_pDeclared->m_oParticle.m_bOptional;
+    return item.m_bHasValue || !m_pDeclarations->GetParticle(*item.m_pDeclared).m_bOptional;
 }
 
 // False for an alternative that isn't the one that is taken. Names the first of a choice that may not stay without one.
 bool ValidOutput::IsTaken(const Item &item)
 {
     bool isTaken = true;
-    Declarations::Alternative place = item.m_pDeclared->m_oParticle.m_oAlternative;
+    Declarations::Alternative place = PlaceOf(*item.m_pDeclared);
     while (place.m_iChoice >= 0) {
         const Declarations::Choice &choice = m_pDeclarations->GetChoice(place.m_iChoice);
         const auto [taken, isFirst] = m_lTaken.insert({ { item.m_iParent, place.m_iChoice }, -1 });
-        if (isFirst && !choice.m_bOptional) {
+        const auto around = m_lTaken.find({ item.m_iParent, choice.m_oAlternative.m_iChoice });
+        const bool isNeeded = choice.m_oAlternative.m_iChoice < 0
+            || (around != m_lTaken.end() && around->second == choice.m_oAlternative.m_iAlternative);
+        if (isFirst && isNeeded && !choice.m_bOptional) {
             m_lFindings.push_back({ Finding::Kind::Missing, item.m_oElement, QString() });
         }
         isTaken = isTaken && (choice.m_bRepeats ? item.m_bHasValue : taken->second == place.m_iAlternative);
@@ -248,7 +262,7 @@ void ValidOutput::Complete(const Item &item)
     if (!item.m_pDeclared->m_bHasType || item.m_oElement.firstChild().isText()) {
         return;
     }
-    const QString &value = item.m_pDeclared->m_oParticle.m_oDefault.m_sValue;
+    const QString &value = item.m_pDeclared->m_oDefault.m_sValue;
     if (value.isNull()) {
         m_lFindings.push_back({ Finding::Kind::Missing, item.m_oElement, QString() });
     } else {

@@ -33,7 +33,7 @@ public:
     QString Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber,
                    bool isDouble);
     /// Whether an element may stand that often beside the others that the template has of its declaration.
-    static bool MayRepeat(const Element &declared, int count);
+    bool MayRepeat(const Element &declared, int count) const;
     /// True from the second question on for the elements of one declaration below one parent.
     bool IsAskedAgain(const Element &declared, const QDomNode &parent);
     /// Whether the element is an alternative and not the only one that is left.
@@ -52,6 +52,10 @@ public:
     /// To be told behind Pass(): takes note of the elements below, to which the walk won't come.
     void PassContent(const QDomElement &element);
 
+    /// To be called behind the walk if a receiver may have kept it from some of the template, or copied that. Takes out
+    /// what the template says there.
+    void CleanRest();
+
     struct Finding
     {
         enum class Kind { Remove, Missing, MissingAttribute, Excluded };
@@ -59,7 +63,7 @@ public:
         QDomElement m_oElement;
         QString m_sAttribute;
     };
-    /// To be called once, behind the walk. Writes the defaults.
+    /// To be called once, behind the walk and CleanRest(). Writes the defaults.
     std::vector<Finding> Finish();
 
 private:
@@ -73,9 +77,12 @@ private:
         QStringList m_lMissing; // attributes
     };
 
+    const Declarations::Alternative &PlaceOf(const Element &declared) const
+    {
+        return m_pDeclarations->GetParticle(declared).m_oAlternative;
+    }
     int Add(const QDomElement &element, CurrentAttributes &attributes, int parent, bool isPassed);
     bool SettleAttributes(const Element &declared, CurrentAttributes &attributes, QStringList &missing) const;
-    void SpreadValues();
     void Take(const Item &item);
     bool Decide(const Item &item);
     bool IsTaken(const Item &item);

@@ -2,12 +2,11 @@
 
 #include "report/schemapattern.h"
 
+#include <QDateTime>
 #include <QHash>
-#include <QTime>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -89,12 +88,16 @@ void ValueJudge::ReadFacet(const QString &name, const QString &value)
     static const QStringList sizes { QStringLiteral("length"), QStringLiteral("minLength"), QStringLiteral("maxLength"),
                                      QStringLiteral("totalDigits") };
     if (name == QLatin1String("enumeration")) {
-        m_lEnumeration.append(value);
+        m_lEnumeration.push_back(Parse(value));
     } else if (name == QLatin1String("whiteSpace")) {
         m_bCollapses = value == QLatin1String("collapse");
         m_bReplaces = m_bReplaces || value == QLatin1String("replace");
     } else if (sizes.contains(name)) {
-        m_lSizes.emplace_back(name, value.toInt());
+        bool isNumber = false;
+        const int size = value.toInt(&isNumber);
+        if (isNumber) {
+            m_lSizes.emplace_back(name, size);
+        }
     } else if (name.endsWith(QLatin1String("clusive"))) {
         const QString text = value.trimmed();
         if (const std::optional<Value> bound = Read(text)) {
@@ -119,11 +122,13 @@ bool ValueJudge::HasForm(const QString &text) const
     }
 }
 
-// Nothing for a text that names no number or moment, and so can't be compared.
 std::optional<ValueJudge::Value> ValueJudge::Read(const QString &text) const
 {
     if (m_eKind == Kind::Integer) {
         return HasForm(text) ? std::optional<Value>({ ToNumber(text), false }) : std::nullopt;
+    }
+    if (m_eKind == Kind::Boolean) {
+        return Value { text == QLatin1String("true") || text == QLatin1String("1") ? 1.0L : 0.0L };
     }
     if (m_eKind == Kind::Double) {
         bool isNumber = false;
@@ -172,8 +177,9 @@ bool ValueJudge::IsWellWithin(double number) const
 
 QString ValueJudge::RefuseBounds(const QString &text, const double *pNumber) const
 {
-    const bool isNumber = pNumber != nullptr && (m_eKind == Kind::Double || m_eKind == Kind::Integer);
-    if (m_lBounds.empty() || (isNumber && IsWellWithin(*pNumber))) {
+    const bool isInteger = m_eKind == Kind::Integer; // which is written cut
+    const bool isNumber = pNumber != nullptr && (isInteger || m_eKind == Kind::Double);
+    if (m_lBounds.empty() || (isNumber && IsWellWithin(isInteger ? std::trunc(*pNumber) : *pNumber))) {
         return QString();
     }
     const std::optional<Value> value = Read(text);
@@ -201,24 +207,24 @@ QString ValueJudge::RefuseSize(const QString &text) const
     return QString();
 }
 
-bool ValueJudge::IsSame(const QString &first, const QString &second) const
+bool ValueJudge::IsSame(const Parsed &one, const Parsed &other)
 {
-    if (m_eKind == Kind::String || m_eKind == Kind::Unknown) {
-        return first == second;
+    if (!one.m_oValue || !other.m_oValue) {
+        return one.m_sText == other.m_sText;
     }
-    if (m_eKind == Kind::Boolean) {
-        const auto isTrue = [](const QString &text) {
-            return text == QLatin1String("true") || text == QLatin1String("1");
-        };
-        return isTrue(first) == isTrue(second);
+    const auto &[first, firstHasZone] = *one.m_oValue;
+    const auto &[second, secondHasZone] = *other.m_oValue;
+    return (std::isnan(first) && std::isnan(second)) || (first == second && firstHasZone == secondHasZone);
+}
+
+// An empty enumeration lists all.
+bool ValueJudge::IsListed(const QString &text) const
+{
+    if (m_lEnumeration.empty()) {
+        return true;
     }
-    const std::optional<Value> one = Read(first);
-    const std::optional<Value> other = Read(second.trimmed());
-    if (!one || !other) {
-        return first == second;
-    }
-    const bool areNeither = std::isnan(one->m_dNumber) && std::isnan(other->m_dNumber);
-    return areNeither || (one->m_dNumber == other->m_dNumber && one->m_bHasZone == other->m_bHasZone);
+    return std::any_of(m_lEnumeration.begin(), m_lEnumeration.end(),
+                       [parsed = Parse(text)](const Parsed &allowed) { return IsSame(parsed, allowed); });
 }
 
 QString ValueJudge::Refuse(QString &text, const double *pNumber, bool isDouble) const
@@ -230,7 +236,8 @@ QString ValueJudge::Refuse(QString &text, const double *pNumber, bool isDouble) 
     }
     QString judged = text;
     if (m_bReplaces) {
-        judged.replace(QRegularExpression(QStringLiteral("[\\t\\n\\r]")), QStringLiteral(" "));
+        static const QRegularExpression blank(QStringLiteral("[\\t\\n\\r]"));
+        judged.replace(blank, QStringLiteral(" "));
     }
     if (m_bCollapses) {
         judged = judged.simplified();
@@ -239,8 +246,7 @@ QString ValueJudge::Refuse(QString &text, const double *pNumber, bool isDouble) 
     if (!isInteger && !HasForm(judged)) {
         return QStringLiteral("it is no %1").arg(m_sType);
     }
-    const auto isSame = [&](const QString &allowed) { return IsSame(judged, allowed); };
-    if (!m_lEnumeration.isEmpty() && std::none_of(m_lEnumeration.begin(), m_lEnumeration.end(), isSame)) {
+    if (!IsListed(judged)) {
         return QStringLiteral("not among the enumeration values");
     }
     if (m_bHasPattern && !m_oPattern.match(judged).hasMatch()) {

@@ -2,10 +2,8 @@
 
 #include "schema/declarations.h"
 
-#include <QDateTime>
 #include <QRegularExpression>
 #include <QString>
-#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -22,7 +20,7 @@ public:
     /// written: ".
     QString Refuse(QString &text, const double *pNumber, bool isDouble) const;
     /// Whether both texts mean one value.
-    bool IsSame(const QString &first, const QString &second) const;
+    bool IsSame(const QString &first, const QString &second) const { return IsSame(Parse(first), Parse(second)); }
 
 private:
     enum class Kind { Unknown, String, Integer, Double, Boolean, DateTime, Time };
@@ -31,6 +29,12 @@ private:
     {
         long double m_dNumber = 0;
         bool m_bHasZone = false;
+    };
+    // Nothing for a text that names no number or moment, and so can't be compared but as a text.
+    struct Parsed
+    {
+        QString m_sText;
+        std::optional<Value> m_oValue;
     };
     struct Bound
     {
@@ -43,7 +47,10 @@ private:
     void ReadFacet(const QString &name, const QString &value);
     void ReadRange(const QString &type);
     std::optional<Value> Read(const QString &text) const;
+    Parsed Parse(const QString &text) const { return { text, Read(text.trimmed()) }; }
+    static bool IsSame(const Parsed &one, const Parsed &other);
     bool HasForm(const QString &text) const;
+    bool IsListed(const QString &text) const;
     bool IsHeld(const Bound &bound, const Value &value) const;
     bool IsWellWithin(double number) const;
     QString RefuseBounds(const QString &text, const double *pNumber) const;
@@ -52,7 +59,7 @@ private:
     QString m_sType;
     Kind m_eKind;
     std::vector<Bound> m_lBounds;
-    QStringList m_lEnumeration;
+    std::vector<Parsed> m_lEnumeration;
     std::vector<std::pair<QString, int>> m_lSizes; // of lengths and digits
     QRegularExpression m_oPattern;
     bool m_bHasPattern = false;

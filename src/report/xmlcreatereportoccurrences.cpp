@@ -59,8 +59,7 @@ bool XmlCreateReport::CheckOccurs(const QString &name, int maxOccurs)
         return CheckOccursMap(name, m_pCurrentElement->tagName(), maxOccurs, m_pCurrentElement);
     }
     const ValidOutput::Element *pDeclared = pValid->Find(m_pDomParser->GetAttributes());
-    return pDeclared != nullptr && name == m_pCurrentElement->tagName()
-        && ValidOutput::MayRepeat(*pDeclared, maxOccurs);
+    return pDeclared != nullptr && name == m_pCurrentElement->tagName() && pValid->MayRepeat(*pDeclared, maxOccurs);
 }
 
 bool XmlCreateReport::CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element)
@@ -78,12 +77,12 @@ void XmlCreateReport::DiscardChoiceItem()
     if (!FetchCurrentElement("DiscardChoiceItem")) {
         return;
     }
+    // The walk passes over the next sibling: bring the attributes kept for it and its followers into the document.
+    m_pDomParser->CompleteDocument();
     if (!MayBeDiscarded()) {
         Error(ITagwright::GENERAL_ERROR);
         return;
     }
-    // The walk passes over the next sibling: bring the attributes kept for it and its followers into the document.
-    m_pDomParser->CompleteDocument();
     const QDomElement discarded = *m_pCurrentElement;
     m_pDiscardSuccessor = std::make_unique<QDomElement>(dom::NextSibling(discarded).toElement());
     m_pCurrentElement = m_pDiscardSuccessor.get();

@@ -13,6 +13,7 @@ constexpr char kRule = 't';
 constexpr char kAttribute = 'a'; // one for each attribute, with its name
 constexpr char kDefault = 'd';
 constexpr char kFixed = 'f';
+constexpr char kCount = 'n'; // how many marks there are, this one included; behind the others
 
 QString Mark(char kind, const QString &attribute = QString())
 {
@@ -54,60 +55,83 @@ const QString &Declarations::MarkName()
     return name;
 }
 
+void Declarations::SetMark(QDomElement element, const QString &name, const QString &value)
+{
+    static const QString count = Mark(kCount);
+    if (name == count) {
+        return;
+    }
+    if (!element.hasAttribute(name)) {
+        element.setAttribute(count, std::max(CountMarks(element), 1) + 1);
+    }
+    element.setAttribute(name, value);
+}
+
+int Declarations::CountMarks(const QDomNode &node)
+{
+    static const QString count = Mark(kCount);
+    return node.toElement().attribute(count).toInt();
+}
+
 int Declarations::AddChoice(const Alternative &alternative, const QXmlAttributes &atts)
 {
-    if (!m_bCollects) {
-        return -1;
-    }
     Choice choice;
     choice.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
     const QString most = atts.value(QStringLiteral("maxOccurs"));
     choice.m_bRepeats = !most.isEmpty() && most != QLatin1String("1");
     choice.m_oAlternative = alternative;
     if (alternative.m_iChoice >= 0) {
-        Choice &outer = At(m_lChoices, alternative.m_iChoice);
-        choice.m_bRepeats = choice.m_bRepeats || outer.m_bRepeats;
-        // An inner choice that may be empty satisfies the outer one, which may take another alternative.
-        outer.m_bOptional = outer.m_bOptional || choice.m_bOptional;
-        choice.m_bOptional = true;
+        choice.m_bRepeats = choice.m_bRepeats || At(m_lChoices, alternative.m_iChoice).m_bRepeats;
     }
     return Append(m_lChoices, choice);
 }
 
-int Declarations::AddParticle(const QString &name, Particle particle, const QXmlAttributes &atts)
+int Declarations::AddParticle(Particle particle, const QXmlAttributes &atts)
 {
-    if (!m_bCollects) {
-        return -1;
-    }
     particle.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
-    if (particle.m_oAlternative.m_iChoice >= 0) {
-        Choice &choice = At(m_lChoices, particle.m_oAlternative.m_iChoice);
-        choice.m_lMembers.append(name);
-        // An alternative that may be empty satisfies the choice.
-        choice.m_bOptional = choice.m_bOptional || particle.m_bOptional;
-    }
+    AddMember(particle.m_oAlternative, particle.m_bOptional);
     particle.m_oDefault = ReadConstant(atts);
     return Append(m_lParticles, particle);
+}
+
+void Declarations::AddMember(const Alternative &place, bool isOptional)
+{
+    if (place.m_iChoice >= 0) {
+        bool &mayBeEmpty =
+            At(m_lChoices, place.m_iChoice).m_hMayBeEmpty.emplace(place.m_iAlternative, true).first->second;
+        mayBeEmpty = mayBeEmpty && isOptional;
+    }
+}
+
+// An alternative that may be empty satisfies its choice. Inner choices come behind the outer ones.
+void Declarations::SettleChoices()
+{
+    for (auto choice = m_lChoices.rbegin(); choice != m_lChoices.rend(); ++choice) {
+        for (const auto &[alternative, mayBeEmpty] : choice->m_hMayBeEmpty) {
+            choice->m_bOptional = choice->m_bOptional || mayBeEmpty;
+        }
+        AddMember(choice->m_oAlternative, choice->m_bOptional);
+    }
 }
 
 void Declarations::MarkParticle(QDomElement element, int particle)
 {
     if (particle >= 0) {
-        element.setAttribute(Mark(kParticle), particle);
+        SetMark(element, Mark(kParticle), QString::number(particle));
     }
 }
 
 void Declarations::MarkDefault(QDomElement element, const QXmlAttributes &atts)
 {
-    const Constant constant = ReadConstant(atts);
-    if (m_bCollects && !constant.m_sValue.isNull()) {
-        element.setAttribute(Mark(constant.m_bFixed ? kFixed : kDefault), constant.m_sValue);
+    const Constant constant = m_bCollects ? ReadConstant(atts) : Constant();
+    if (!constant.m_sValue.isNull()) {
+        SetMark(element, Mark(constant.m_bFixed ? kFixed : kDefault), constant.m_sValue);
     }
 }
 
 void Declarations::OpenRule(QDomElement element, const QString &type)
 {
-    element.setAttribute(Mark(kRule), Append(m_lRules, { type, {} }));
+    SetMark(element, Mark(kRule), QString::number(Append(m_lRules, { type, {} })));
 }
 
 void Declarations::AddFacet(const QString &name, const QString &value)
@@ -130,7 +154,7 @@ int Declarations::AddAttribute(const QString &name, const QString &type, const Q
 void Declarations::MarkAttribute(QDomElement element, int attribute)
 {
     if (attribute >= 0) {
-        element.setAttribute(Mark(kAttribute, At(m_lAttributes, attribute).m_sName), attribute);
+        SetMark(element, Mark(kAttribute, At(m_lAttributes, attribute).m_sName), QString::number(attribute));
     }
 }
 
@@ -172,6 +196,7 @@ int Declarations::BuiltInRule(const QString &type)
 
 void Declarations::Settle(QDomDocument document)
 {
+    SettleChoices();
     for (dom::NodeWalk walk(document.documentElement()); m_bCollects && !walk.AtEnd(); walk.Next()) {
         if (walk.Node().isElement()) {
             SettleElement(walk.Node().toElement());
@@ -183,12 +208,10 @@ void Declarations::SettleElement(QDomElement element)
 {
     Element settled;
     const QString particle = element.attribute(Mark(kParticle));
-    if (!particle.isEmpty()) {
-        settled.m_iParticle = particle.toInt();
-        settled.m_oParticle = At(m_lParticles, settled.m_iParticle);
-    }
-    if (settled.m_oParticle.m_oDefault.m_sValue.isNull()) {
-        settled.m_oParticle.m_oDefault = ConstantOf(element);
+    settled.m_iParticle = particle.isEmpty() ? -1 : particle.toInt();
+    settled.m_oDefault = GetParticle(settled).m_oDefault;
+    if (settled.m_oDefault.m_sValue.isNull()) {
+        settled.m_oDefault = ConstantOf(element);
     }
     settled.m_iRule = RuleOf(element);
     settled.m_bHasType = !element.attribute(QStringLiteral("type")).isEmpty();
@@ -206,12 +229,19 @@ void Declarations::SettleElement(QDomElement element)
     std::sort(settled.m_lTemplate.begin(), settled.m_lTemplate.end());
     std::sort(settled.m_lAttributes.begin(), settled.m_lAttributes.end(),
               [](const Attribute &first, const Attribute &second) { return first.m_sName < second.m_sName; });
-    element.setAttribute(MarkName(), Append(m_lElements, std::move(settled)));
+    const auto index = static_cast<uint>(Append(m_lElements, std::move(settled)));
+    element.setAttribute(MarkName(), QString(QChar(index & 0xFFFF)) + QChar(index >> 16));
 }
 
+const Declarations::Particle &Declarations::GetParticle(const Element &element) const
+{
+    static const Particle none;
+    return element.m_iParticle < 0 ? none : m_lParticles[static_cast<std::size_t>(element.m_iParticle)];
+}
+
+// Asked several times for each element: reading the number of a text would take longer.
 const Declarations::Element *Declarations::Of(const QString &mark) const
 {
-    const int index = mark.isEmpty() ? -1 : mark.toInt();
-    return index < 0 || index >= static_cast<int>(m_lElements.size()) ? nullptr
-                                                                      : &m_lElements[static_cast<std::size_t>(index)];
+    const uint index = mark.size() != 2 ? ~0U : mark.at(0).unicode() | uint { mark.at(1).unicode() } << 16;
+    return index < m_lElements.size() ? &m_lElements[index] : nullptr;
 }

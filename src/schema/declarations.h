@@ -8,9 +8,9 @@
 #include <QDomElement>
 #include <QHash>
 #include <QString>
-#include <QStringList>
 #include <QXmlAttributes>
 
+#include <map>
 #include <vector>
 
 /// What a schema says of each element of its template, where it stands there, in every copy and whatever type it comes
@@ -27,7 +27,11 @@ public:
 
     /// The name of the mark, and the first character of the names of all marks.
     static const QString &MarkName();
-    static bool IsMark(const QString &attribute) { return attribute.at(0) == QChar(1); }
+    static bool IsMark(const QString &attribute) { return !attribute.isEmpty() && attribute.at(0) == QChar(1); }
+    /// Sets a mark, and has the element's marks counted.
+    static void SetMark(QDomElement element, const QString &name, const QString &value);
+    /// How many of an element's attributes are marks.
+    static int CountMarks(const QDomNode &node);
 
     /// A built-in type without its prefix, empty for any other, and facets as declared.
     struct Rule
@@ -62,24 +66,24 @@ public:
         bool m_bOptional = false;
         bool m_bRepeats = false;
         Alternative m_oAlternative; // of the choice around it
-        QStringList m_lMembers;
+        std::map<int, bool> m_hMayBeEmpty; // by alternative: whether all its members are optional
     };
     struct Element
     {
-        int m_iParticle = -1;
-        Particle m_oParticle;
+        int m_iParticle = -1; // below 0 for one that isn't declared in a content model
+        Constant m_oDefault;
         int m_iRule = -1;
         bool m_bHasType = false; // else it takes no value of its own
         std::vector<Attribute> m_lAttributes;
         Attributes m_lTemplate; // all that the template writes, by name
     };
 
-    // While the schema is read. As long as nobody asks for declarations, nothing is added or marked: each Add...() is
-    // below 0 then, and marks nothing.
+    // While the schema is read. As long as nobody asks for declarations, nothing is added or marked; choices and
+    // particles are to be added only when somebody does.
     void Collect() { m_bCollects = true; }
     bool IsCollecting() const { return m_bCollects; }
     int AddChoice(const Alternative &alternative, const QXmlAttributes &atts);
-    int AddParticle(const QString &name, Particle particle, const QXmlAttributes &atts);
+    int AddParticle(Particle particle, const QXmlAttributes &atts);
     static void MarkParticle(QDomElement element, int particle);
     void MarkDefault(QDomElement element, const QXmlAttributes &atts);
     /// The facets that follow belong to the values of `element`.
@@ -95,10 +99,13 @@ public:
     // When it is read.
     /// Null for a text that is no element's mark.
     const Element *Of(const QString &mark) const;
+    const Particle &GetParticle(const Element &element) const;
     const Choice &GetChoice(int choice) const { return m_lChoices[static_cast<std::size_t>(choice)]; }
     const std::vector<Rule> &GetRules() const { return m_lRules; }
 
 private:
+    void AddMember(const Alternative &place, bool isOptional);
+    void SettleChoices();
     int RuleOf(const QDomElement &element);
     int BuiltInRule(const QString &type);
     void SettleElement(QDomElement element);

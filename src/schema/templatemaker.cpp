@@ -2,6 +2,7 @@
 
 #include "dom/attributelist.h"
 #include "dom/limits.h"
+#include "schema/declarations.h"
 
 namespace {
 
@@ -17,6 +18,12 @@ int LevelOf(const QDomNode &node)
         ++level;
     }
     return level;
+}
+
+// Marks are no attributes of the template.
+int CountOf(const QDomNode &node)
+{
+    return node.attributes().count() - Declarations::CountMarks(node);
 }
 
 // Of a schema attribute's facets only bounds and enumerations can be checked, so only these travel.
@@ -54,7 +61,7 @@ void TemplateMaker::SetAttribute(QDomElement target, const QString &name, const 
     if (IsExceeded() || target.isNull()) {
         return;
     }
-    if (target.attributes().count() >= limits::kMaxElementAttributes && !target.hasAttribute(name)) {
+    if (CountOf(target) >= limits::kMaxElementAttributes && !target.hasAttribute(name)) {
         Refuse(QStringLiteral("an element holds at most %1 attributes").arg(limits::kMaxElementAttributes));
     } else if (CountAttributes(1)) {
         target.setAttribute(name, value);
@@ -63,9 +70,15 @@ void TemplateMaker::SetAttribute(QDomElement target, const QString &name, const 
 
 void TemplateMaker::CopyAttributes(const QDomDocumentFragment &source, const QDomElement &target, Existing existing)
 {
-    for (const auto &[name, value] : dom::ListAttributes(source.firstChild())) {
-        if (existing == Existing::Replace || !target.hasAttribute(name)) {
+    const QDomNode carrier = source.firstChild();
+    for (const auto &[name, value] : dom::ListAttributes(carrier)) {
+        if (existing == Existing::Keep && target.hasAttribute(name)) {
+            continue;
+        }
+        if (!Declarations::IsMark(name)) {
             SetAttribute(target, name, value);
+        } else if (IsPlaceholder(carrier)) {
+            Declarations::SetMark(target, name, value); // an element's own marks say nothing of the target
         }
     }
 }
@@ -130,7 +143,7 @@ bool TemplateMaker::CountAttributes(int attributes)
 // The recursion ends at the greatest depth of a template.
 void TemplateMaker::CloneBelow(QDomNode parent, const QDomNode &node, int level)
 {
-    if (!Count(level, node.attributes().count())) {
+    if (!Count(level, CountOf(node))) {
         return;
     }
     const QDomNode clone = parent.appendChild(node.cloneNode(false));

@@ -23,9 +23,11 @@ void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
     if (local.Key().isEmpty() || m_pFragment == nullptr) {
         return;
     }
-    const int most = local.m_iMaxOccurs == LocalDeclaration::kNotGiven ? 1 : local.m_iMaxOccurs;
-    m_iParticle = m_pRun->m_pDeclarations->AddParticle(
-        local.Key(), { false, most, local.Copies(), m_oOpenTags.GetAlternative(), {} }, atts);
+    if (m_pRun->m_pDeclarations->IsCollecting()) {
+        const int most = local.m_iMaxOccurs == LocalDeclaration::kNotGiven ? 1 : local.m_iMaxOccurs;
+        m_iParticle = m_pRun->m_pDeclarations->AddParticle(
+            { false, most, local.Copies(), m_oOpenTags.GetAlternative(), {} }, atts);
+    }
     // 1. Make the element in as many copies as asked for, or the content of the reference.
     if (local.Copies() == 0) {
         m_oOpenTags.Mark(OpenTags::Kind::PassedOver);
@@ -42,7 +44,9 @@ void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
 void XmlSchemaHandler::ReadChoice(const QXmlAttributes &atts)
 {
     m_bInChoice = true;
-    m_oOpenTags.MarkChoice(m_pRun->m_pDeclarations->AddChoice(m_oOpenTags.GetAlternative(), atts));
+    if (m_pRun->m_pDeclarations->IsCollecting()) {
+        m_oOpenTags.MarkChoice(m_pRun->m_pDeclarations->AddChoice(m_oOpenTags.GetAlternative(), atts));
+    }
 }
 
 void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)

@@ -87,6 +87,7 @@ private Q_SLOTS:
         Row("type=string enumeration1=", Give("c"), "", "<v>c</v>");
         Row("type=string enumeration1Unit=a", Give("c"), "", "<v enumeration1Unit='a'>c</v>");
         Row("type=string enumeration1Unit2=a", Give("c", "a"), "!15", "<v>a</v>");
+        Row("type=string =1", Give("c"), "", "<v ='1'>c</v>");
         Row("type=string #=old", Give("new"), "", "<v><x/>new</v>");
         // The same value in one form after the other, from inside the delivery of the error.
         Row("type=string retried=", Give(3.5), "!10 !11", "<v retried=''>3.5 m</v>");

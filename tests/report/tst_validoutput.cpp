@@ -1,6 +1,7 @@
 #include "support/reportrun.h"
 #include "support/rows.h"
 
+#include "dom/limits.h"
 #include "report/schemapattern.h"
 
 #include <QDialog>
@@ -41,6 +42,9 @@ constexpr const char *kSettled[][5] = {
     { "a named type", "<e p type=P max=9/><e q type=P/>^<c P><t a min=0/><t b min=0 max=3/></c>", "p:2 b=s:x b:3",
       "<p><b>x</b><b>x</b><b>x</b></p><p><b>x</b><b>x</b><b>x</b></p><q><b>x</b><b>x</b><b>x</b></q>" },
     { "a type that comes later", "<e p type=Z min=0/><e ref=g min=0/>^<e g type=Z/><c Z><t a/></c>" },
+    { "an extension of a type with elements",
+      "<e v><c><xs:complexContent><x B/></xs:complexContent></c></e>^<c B><q><t a min=0/></q></c>", "", "<v/>",
+      "missing /R/v" },
     { "limits", "<t a max=100/><t b min=0 max=2/><t c/>", "a:101 b:3 c:2 c=s:x", "<a/><c>x</c>",
       "missing /R/a; refused /R/a 101 16; refused /R/b 3 16; refused /R/c 2 16" },
     { "beside the template's own", "<t a min=2 max=3/>", "a:2 a=s:x", "<a>x</a><a>x</a><a>x</a>" },
@@ -64,7 +68,12 @@ constexpr const char *kSettled[][5] = {
       "<p><a/><b>x</b></p><a/>", "missing /R/p/a; missing /R/a" },
     { "an inner alternative", "<h>" CHOICE "<t d/></h>", "b=s:x", "<b>x</b>" },
     { "an inner and an outer alternative", "<h>" CHOICE "<t d/></h>", "b=s:x d=s:y", "<b>x</b>", "refused /R/d y 16" },
+    { "given up beside a namesake", "<h><t a/><t b/></h><t c/><t a/>", "a- b- c=s:x", "<c>x</c><a/>",
+      "missing /R/b; missing /R/a[2]" },
+    { "an optional member beside a mandatory one", "<h><q><t a min=0/><t b/></q><t c/></h>", "", "", "missing /R/a" },
+    { "a choice within an alternative", "<h><q>" CHOICE "<t d/></q><t e/></h>", "d=s:x", "<d>x</d>", "missing /R/a" },
     { "a sequence as alternative", "<h><q><t a/><t b/></q><t c/></h>", "b=s:x", "<a/><b>x</b>", "missing /R/a" },
+    { "a facet without a name", "<e v type=T/>^<s T><r xs:string><xs: value='x'/></r></s>", "v=s:x", "<v>x</v>" },
     { "an attribute's own facets",
       "<e v max=2><c><xs:simpleContent><x xs:string><a ref=Ref1/><a Ref type=xs:string/></x></xs:simpleContent></c></e>"
       "^<a Ref1><s><r xs:string><v k/></r></s></a>",
@@ -80,6 +89,7 @@ constexpr const char *kJudged[][2] = {
     { "integer totalDigits='2'; i:100", "" },
     { "integer minInclusive='-65535' maxExclusive='65535'; i:65535", "" },
     { "short; s:abc", "" },
+    { "short minExclusive='10'; d:10.5", "" },
     { "short; b:true", "" },
     { "short; d:32768", "" },
     { "short; d:-32768.9", "-32768" },
@@ -90,6 +100,7 @@ constexpr const char *kJudged[][2] = {
     { "double enumeration='1.50'; d:1.5", "1.5" },
     { "double maxExclusive='10'; d:10.00000000000001", "" },
     { "string minLength='2' maxLength='3'; s:x", "" },
+    { "string maxLength='many'; s:x", "x" },
     { "string length='2'; s:\xF0\x9D\x84\x9E!", "\xF0\x9D\x84\x9E!" },
     { "string pattern='[A-Z]{2}' pattern='\\d+'; s:12", "12" },
     { "string pattern='[A-Z]{2}'; s:ABC", "" },
@@ -166,11 +177,28 @@ private Q_SLOTS:
             }
             event.GetElementNode().toElement().setAttribute(QStringLiteral("own"), 1);
             run.m_oReport.SetElementMaxOccurs(QStringLiteral("v"), 2);
+            if (event.GetElementName() == QLatin1String("p")) { // the walk turns back at a text
+                QDomNode p = event.GetElementNode();
+                p.insertBefore(p.ownerDocument().createTextNode(QStringLiteral("x")), p.firstChild());
+            }
         };
         run.m_oReport.SetValidOutput(true);
-        QVERIFY(run.Run(RootElement(QStringLiteral("<t v max=2/>"))));
+        QVERIFY(run.Run(RootElement(QStringLiteral("<t v max=2/><e p><c><t a/></c></e>"))));
         QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("type own type own type"));
-        QCOMPARE(run.Report(), QStringLiteral("<R own='1'><v own='1'/><v own='1'/></R>"));
+        QCOMPARE(run.Report(), QStringLiteral("<R own='1'><v own='1'/><v own='1'/><p own='1'>x<a/></p></R>"));
+    }
+
+    void CountsNoMarks()
+    {
+        ReportRun run;
+        run.m_oReport.SetValidOutput(true);
+        QString attributes;
+        for (int i = 1; i < limits::kMaxElementAttributes; ++i) { // and the type
+            attributes += QStringLiteral("<a A%1 type=xs:string/>").arg(i);
+        }
+        QVERIFY(
+            run.Run(QStringLiteral("<c C><xs:simpleContent><x xs:string>%1</x></xs:simpleContent></c>").arg(attributes)
+                    + RootElement(QStringLiteral("<e v type=C/>"))));
     }
 
     // Ordinals count what was announced: dropped elements too, and each once.
