@@ -1,10 +1,9 @@
 #include "consolerun.h"
 #include "mainwindow.h"
 #include "measurement.h"
+#include "operatorlanguage.h"
 #include "panelfile.h"
 #include "pictures.h"
-
-#include "host/ostrel.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -28,6 +27,10 @@ QString FindSchema()
 
 QString DefaultReportFolder()
 {
+    const QString chosen = panelfile::RestoreReportFolder();
+    if (!chosen.isEmpty()) {
+        return chosen;
+    }
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Receiver reports");
 }
 
@@ -42,6 +45,7 @@ struct Options
     QString m_sReportFolder;
     QString m_sPanelPath;
     QString m_sPictureFolder;
+    QString m_sLanguage;
     bool m_bOnce = false;
 };
 
@@ -54,9 +58,10 @@ Options ReadOptions(const QStringList &arguments)
     const QCommandLineOption panel(QStringLiteral("panel"),
                                    QStringLiteral("The file that keeps the panel from one start to the next."),
                                    QStringLiteral("file"), DefaultPanelPath());
-    const QCommandLineOption language(QStringLiteral("language"),
-                                      QStringLiteral("The language of the texts; the system's if it isn't given."),
-                                      QStringLiteral("code"), QLocale::system().name());
+    const QCommandLineOption language(
+        QStringLiteral("language"),
+        QStringLiteral("The language of the windows (en, de, fr); the system's if it isn't given."),
+        QStringLiteral("code"), QLocale::system().name());
     const QCommandLineOption once(QStringLiteral("once"), QStringLiteral("Make one report without a window."));
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                         QStringLiteral("Draw the windows into PNG files in a folder."),
@@ -66,17 +71,37 @@ Options ReadOptions(const QStringList &arguments)
     parser.addHelpOption();
     parser.addOptions({ schema, out, panel, language, once, screenshot });
     parser.process(arguments);
-    TranslationCenter::Instance().SetLocale(QLocale(parser.value(language)));
-    return { parser.value(schema), parser.value(out), parser.value(panel), parser.value(screenshot),
-             parser.isSet(once) };
+    return { parser.value(schema),     parser.value(out),      parser.value(panel),
+             parser.value(screenshot), parser.value(language), parser.isSet(once) };
 }
 
-bool IsWithoutWindow(int argc, char **argv)
+void SetUnlessSet(const char *variable, const char *value)
 {
-    return std::any_of(argv + 1, argv + argc, [](const char *argument) {
-        const QByteArray text(argument);
-        return text == "--once" || text.startsWith("--screenshot");
-    });
+    if (!qEnvironmentVariableIsSet(variable)) {
+        qputenv(variable, value);
+    }
+}
+
+/// Tells Qt, ahead of the application, what it reads when that is made.
+void PrepareQt(int argc, char **argv)
+{
+    const auto hasArgument = [&](const char *name) {
+        return std::any_of(argv + 1, argv + argc,
+                           [name](const char *argument) { return QByteArray(argument).startsWith(name); });
+    };
+    const bool drawsPictures = hasArgument("--screenshot");
+    if (drawsPictures || hasArgument("--once")) {
+        // Works without a display, too.
+        SetUnlessSet("QT_QPA_PLATFORM", "offscreen");
+    }
+    if (drawsPictures) {
+        // Sharp on dense screens.
+        SetUnlessSet("QT_SCALE_FACTOR", "2");
+    }
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
 }
 
 int ShowWindow(Measurement &measurement, const Options &options)
@@ -91,13 +116,11 @@ int ShowWindow(Measurement &measurement, const Options &options)
 
 int main(int argc, char *argv[])
 {
-    if (IsWithoutWindow(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        // Works without a display, too.
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+    PrepareQt(argc, argv);
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("receiver"));
     const Options options = ReadOptions(QCoreApplication::arguments());
+    const OperatorLanguage language(options.m_sLanguage);
     Measurement measurement;
     if (!options.m_sPictureFolder.isEmpty()) {
         return DrawPictures(measurement, options.m_sSchema, options.m_sPictureFolder);

@@ -1,8 +1,10 @@
 #include "mainwindow.h"
 
+#include "commentplacer.h"
 #include "measurement.h"
 #include "panel.h"
 #include "panelfile.h"
+#include "reporticon.h"
 #include "reportlist.h"
 #include "reportview.h"
 #include "signaltable.h"
@@ -35,12 +37,40 @@ MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QS
 {
     setWindowTitle(tr("Monitoring receiver"));
     m_pAvailability->setObjectName(QStringLiteral("availability"));
+    // A long path doesn't widen the window.
+    m_pAvailability->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    new CommentPlacer(this);
     MakeToolBar();
     MakeCentre();
     statusBar()->addWidget(m_pAvailability, 1);
     ConnectControl();
     resize(960, 700);
 }
+
+namespace {
+
+bool SpeaksEnglish()
+{
+    const QLocale::Language language = QLocale().language();
+    return language == QLocale::English || language == QLocale::C;
+}
+
+/// The library says it in English. Other languages have a sentence for each kind of refusal.
+QString ToReason(const ReportOutcome::RefusedValue &refused)
+{
+    if (SpeaksEnglish()) {
+        return refused.m_sReason;
+    }
+    if (refused.m_iError == ITagwright::CURRENT_VALUE_IS_NOT_VALID) {
+        return MainWindow::tr("the schema doesn't allow this value");
+    }
+    if (refused.m_iError == ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID) {
+        return MainWindow::tr("it may not stand there that often");
+    }
+    return MainWindow::tr("a value of another kind is expected");
+}
+
+} // namespace
 
 /// What became of a report, in a line for the operator.
 QString MainWindow::ToText(const ReportOutcome &outcome)
@@ -52,11 +82,11 @@ QString MainWindow::ToText(const ReportOutcome &outcome)
         return tr("The report is not saved: %1").arg(outcome.GetSaveError());
     }
     if (!outcome.IsSchemaRead()) {
-        return outcome.GetSchemaError();
+        return SpeaksEnglish() ? outcome.GetSchemaError() : tr("The schema can't be read.");
     }
     QStringList parts { tr("Saved as %1.").arg(QFileInfo(outcome.GetPath()).fileName()) };
     for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
-        parts << tr("%1: \"%2\" was not written: %3.").arg(refused.m_sPlace, refused.m_sValue, refused.m_sReason);
+        parts << tr("%1: \"%2\" was not written: %3.").arg(refused.m_sPlace, refused.m_sValue, ToReason(refused));
     }
     for (const QString &place : outcome.GetMissing()) {
         parts << tr("%1 has no value.").arg(place);
@@ -77,6 +107,14 @@ void MainWindow::SetSchema(const QString &schema)
     m_pControl->EnableReportButton(true);
 }
 
+void MainWindow::SetReportFolder(const QString &folder)
+{
+    m_sReportFolder = folder;
+    m_pReports->SetFolder(folder);
+    m_pControl->SetReportDirectory(folder);
+    m_pControl->EnableReportButton(true);
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (!m_sPanelPath.isEmpty()) {
@@ -94,6 +132,7 @@ void MainWindow::MakeToolBar()
     toolBar->addWidget(m_pControl);
     QToolButton *button = m_pControl->GetReportButton();
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setIcon(MakeReportIcon(button->icon()));
     setWindowIcon(button->icon());
     // The control brings the text only: the key is the host's.
     auto *shortcut = new QShortcut(QKeySequence(Qt::SHIFT + Qt::Key_F10), this);
@@ -111,7 +150,10 @@ void MainWindow::AddToolWidgets(QToolBar &toolBar)
     auto *schema = new QPushButton(tr("S&chema..."), &toolBar);
     schema->setObjectName(QStringLiteral("schema"));
     connect(schema, &QPushButton::clicked, this, &MainWindow::ChooseSchema);
-    for (QWidget *widget : std::initializer_list<QWidget *> { comment, schema }) {
+    auto *folder = new QPushButton(tr("C&hange folder..."), &toolBar);
+    folder->setObjectName(QStringLiteral("folder"));
+    connect(folder, &QPushButton::clicked, this, &MainWindow::ChooseFolder);
+    for (QWidget *widget : std::initializer_list<QWidget *> { comment, schema, folder }) {
         toolBar.addSeparator();
         toolBar.addWidget(widget);
     }
@@ -123,6 +165,15 @@ void MainWindow::ChooseSchema()
         QFileDialog::getOpenFileName(this, tr("The schema of the reports"), m_sSchema, tr("XML schemas (*.xsd)"));
     if (!path.isEmpty()) {
         SetSchema(path);
+    }
+}
+
+void MainWindow::ChooseFolder()
+{
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("The folder of the reports"), m_sReportFolder);
+    if (!folder.isEmpty()) {
+        SetReportFolder(folder);
+        panelfile::SaveReportFolder(folder);
     }
 }
 

@@ -52,10 +52,12 @@ bool DrawButton(MainWindow &window, const QString &folder, const char *name)
     QCoreApplication::processEvents();
     const QPixmap tools = window.findChild<QToolBar *>()->grab();
     const QPixmap status = window.statusBar()->grab();
-    QPixmap both(kButtonWidth, tools.height() + status.height());
+    const double scale = tools.devicePixelRatioF();
+    QPixmap both(qRound(kButtonWidth * scale), tools.height() + status.height());
+    both.setDevicePixelRatio(scale);
     QPainter painter(&both);
     painter.drawPixmap(0, 0, tools);
-    painter.drawPixmap(0, tools.height(), status);
+    painter.drawPixmap(QPointF(0, tools.height() / scale), status);
     painter.end();
     return both.save(QDir(folder).filePath(QLatin1String(name)));
 }
