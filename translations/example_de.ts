@@ -170,7 +170,7 @@
     <name>ReportList</name>
     <message>
         <source>There are no reports in this folder yet. Press the report button to make one.</source>
-        <translation>In diesem Ordner gibt es noch keine Berichte. Die Berichtstaste macht einen.</translation>
+        <translation>In diesem Ordner liegen noch keine Berichte. Die Schaltfläche oben links erstellt einen.</translation>
     </message>
 </context>
 <context>

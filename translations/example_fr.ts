@@ -170,7 +170,7 @@
     <name>ReportList</name>
     <message>
         <source>There are no reports in this folder yet. Press the report button to make one.</source>
-        <translation>Ce dossier ne contient pas encore de rapports. Le bouton de rapport en crée un.</translation>
+        <translation>Ce dossier ne contient pas encore de rapports. Le bouton en haut à gauche en crée un.</translation>
     </message>
 </context>
 <context>

@@ -7,11 +7,11 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
 constexpr int kGap = 8;
-constexpr int kCascade = 32;
 
 bool IsCommentDialog(const QObject *object)
 {
@@ -30,26 +30,39 @@ QVector<QRect> FindOthers(const QWidget &dialog)
     return others;
 }
 
-bool IsFree(const QRect &place, const QVector<QRect> &others, const QRect &screen)
+/// Moved as little as brings it onto the screen.
+QRect OnScreen(const QRect &place, const QRect &screen)
 {
-    return screen.contains(place)
-        && std::none_of(others.begin(), others.end(), [&place](const QRect &other) { return other.intersects(place); });
+    const QPoint last = screen.bottomRight() - QPoint(place.width() - 1, place.height() - 1);
+    return { QPoint(qMax(screen.left(), qMin(place.left(), last.x())), qMax(screen.top(), qMin(place.top(), last.y()))),
+             place.size() };
 }
 
-/// Right of one of the others, below, left or above; where nothing is free, a step away from the last of them.
+int CoveredArea(const QRect &place, const QVector<QRect> &others)
+{
+    return std::accumulate(others.begin(), others.end(), 0, [&place](int sum, const QRect &other) {
+        const QRect covered = place.intersected(other);
+        return sum + covered.width() * covered.height();
+    });
+}
+
+/// Right of one of the others, below, left or above, where it covers least of them.
 QPoint FindPlace(const QSize &size, const QVector<QRect> &others, const QRect &screen)
 {
+    QVector<QRect> places;
     for (const QRect &other : others) {
-        const QPoint start = other.topLeft();
-        for (const QPoint &place : { QPoint(other.right() + kGap, start.y()), QPoint(start.x(), other.bottom() + kGap),
-                                     QPoint(start.x() - size.width() - kGap, start.y()),
-                                     QPoint(start.x(), start.y() - size.height() - kGap) }) {
-            if (IsFree(QRect(place, size), others, screen)) {
-                return place;
-            }
+        const QRect start(other.topLeft(), size);
+        const QSize far(other.width() + kGap, other.height() + kGap);
+        const QSize near(size.width() + kGap, size.height() + kGap);
+        for (const QRect &place : { start.translated(far.width(), 0), start.translated(0, far.height()),
+                                    start.translated(-near.width(), 0), start.translated(0, -near.height()) }) {
+            places.append(OnScreen(place, screen));
         }
     }
-    return others.last().topLeft() + QPoint(kCascade, kCascade);
+    const auto best = std::min_element(places.begin(), places.end(), [&others](const QRect &left, const QRect &right) {
+        return CoveredArea(left, others) < CoveredArea(right, others);
+    });
+    return best->topLeft();
 }
 
 } // namespace

@@ -11,7 +11,10 @@ EmptyHint::EmptyHint(const QString &text, QAbstractItemView &view)
     setAlignment(Qt::AlignCenter);
     // A click goes to the view.
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setForegroundRole(QPalette::PlaceholderText);
+    // The colour alone: the role's brush draws nothing in some styles.
+    QPalette colors = palette();
+    colors.setColor(foregroundRole(), colors.color(QPalette::PlaceholderText));
+    setPalette(colors);
     auto *layout = new QVBoxLayout(view.viewport());
     layout->addWidget(this);
     const QAbstractItemModel *model = view.model();

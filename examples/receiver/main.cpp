@@ -75,28 +75,20 @@ Options ReadOptions(const QStringList &arguments)
              parser.value(screenshot), parser.value(language), parser.isSet(once) };
 }
 
-void SetUnlessSet(const char *variable, const char *value)
+bool IsWithoutWindow(int argc, char **argv)
 {
-    if (!qEnvironmentVariableIsSet(variable)) {
-        qputenv(variable, value);
-    }
+    return std::any_of(argv + 1, argv + argc, [](const char *argument) {
+        const QByteArray text(argument);
+        return text == "--once" || text.startsWith("--screenshot");
+    });
 }
 
 /// Tells Qt, ahead of the application, what it reads when that is made.
 void PrepareQt(int argc, char **argv)
 {
-    const auto hasArgument = [&](const char *name) {
-        return std::any_of(argv + 1, argv + argc,
-                           [name](const char *argument) { return QByteArray(argument).startsWith(name); });
-    };
-    const bool drawsPictures = hasArgument("--screenshot");
-    if (drawsPictures || hasArgument("--once")) {
+    if (IsWithoutWindow(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         // Works without a display, too.
-        SetUnlessSet("QT_QPA_PLATFORM", "offscreen");
-    }
-    if (drawsPictures) {
-        // Sharp on dense screens.
-        SetUnlessSet("QT_SCALE_FACTOR", "2");
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     }
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);

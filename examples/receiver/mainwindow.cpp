@@ -37,6 +37,7 @@ MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QS
 {
     setWindowTitle(tr("Monitoring receiver"));
     m_pAvailability->setObjectName(QStringLiteral("availability"));
+    m_pAvailability->setIndent(4); // where the messages begin, too
     // A long path doesn't widen the window.
     m_pAvailability->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     new CommentPlacer(this);

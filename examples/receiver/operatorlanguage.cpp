@@ -21,6 +21,8 @@ QString GetQtFolder()
 
 OperatorLanguage::OperatorLanguage(const QString &code)
 {
+    // The linker would pass over the translators, which lie in a static library.
+    Q_INIT_RESOURCE(example);
     const QLocale wanted(code);
     const bool isTranslated = wanted.language() == QLocale::German || wanted.language() == QLocale::French;
     const bool isEnglish = wanted.language() == QLocale::English;

@@ -23,7 +23,9 @@ SignalTable::SignalTable(Measurement &measurement, QWidget *parent)
     // The tab key leads on to the buttons.
     m_pTable->setTabKeyNavigation(false);
     m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    m_pTable->horizontalHeader()->setSectionResizeMode(kTime, QHeaderView::ResizeToContents);
+    for (const int words : { kModulation, kStatus, kTime }) {
+        m_pTable->horizontalHeader()->setSectionResizeMode(words, QHeaderView::ResizeToContents);
+    }
     m_pTable->horizontalHeader()->setHighlightSections(false);
     m_pTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_pTable->verticalHeader()->hide();
