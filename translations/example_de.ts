@@ -84,16 +84,16 @@
         <translation>Der Bericht wartet auf seinen Kommentar.</translation>
     </message>
     <message>
-        <source>Ready. Reports go to %1</source>
-        <translation>Bereit. Berichte gehen nach %1</translation>
-    </message>
-    <message>
         <source>No reports: the schema %1 does not exist.</source>
         <translation>Keine Berichte: Das Schema %1 gibt es nicht.</translation>
     </message>
     <message>
         <source>No reports: the folder %1 does not exist.</source>
         <translation>Keine Berichte: Den Ordner %1 gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>Ready. Report folder: %1</source>
+        <translation>Bereit. Berichtsordner: %1</translation>
     </message>
 </context>
 <context>

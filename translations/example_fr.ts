@@ -84,16 +84,16 @@
         <translation>Le rapport attend son commentaire.</translation>
     </message>
     <message>
-        <source>Ready. Reports go to %1</source>
-        <translation>Prêt. Les rapports vont dans %1</translation>
-    </message>
-    <message>
         <source>No reports: the schema %1 does not exist.</source>
         <translation>Pas de rapports : le schéma %1 n’existe pas.</translation>
     </message>
     <message>
         <source>No reports: the folder %1 does not exist.</source>
         <translation>Pas de rapports : le dossier %1 n’existe pas.</translation>
+    </message>
+    <message>
+        <source>Ready. Report folder: %1</source>
+        <translation>Prêt. Dossier des rapports : %1</translation>
     </message>
 </context>
 <context>

@@ -56,6 +56,13 @@ bool SpeaksEnglish()
     return language == QLocale::English || language == QLocale::C;
 }
 
+/// The system's own dialogs for files speak its language and no other.
+QFileDialog::Options DialogOptions()
+{
+    const bool isOfSystem = QLocale().language() == QLocale::system().language();
+    return isOfSystem ? QFileDialog::Options() : QFileDialog::DontUseNativeDialog;
+}
+
 /// The library says it in English. Other languages have a sentence for each kind of refusal.
 QString ToReason(const ReportOutcome::RefusedValue &refused)
 {
@@ -162,8 +169,8 @@ void MainWindow::AddToolWidgets(QToolBar &toolBar)
 
 void MainWindow::ChooseSchema()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(this, tr("The schema of the reports"), m_sSchema, tr("XML schemas (*.xsd)"));
+    const QString path = QFileDialog::getOpenFileName(this, tr("The schema of the reports"), m_sSchema,
+                                                      tr("XML schemas (*.xsd)"), nullptr, DialogOptions());
     if (!path.isEmpty()) {
         SetSchema(path);
     }
@@ -171,7 +178,8 @@ void MainWindow::ChooseSchema()
 
 void MainWindow::ChooseFolder()
 {
-    const QString folder = QFileDialog::getExistingDirectory(this, tr("The folder of the reports"), m_sReportFolder);
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("The folder of the reports"), m_sReportFolder,
+                                                             QFileDialog::ShowDirsOnly | DialogOptions());
     if (!folder.isEmpty()) {
         SetReportFolder(folder);
         panelfile::SaveReportFolder(folder);
@@ -222,7 +230,7 @@ void MainWindow::ConnectControl()
 void MainWindow::ShowAvailability(bool isAvailable)
 {
     if (isAvailable) {
-        m_pAvailability->setText(tr("Ready. Reports go to %1").arg(QDir::toNativeSeparators(m_sReportFolder)));
+        m_pAvailability->setText(tr("Ready. Report folder: %1").arg(QDir::toNativeSeparators(m_sReportFolder)));
     } else if (!QFileInfo::exists(m_sSchema)) {
         m_pAvailability->setText(
             tr("No reports: the schema %1 does not exist.").arg(QDir::toNativeSeparators(m_sSchema)));
