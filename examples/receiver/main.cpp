@@ -27,11 +27,12 @@ QString FindSchema()
 
 QString DefaultReportFolder()
 {
-    const QString chosen = panelfile::RestoreReportFolder();
-    if (!chosen.isEmpty()) {
-        return chosen;
+    QString folder = panelfile::RestoreReportFolder();
+    if (folder.isEmpty()) {
+        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+            + QStringLiteral("/Receiver reports");
     }
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Receiver reports");
+    return folder;
 }
 
 QString DefaultPanelPath()

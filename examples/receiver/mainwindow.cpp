@@ -10,6 +10,7 @@
 #include "signaltable.h"
 
 #include "control/vcreporting.h"
+#include "events/itagwright.h"
 #include "report/reportoutcome.h"
 
 #include <QCheckBox>
@@ -19,6 +20,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
@@ -26,27 +28,6 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
-
-MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QString &reportFolder,
-                       const QString &panelPath)
-    : m_oMeasurement(measurement)
-    , m_sSchema(schema)
-    , m_sReportFolder(reportFolder)
-    , m_sPanelPath(panelPath)
-    , m_pAvailability(new QLabel(this))
-{
-    setWindowTitle(tr("Monitoring receiver"));
-    m_pAvailability->setObjectName(QStringLiteral("availability"));
-    m_pAvailability->setIndent(4); // where the messages begin, too
-    // A long path doesn't widen the window.
-    m_pAvailability->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    new CommentPlacer(this);
-    MakeToolBar();
-    MakeCentre();
-    statusBar()->addWidget(m_pAvailability, 1);
-    ConnectControl();
-    resize(960, 700);
-}
 
 namespace {
 
@@ -79,6 +60,27 @@ QString ToReason(const ReportOutcome::RefusedValue &refused)
 }
 
 } // namespace
+
+MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QString &reportFolder,
+                       const QString &panelPath)
+    : m_oMeasurement(measurement)
+    , m_sSchema(schema)
+    , m_sReportFolder(reportFolder)
+    , m_sPanelPath(panelPath)
+    , m_pAvailability(new QLabel(this))
+{
+    setWindowTitle(tr("Monitoring receiver"));
+    m_pAvailability->setObjectName(QStringLiteral("availability"));
+    m_pAvailability->setIndent(4); // where the messages begin, too
+    // A long path doesn't widen the window.
+    m_pAvailability->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    new CommentPlacer(this);
+    MakeToolBar();
+    MakeCentre();
+    statusBar()->addWidget(m_pAvailability, 1);
+    ConnectControl();
+    resize(960, 700);
+}
 
 /// What became of a report, in a line for the operator.
 QString MainWindow::ToText(const ReportOutcome &outcome)

@@ -17,11 +17,11 @@ void DrawPad(QPainter &painter)
     painter.setBrush(Qt::white);
     painter.drawRoundedRect(QRectF(0.6, 2.4, 11.0, 13.0), 0.8, 0.8);
     painter.setPen(QPen(QColor(0x4F, 0xA8, 0x64), 0.7));
-    for (double y = 5.6; y < 14.5; y += 2.1) {
+    for (const double y : { 5.6, 7.7, 9.8, 11.9, 14.0 }) {
         painter.drawLine(QPointF(2.0, y), QPointF(10.2, y));
     }
     painter.setPen(QPen(QColor(0x6E, 0x7F, 0xA3), 0.8, Qt::SolidLine, Qt::RoundCap));
-    for (double x = 1.9; x < 11.0; x += 2.0) {
+    for (const double x : { 1.9, 3.9, 5.9, 7.9, 9.9 }) {
         painter.drawLine(QPointF(x, 1.2), QPointF(x, 3.4));
     }
 }
