@@ -29,8 +29,8 @@ QString DefaultReportFolder()
 {
     QString folder = panelfile::RestoreReportFolder();
     if (folder.isEmpty()) {
-        folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-            + QStringLiteral("/Receiver reports");
+        folder =
+            QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Receiver reports");
     }
     return folder;
 }
