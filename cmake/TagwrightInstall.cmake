@@ -80,8 +80,8 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/tagwright.pc.in ${pc_file} @ONLY)
 install(FILES ${pc_file} DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT devel)
 
 # Built into the library as well; here a host that looks for translators in a folder finds them.
-install(FILES ${PROJECT_SOURCE_DIR}/translations/tagwright_de.qm ${PROJECT_SOURCE_DIR}/translations/tagwright_fr.qm
-  DESTINATION ${TAGWRIGHT_DATA_DIR}/translations COMPONENT runtime)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/translations DESTINATION ${TAGWRIGHT_DATA_DIR} COMPONENT runtime
+  FILES_MATCHING PATTERN "tagwright_*.qm")
 
 # The documents lie to each other as in the sources, so that their links lead somewhere.
 install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${TAGWRIGHT_DOC_DIR} COMPONENT doc)
@@ -117,6 +117,8 @@ endif()
 if(TARGET receiver)
   tagwright_install_program(receiver example)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/schemas DESTINATION ${TAGWRIGHT_DATA_DIR} COMPONENT example)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/translations DESTINATION ${TAGWRIGHT_DATA_DIR} COMPONENT example
+    FILES_MATCHING PATTERN "example_*.qm")
   set(program tagwright-receiver${TAGWRIGHT_SUFFIX})
   configure_file(${packaging_dir}/receiver.desktop.in ${program}.desktop @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${program}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications

@@ -24,9 +24,11 @@ string(TIMESTAMP deb_date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 if(TAGWRIGHT_QT STREQUAL "Qt6")
   set(deb_qt_devel "qt6-base-dev (>= 6.4), qt6-5compat-dev (>= 6.4)")
   set(deb_qt_name "Qt 6")
+  set(deb_qt_texts qt6-translations-l10n)
 else()
   set(deb_qt_devel "qtbase5-dev (>= 5.15)")
   set(deb_qt_name "Qt 5")
+  set(deb_qt_texts qttranslations5-l10n)
 endif()
 set(deb_about "Tagwright reads an XSD schema into a template, fills it with the values that a
 measuring application holds, checks each against its type and bounds, and
@@ -64,6 +66,8 @@ set(CPACK_DEBIAN_DEVEL_PACKAGE_DEPENDS "${TAGWRIGHT_DEB_LIBRARY} (= ${deb_versio
 set(CPACK_DEBIAN_DEVEL_PACKAGE_SUGGESTS tagwright${TAGWRIGHT_SUFFIX}-doc)
 set(CPACK_DEBIAN_DOC_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_EXAMPLE_PACKAGE_DEPENDS "${TAGWRIGHT_DEB_LIBRARY} (= ${deb_version})")
+# The texts of Qt's own buttons.
+set(CPACK_DEBIAN_EXAMPLE_PACKAGE_RECOMMENDS ${deb_qt_texts})
 
 # The linker's cache has to learn of the new libraries.
 file(WRITE ${PROJECT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")

@@ -14,9 +14,9 @@ JOBS="${JOBS:-$(nproc)}"
 
 # What each script needs of the distribution's packages.
 PACKAGES_BUILD=(g++ cmake ninja-build qtbase5-dev)
-PACKAGES_QT6=(qt6-base-dev qt6-5compat-dev)
-# dpkg-dev compares what the libraries export.
-PACKAGES_TEST=(libxml2-utils fonts-dejavu-core dpkg-dev)
+PACKAGES_QT6=(qt6-base-dev qt6-5compat-dev qt6-translations-l10n)
+# dpkg-dev compares what the libraries export; the translations of Qt's own texts belong to the example.
+PACKAGES_TEST=(libxml2-utils fonts-dejavu-core dpkg-dev qttranslations5-l10n)
 PACKAGES_VALGRIND=(valgrind)
 PACKAGES_TRANSLATE=(qttools5-dev-tools)
 PACKAGES_LINT=(clang-format clang-tidy)

@@ -29,7 +29,7 @@
     </message>
     <message>
         <source>Comment:</source>
-        <translation>Kommentar:</translation>
+        <translation>&amp;Kommentar:</translation>
     </message>
     <message>
         <source>comment</source>
@@ -37,11 +37,11 @@
     </message>
     <message>
         <source>Save</source>
-        <translation>Speichern</translation>
+        <translation>&amp;Speichern</translation>
     </message>
     <message>
         <source>No Comment</source>
-        <translation>Ohne Kommentar</translation>
+        <translation>&amp;Ohne Kommentar</translation>
     </message>
 </context>
 <context>

@@ -29,7 +29,7 @@
     </message>
     <message>
         <source>Comment:</source>
-        <translation>Commentaire :</translation>
+        <translation>&amp;Commentaire :</translation>
     </message>
     <message>
         <source>comment</source>
@@ -37,11 +37,11 @@
     </message>
     <message>
         <source>Save</source>
-        <translation>Enregistrer</translation>
+        <translation>&amp;Enregistrer</translation>
     </message>
     <message>
         <source>No Comment</source>
-        <translation>Sans commentaire</translation>
+        <translation>&amp;Sans commentaire</translation>
     </message>
 </context>
 <context>

@@ -1,10 +1,9 @@
 #include "consolerun.h"
 #include "mainwindow.h"
 #include "measurement.h"
+#include "operatorlanguage.h"
 #include "panelfile.h"
 #include "pictures.h"
-
-#include "host/ostrel.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -28,7 +27,12 @@ QString FindSchema()
 
 QString DefaultReportFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Receiver reports");
+    QString folder = panelfile::RestoreReportFolder();
+    if (folder.isEmpty()) {
+        folder =
+            QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QStringLiteral("/Receiver reports");
+    }
+    return folder;
 }
 
 QString DefaultPanelPath()
@@ -42,6 +46,7 @@ struct Options
     QString m_sReportFolder;
     QString m_sPanelPath;
     QString m_sPictureFolder;
+    QString m_sLanguage;
     bool m_bOnce = false;
 };
 
@@ -54,9 +59,10 @@ Options ReadOptions(const QStringList &arguments)
     const QCommandLineOption panel(QStringLiteral("panel"),
                                    QStringLiteral("The file that keeps the panel from one start to the next."),
                                    QStringLiteral("file"), DefaultPanelPath());
-    const QCommandLineOption language(QStringLiteral("language"),
-                                      QStringLiteral("The language of the texts; the system's if it isn't given."),
-                                      QStringLiteral("code"), QLocale::system().name());
+    const QCommandLineOption language(
+        QStringLiteral("language"),
+        QStringLiteral("The language of the windows (en, de, fr); the system's if it isn't given."),
+        QStringLiteral("code"), QLocale::system().name());
     const QCommandLineOption once(QStringLiteral("once"), QStringLiteral("Make one report without a window."));
     const QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                         QStringLiteral("Draw the windows into PNG files in a folder."),
@@ -66,9 +72,8 @@ Options ReadOptions(const QStringList &arguments)
     parser.addHelpOption();
     parser.addOptions({ schema, out, panel, language, once, screenshot });
     parser.process(arguments);
-    TranslationCenter::Instance().SetLocale(QLocale(parser.value(language)));
-    return { parser.value(schema), parser.value(out), parser.value(panel), parser.value(screenshot),
-             parser.isSet(once) };
+    return { parser.value(schema),     parser.value(out),      parser.value(panel),
+             parser.value(screenshot), parser.value(language), parser.isSet(once) };
 }
 
 bool IsWithoutWindow(int argc, char **argv)
@@ -77,6 +82,19 @@ bool IsWithoutWindow(int argc, char **argv)
         const QByteArray text(argument);
         return text == "--once" || text.startsWith("--screenshot");
     });
+}
+
+/// Tells Qt, ahead of the application, what it reads when that is made.
+void PrepareQt(int argc, char **argv)
+{
+    if (IsWithoutWindow(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        // Works without a display, too.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
 }
 
 int ShowWindow(Measurement &measurement, const Options &options)
@@ -91,13 +109,11 @@ int ShowWindow(Measurement &measurement, const Options &options)
 
 int main(int argc, char *argv[])
 {
-    if (IsWithoutWindow(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        // Works without a display, too.
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
+    PrepareQt(argc, argv);
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("receiver"));
     const Options options = ReadOptions(QCoreApplication::arguments());
+    const OperatorLanguage language(options.m_sLanguage);
     Measurement measurement;
     if (!options.m_sPictureFolder.isEmpty()) {
         return DrawPictures(measurement, options.m_sSchema, options.m_sPictureFolder);

@@ -1,13 +1,16 @@
 #include "mainwindow.h"
 
+#include "commentplacer.h"
 #include "measurement.h"
 #include "panel.h"
 #include "panelfile.h"
+#include "reporticon.h"
 #include "reportlist.h"
 #include "reportview.h"
 #include "signaltable.h"
 
 #include "control/vcreporting.h"
+#include "events/itagwright.h"
 #include "report/reportoutcome.h"
 
 #include <QCheckBox>
@@ -17,6 +20,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
@@ -24,6 +28,38 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+namespace {
+
+bool SpeaksEnglish()
+{
+    const QLocale::Language language = QLocale().language();
+    return language == QLocale::English || language == QLocale::C;
+}
+
+/// The system's own dialogs for files speak its language and no other.
+QFileDialog::Options DialogOptions()
+{
+    const bool isOfSystem = QLocale().language() == QLocale::system().language();
+    return isOfSystem ? QFileDialog::Options() : QFileDialog::DontUseNativeDialog;
+}
+
+/// The library says it in English. Other languages have a sentence for each kind of refusal.
+QString ToReason(const ReportOutcome::RefusedValue &refused)
+{
+    if (SpeaksEnglish()) {
+        return refused.m_sReason;
+    }
+    if (refused.m_iError == ITagwright::CURRENT_VALUE_IS_NOT_VALID) {
+        return MainWindow::tr("the schema doesn't allow this value");
+    }
+    if (refused.m_iError == ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID) {
+        return MainWindow::tr("it may not stand there that often");
+    }
+    return MainWindow::tr("a value of another kind is expected");
+}
+
+} // namespace
 
 MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QString &reportFolder,
                        const QString &panelPath)
@@ -35,6 +71,10 @@ MainWindow::MainWindow(Measurement &measurement, const QString &schema, const QS
 {
     setWindowTitle(tr("Monitoring receiver"));
     m_pAvailability->setObjectName(QStringLiteral("availability"));
+    m_pAvailability->setIndent(4); // where the messages begin, too
+    // A long path doesn't widen the window.
+    m_pAvailability->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    new CommentPlacer(this);
     MakeToolBar();
     MakeCentre();
     statusBar()->addWidget(m_pAvailability, 1);
@@ -52,11 +92,11 @@ QString MainWindow::ToText(const ReportOutcome &outcome)
         return tr("The report is not saved: %1").arg(outcome.GetSaveError());
     }
     if (!outcome.IsSchemaRead()) {
-        return outcome.GetSchemaError();
+        return SpeaksEnglish() ? outcome.GetSchemaError() : tr("The schema can't be read.");
     }
     QStringList parts { tr("Saved as %1.").arg(QFileInfo(outcome.GetPath()).fileName()) };
     for (const ReportOutcome::RefusedValue &refused : outcome.GetRefusedValues()) {
-        parts << tr("%1: \"%2\" was not written: %3.").arg(refused.m_sPlace, refused.m_sValue, refused.m_sReason);
+        parts << tr("%1: \"%2\" was not written: %3.").arg(refused.m_sPlace, refused.m_sValue, ToReason(refused));
     }
     for (const QString &place : outcome.GetMissing()) {
         parts << tr("%1 has no value.").arg(place);
@@ -77,6 +117,14 @@ void MainWindow::SetSchema(const QString &schema)
     m_pControl->EnableReportButton(true);
 }
 
+void MainWindow::SetReportFolder(const QString &folder)
+{
+    m_sReportFolder = folder;
+    m_pReports->SetFolder(folder);
+    m_pControl->SetReportDirectory(folder);
+    m_pControl->EnableReportButton(true);
+}
+
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     if (!m_sPanelPath.isEmpty()) {
@@ -94,6 +142,7 @@ void MainWindow::MakeToolBar()
     toolBar->addWidget(m_pControl);
     QToolButton *button = m_pControl->GetReportButton();
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setIcon(MakeReportIcon(button->icon()));
     setWindowIcon(button->icon());
     // The control brings the text only: the key is the host's.
     auto *shortcut = new QShortcut(QKeySequence(Qt::SHIFT + Qt::Key_F10), this);
@@ -111,7 +160,10 @@ void MainWindow::AddToolWidgets(QToolBar &toolBar)
     auto *schema = new QPushButton(tr("S&chema..."), &toolBar);
     schema->setObjectName(QStringLiteral("schema"));
     connect(schema, &QPushButton::clicked, this, &MainWindow::ChooseSchema);
-    for (QWidget *widget : std::initializer_list<QWidget *> { comment, schema }) {
+    auto *folder = new QPushButton(tr("C&hange folder..."), &toolBar);
+    folder->setObjectName(QStringLiteral("folder"));
+    connect(folder, &QPushButton::clicked, this, &MainWindow::ChooseFolder);
+    for (QWidget *widget : std::initializer_list<QWidget *> { comment, schema, folder }) {
         toolBar.addSeparator();
         toolBar.addWidget(widget);
     }
@@ -119,10 +171,20 @@ void MainWindow::AddToolWidgets(QToolBar &toolBar)
 
 void MainWindow::ChooseSchema()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(this, tr("The schema of the reports"), m_sSchema, tr("XML schemas (*.xsd)"));
+    const QString path = QFileDialog::getOpenFileName(this, tr("The schema of the reports"), m_sSchema,
+                                                      tr("XML schemas (*.xsd)"), nullptr, DialogOptions());
     if (!path.isEmpty()) {
         SetSchema(path);
+    }
+}
+
+void MainWindow::ChooseFolder()
+{
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("The folder of the reports"), m_sReportFolder,
+                                                             QFileDialog::ShowDirsOnly | DialogOptions());
+    if (!folder.isEmpty()) {
+        SetReportFolder(folder);
+        panelfile::SaveReportFolder(folder);
     }
 }
 
@@ -170,7 +232,7 @@ void MainWindow::ConnectControl()
 void MainWindow::ShowAvailability(bool isAvailable)
 {
     if (isAvailable) {
-        m_pAvailability->setText(tr("Ready. Reports go to %1").arg(QDir::toNativeSeparators(m_sReportFolder)));
+        m_pAvailability->setText(tr("Ready. Report folder: %1").arg(QDir::toNativeSeparators(m_sReportFolder)));
     } else if (!QFileInfo::exists(m_sSchema)) {
         m_pAvailability->setText(
             tr("No reports: the schema %1 does not exist.").arg(QDir::toNativeSeparators(m_sSchema)));

@@ -23,6 +23,8 @@ public:
     SignalTable &GetSignals() { return *m_pSignals; }
     /// Takes another schema, and tells at once whether it is there.
     void SetSchema(const QString &schema);
+    /// Takes another folder for the reports, and shows the newest one in it.
+    void SetReportFolder(const QString &folder);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -31,6 +33,7 @@ private:
     void MakeToolBar();
     void AddToolWidgets(QToolBar &toolBar);
     void ChooseSchema();
+    void ChooseFolder();
     void MakeCentre();
     void ConnectControl();
     void ShowAvailability(bool isAvailable);

@@ -1,12 +1,14 @@
 #include "panel.h"
 
 #include "measurement.h"
+#include "shownvalue.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QVBoxLayout>
 
@@ -20,6 +22,19 @@ Panel::Panel(Measurement &measurement, QWidget *parent)
     layout->addWidget(MakeReceiverGroup());
     layout->addWidget(MakeStationGroup());
     layout->addStretch();
+    AlignFields();
+}
+
+void Panel::AlignFields()
+{
+    const QList<QLabel *> labels = findChildren<QLabel *>();
+    int width = 0;
+    for (const QLabel *label : labels) {
+        width = qMax(width, label->sizeHint().width());
+    }
+    for (QLabel *label : labels) {
+        label->setMinimumWidth(width);
+    }
 }
 
 QWidget *Panel::MakeStationGroup()
@@ -88,10 +103,12 @@ void Panel::AddChoice(QFormLayout &form, const QString &label, const QString &pa
 {
     auto *box = new QComboBox(this);
     box->setObjectName(path);
-    box->addItems(choices);
-    box->setCurrentText(m_oMeasurement.GetText(path));
-    connect(box, &QComboBox::currentTextChanged, this,
-            [this, path](const QString &text) { m_oMeasurement.SetText(path, text); });
+    for (const QString &choice : choices) {
+        box->addItem(shownvalue::ToShown(choice), choice);
+    }
+    box->setCurrentIndex(box->findData(m_oMeasurement.GetText(path)));
+    connect(box, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            [this, path, box] { m_oMeasurement.SetText(path, box->currentData().toString()); });
     form.addRow(label, box);
 }
 

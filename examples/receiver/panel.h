@@ -19,6 +19,9 @@ private:
     QWidget *MakeMeasurementGroup();
     QWidget *MakeReceiverGroup();
 
+    /// The fields of all groups begin at one place.
+    void AlignFields();
+
     void AddText(QFormLayout &form, const QString &label, const QString &path);
     /// `scale` is the size of the shown unit in the tree's: 1e6 for MHz.
     struct Range

@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSettings>
 #include <QStringList>
 
 namespace {
@@ -38,6 +39,21 @@ private:
     QStringList m_lNames;
 };
 
+/// Where the settings of this user are kept.
+class Settings : public QSettings
+{
+public:
+    Settings()
+        : QSettings(QStringLiteral("Tagwright"), QStringLiteral("receiver"))
+    {
+    }
+};
+
+QString FolderKey()
+{
+    return QStringLiteral("reportFolder");
+}
+
 } // namespace
 
 namespace panelfile {
@@ -59,6 +75,16 @@ void Restore(Measurement &measurement, const QString &path)
     XMLReader reader(&receiver, nullptr);
     reader.SetXmlContent(path);
     reader.ParseXml();
+}
+
+void SaveReportFolder(const QString &folder)
+{
+    Settings().setValue(FolderKey(), folder);
+}
+
+QString RestoreReportFolder()
+{
+    return Settings().value(FolderKey()).toString();
 }
 
 } // namespace panelfile

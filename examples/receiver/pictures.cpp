@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int kButtonWidth = 560;
+constexpr int kButtonWidth = 700;
 
 /// A time that doesn't change from one drawing to the next, a minute later at each look.
 class DrawnClock : public IOrvoOS
@@ -39,23 +39,33 @@ private:
     QDateTime m_tNow = QDateTime(QDate(2024, 5, 17), QTime(9, 27, 30));
 };
 
-bool Draw(QWidget &widget, const QString &folder, const char *name)
+/// Dots for each dot of the window, so that dense screens show the pictures sharp.
+constexpr int kDensity = 2;
+
+QPixmap Grab(QWidget &widget)
 {
     QCoreApplication::processEvents();
-    return widget.grab().save(QDir(folder).filePath(QLatin1String(name)));
+    QPixmap picture(widget.size() * kDensity);
+    picture.setDevicePixelRatio(kDensity);
+    widget.render(&picture);
+    return picture;
+}
+
+bool Draw(QWidget &widget, const QString &folder, const char *name)
+{
+    return Grab(widget).save(QDir(folder).filePath(QLatin1String(name)));
 }
 
 /// The tool bar, and below it the line that says why the button is as it is.
 bool DrawButton(MainWindow &window, const QString &folder, const char *name)
 {
     window.statusBar()->clearMessage();
-    QCoreApplication::processEvents();
-    const QPixmap tools = window.findChild<QToolBar *>()->grab();
-    const QPixmap status = window.statusBar()->grab();
-    QPixmap both(kButtonWidth, tools.height() + status.height());
+    const QPixmap tools = Grab(*window.findChild<QToolBar *>());
+    const QPixmap status = Grab(*window.statusBar());
+    QPixmap both(kButtonWidth * kDensity, tools.height() + status.height());
     QPainter painter(&both);
-    painter.drawPixmap(0, 0, tools);
-    painter.drawPixmap(0, tools.height(), status);
+    painter.drawPixmap(tools.rect(), tools);
+    painter.drawPixmap(status.rect().translated(0, tools.height()), status);
     painter.end();
     return both.save(QDir(folder).filePath(QLatin1String(name)));
 }

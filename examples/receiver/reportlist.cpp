@@ -1,7 +1,31 @@
 #include "reportlist.h"
 
+#include "emptyhint.h"
+
 #include <QDir>
 #include <QSignalBlocker>
+
+#include <algorithm>
+
+namespace {
+
+/// The reports of a folder, the latest first. Their names are times, whose thousandths may have fewer than three
+/// digits.
+QStringList FindReports(const QString &folder)
+{
+    constexpr int kThousandths = 20;
+    const auto toKey = [](const QString &file) {
+        const QString rest = file.mid(kThousandths);
+        const int number = rest.left(rest.indexOf(QLatin1Char('.'))).toInt();
+        return std::pair(file.left(kThousandths), number);
+    };
+    QStringList files = QDir(folder).entryList({ QStringLiteral("*.xml") }, QDir::Files, QDir::Name | QDir::Reversed);
+    std::stable_sort(files.begin(), files.end(),
+                     [&](const QString &left, const QString &right) { return toKey(left) > toKey(right); });
+    return files;
+}
+
+} // namespace
 
 ReportList::ReportList(const QString &folder, QWidget *parent)
     : QListWidget(parent)
@@ -9,11 +33,23 @@ ReportList::ReportList(const QString &folder, QWidget *parent)
 {
     setObjectName(QStringLiteral("reports"));
     setAlternatingRowColors(true);
+    new EmptyHint(tr("There are no reports in this folder yet. Press the report button to make one."), *this);
     connect(this, &QListWidget::currentTextChanged, this, [this](const QString &file) {
         Q_EMIT ReportChosen(file.isEmpty() ? QString() : QDir(m_sFolder).filePath(file));
     });
     connect(&m_oWatcher, &QFileSystemWatcher::directoryChanged, this, &ReportList::Refresh);
     m_oWatcher.addPath(folder);
+}
+
+void ReportList::SetFolder(const QString &folder)
+{
+    if (!m_oWatcher.directories().isEmpty()) {
+        m_oWatcher.removePaths(m_oWatcher.directories());
+    }
+    m_sFolder = folder;
+    m_lFiles.clear();
+    clear();
+    Refresh();
 }
 
 void ReportList::Refresh()
@@ -22,8 +58,7 @@ void ReportList::Refresh()
     if (m_oWatcher.directories().isEmpty() && QDir(m_sFolder).exists()) {
         m_oWatcher.addPath(m_sFolder);
     }
-    const QStringList files =
-        QDir(m_sFolder).entryList({ QStringLiteral("*.xml") }, QDir::Files, QDir::Name | QDir::Reversed);
+    const QStringList files = FindReports(m_sFolder);
     if (files == m_lFiles) {
         return;
     }

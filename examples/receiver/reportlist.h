@@ -13,6 +13,8 @@ public:
     /// Empty until the first Refresh().
     ReportList(const QString &folder, QWidget *parent);
 
+    /// Goes over to another folder and chooses its newest report.
+    void SetFolder(const QString &folder);
     /// Looks at the folder now. A report that has come is chosen.
     void Refresh();
 

@@ -1,5 +1,7 @@
 #include "reporttree.h"
 
+#include "emptyhint.h"
+
 #include "events/xmlevent.h"
 #include "xml/xmlreader.h"
 
@@ -42,6 +44,7 @@ ReportTree::ReportTree(QWidget *parent)
     setColumnCount(kColumns);
     setHeaderLabels({ tr("Element"), tr("Value"), tr("Attributes") });
     setAlternatingRowColors(true);
+    new EmptyHint(tr("Choose a report above to see here what is in it."), *this);
 }
 
 bool ReportTree::ShowFile(const QString &path)

@@ -1,6 +1,8 @@
 #include "signaltable.h"
 
+#include "emptyhint.h"
 #include "measurement.h"
+#include "shownvalue.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -21,9 +23,13 @@ SignalTable::SignalTable(Measurement &measurement, QWidget *parent)
     // The tab key leads on to the buttons.
     m_pTable->setTabKeyNavigation(false);
     m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    m_pTable->horizontalHeader()->setSectionResizeMode(kTime, QHeaderView::ResizeToContents);
+    for (const int words : { kModulation, kStatus, kTime }) {
+        m_pTable->horizontalHeader()->setSectionResizeMode(words, QHeaderView::ResizeToContents);
+    }
+    m_pTable->horizontalHeader()->setHighlightSections(false);
     m_pTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     m_pTable->verticalHeader()->hide();
+    new EmptyHint(tr("No signals are noted: a report takes what is measured when it is made."), *m_pTable);
     auto *add = new QPushButton(tr("Add what &is measured"), this);
     add->setObjectName(QStringLiteral("addSignal"));
     auto *remove = new QPushButton(tr("Remo&ve"), this);
@@ -39,7 +45,7 @@ SignalTable::SignalTable(Measurement &measurement, QWidget *parent)
     connect(add, &QPushButton::clicked, this, &SignalTable::AddPresent);
     connect(remove, &QPushButton::clicked, this, &SignalTable::RemoveChosen);
     connect(m_pTable, &QTableWidget::cellChanged, this, [this](int row, int column) {
-        m_oMeasurement.GetSignals()[row][column] = m_pTable->item(row, column)->text();
+        m_oMeasurement.GetSignals()[row][column] = shownvalue::FromShown(m_pTable->item(row, column)->text());
     });
 }
 
@@ -51,7 +57,7 @@ void SignalTable::AddPresent()
     m_pTable->insertRow(row);
     const QSignalBlocker blocker(m_pTable); // the texts come from there
     for (int column = 0; column < kSignalFields; ++column) {
-        m_pTable->setItem(row, column, new QTableWidgetItem(signal.at(column)));
+        m_pTable->setItem(row, column, new QTableWidgetItem(shownvalue::ToShown(signal.at(column))));
     }
     m_pTable->setCurrentCell(row, 0);
 }

@@ -133,11 +133,11 @@ VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *tool
     , m_pButtonUse(std::make_shared<int>())
     , m_Pixmap(icon)
     , m_bDeleteAfterUse(deleteAfterUse)
-    , m_sReportDirectory(reportDirectory.replace(kSlash, kBackslash))
     , m_Items(std::make_unique<ItemList>())
 {
     setObjectName(QLatin1String(objectName));
     SetInputPathToSchema(schema);
+    SetReportDirectory(reportDirectory);
     if (showButton) {
         MakeReportButton();
     } else {
@@ -166,6 +166,11 @@ bool VCReporting::SetSchema(QString schema)
 {
     SetInputPathToSchema(schema);
     return true;
+}
+
+void VCReporting::SetReportDirectory(QString reportDirectory)
+{
+    m_sReportDirectory = reportDirectory.replace(kSlash, kBackslash);
 }
 
 void VCReporting::EnableReportButton(bool enable)

@@ -60,6 +60,9 @@ public:
 
     /// Takes another schema, as the constructor does. Always true. The button follows at the next poll.
     bool SetSchema(QString schema);
+    /// Takes another report directory, as the constructor does, from the next report on. A comment dialog that is open
+    /// saves where it was to. The button follows at the next poll.
+    void SetReportDirectory(QString reportDirectory);
     /// False disables the button and stops the poll. True polls at once, which enables the button if schema and
     /// directory exist, and lets the poll go on. Nothing happens in a control without a button.
     void EnableReportButton(bool enable);

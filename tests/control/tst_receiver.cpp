@@ -1,21 +1,55 @@
 #include "mainwindow.h"
 #include "measurement.h"
+#include "operatorlanguage.h"
+#include "support/files.h"
+#include "support/rows.h"
 
 #include "control/vcreporting.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
 #include <QTreeWidget>
+
+namespace {
+
+/// A language, and in it: the window's title, a field, one of Qt's own buttons.
+constexpr const char *kLanguageRows[][2] = {
+    { "de_CH", "Überwachungsempfänger|98.100000 MHz|genehmigt|&Ja" },
+    { "fr", "Récepteur de surveillance|98,100000 MHz|autorisé|&Oui" },
+    { "C", "Monitoring receiver|98.100000 MHz|licensed|&Yes" },
+};
+
+QString SchemaPath()
+{
+    return QStringLiteral(EXAMPLE_SCHEMA_DIR "/measurement.xsd");
+}
+
+QStringList FindTexts(const QWidget &window)
+{
+    QStringList texts;
+    for (const QWidget *widget : window.findChildren<QWidget *>()) {
+        texts << widget->property("text").toString() << widget->property("title").toString();
+        const auto *tabs = qobject_cast<const QTabBar *>(widget);
+        for (int i = 0; tabs != nullptr && i < tabs->count(); ++i) {
+            texts << tabs->tabText(i);
+        }
+    }
+    return texts;
+}
+
+} // namespace
 
 /// The example program, driven as an operator drives it.
 class TestReceiver : public QObject
@@ -29,8 +63,7 @@ private Q_SLOTS:
         const QDir reports(folder.filePath(QStringLiteral("reports")));
         reports.mkpath(QStringLiteral("."));
         Measurement measurement;
-        MainWindow window(measurement, QStringLiteral(EXAMPLE_SCHEMA_DIR "/measurement.xsd"), reports.path(),
-                          folder.filePath(QStringLiteral("panel.xml")));
+        MainWindow window(measurement, SchemaPath(), reports.path(), folder.filePath(QStringLiteral("panel.xml")));
         window.show();
         QApplication::setActiveWindow(&window);
         auto *frequency = window.findChild<QDoubleSpinBox *>(QStringLiteral("Measurement/Frequency"));
@@ -61,6 +94,58 @@ private Q_SLOTS:
             window.findChild<QLabel *>(QStringLiteral("availability"))->text().startsWith(QLatin1String("No reports")));
         window.close();
         QVERIFY(QFile::exists(folder.filePath(QStringLiteral("panel.xml"))));
+    }
+
+    void SpeaksTheLanguage_data() { AddRows(kLanguageRows); }
+    void SpeaksTheLanguage()
+    {
+        QFETCH(QStringList, row);
+        const OperatorLanguage language(QString::fromLatin1(QTest::currentDataTag()));
+        const QTemporaryDir folder;
+        Measurement measurement;
+        MainWindow window(measurement, SchemaPath(), folder.path(), QString());
+        window.show();
+        const auto *field = window.findChild<QDoubleSpinBox *>(QStringLiteral("Measurement/Frequency"));
+        const QStringList texts { window.windowTitle(), field->text(),
+                                  window.findChild<QComboBox *>(QStringLiteral("Measurement/Status"))->currentText(),
+                                  QCoreApplication::translate("QPlatformTheme", "&Yes") };
+        QCOMPARE(texts.join(QLatin1Char('|')), row.first());
+        // Each key leads to one place, and the fields of all groups begin at one.
+        QStringList keys;
+        for (const QString &text : FindTexts(window)) {
+            keys << QKeySequence::mnemonic(text).toString();
+        }
+        keys.removeAll(QString());
+        QVERIFY(keys.size() > 20);
+        QCOMPARE(keys.removeDuplicates(), 0);
+        for (const QWidget *other : field->parentWidget()->parentWidget()->findChildren<QWidget *>()) {
+            const bool isField = other->objectName().contains(QLatin1Char('/'));
+            QCOMPARE(isField ? other->mapTo(&window, QPoint()).x() : 0,
+                     isField ? field->mapTo(&window, QPoint()).x() : 0);
+        }
+    }
+
+    void GoesToAnotherFolder()
+    {
+        const QTemporaryDir folder;
+        Measurement measurement;
+        MainWindow window(measurement, SchemaPath(), folder.path() + QStringLiteral("/none"), QString());
+        for (const char *thousandth : { "9", "10" }) {
+            WriteFile(folder.filePath(QStringLiteral("2024-05-06_07-08-09-%1.xml").arg(QLatin1String(thousandth))),
+                      thousandth);
+        }
+        window.SetReportFolder(folder.path());
+        QCOMPARE(window.findChild<QPlainTextEdit *>(QStringLiteral("reportText"))->toPlainText(), QStringLiteral("10"));
+        // Nothing hides a dialog that waits.
+        window.GetControl().SetShowCommentDialog(true);
+        QList<QPoint> places;
+        QVERIFY(window.GetControl().SlotToReport() && window.GetControl().SlotToReport());
+        for (const QWidget *widget : QApplication::topLevelWidgets()) {
+            if (widget->objectName() == QLatin1String("ToReportCommentDialog")) {
+                places << widget->pos();
+            }
+        }
+        QVERIFY(places.size() == 2 && (places.first() - places.last()).manhattanLength() > 100);
     }
 };
 
