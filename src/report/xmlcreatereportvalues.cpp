@@ -104,7 +104,7 @@ void XmlCreateReport::SetElement(GivenValue given)
     if (isShort) {
         const std::optional<int> integer = facets::ToInteger(given.m_dNumber);
         if (!integer) {
-            RefuseValue(given, QString(), QStringLiteral("no integer holds it"));
+            RefuseValue(given, QString(), QLatin1String("no integer holds it"));
             return;
         }
         given.m_sText = QString::number(*integer);
