@@ -68,7 +68,8 @@ constexpr Rule kRules[] = {
       "rename one, or switch valid output on", kAttributes, Rule::ValidOutput },
     { "unchecked-facet", "nobody checks \"%1\" of a type \"%2\"", "take it away, or switch valid output on", kFacets,
       Rule::ValidOutput },
-    { "bound-65535", "a bound of 65535 counts as absent", "use a value beside it", kFacets },
+    { "bound-65535", "a bound of 65535 counts as absent", "use a value beside it, or switch valid output on", kFacets,
+      Rule::ValidOutput },
 
     { "inline-attribute-type",
       "the type inside the attribute \"%1\" isn't its own: it restricts the element around it, or nothing",
