@@ -77,7 +77,7 @@ check_links() {
     for document in "$@"; do
         while read -r target; do
             [ -e "$(dirname "$document")/$target" ] || { echo "$document: there is no $target"; bad=1; }
-        done < <(sed -e '/^ *```/,/^ *```/d' "$document" | grep -o '](\([^)#:]*\))' | sed -e 's/^](//' -e 's/)$//')
+        done < <(sed -e '/^ *```/,/^ *```/d' "$document" | grep -oE '\]\([^)#:]+[)#]' | sed -e 's/^](//' -e 's/[)#]$//')
     done
     return "$bad"
 }

@@ -10,5 +10,5 @@
 /// item of that kind. An invalid one says that there is none.
 using ReportSource = std::function<QVariant(const ReportPlace &place)>;
 
-/// Says how often the element at a place is to stand.
+/// Says how often the element at a place is to stand. With 0 and less it gets no value, nor does anything below it.
 using ReportCount = std::function<int(const ReportPlace &place)>;

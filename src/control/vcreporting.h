@@ -40,18 +40,18 @@ class Node;
 /// A host builds it, adds values by name, and the operator presses the button. Everything happens on the GUI thread.
 /// A report runs to its end on the stack of its caller. The control may be deleted in a slot of any of its signals and
 /// of its button's, also from an event loop that the slot runs, and by whoever watches the focus or the comment dialog;
-/// but not while a report asks the host for a value or the time, or traces. Where Qt is at work on the button, that one
-/// is hidden at once and destroyed when Qt is through with it.
+/// but not while a report asks the host for a value or the time, or traces. A button that Qt is at work on then is
+/// hidden at once, and destroyed when Qt is through with it.
 class TAGWRIGHT_EXPORT VCReporting : public QWidget, public ITagwright
 {
     Q_OBJECT
 
 public:
     /// `schema` is the path of the XSD file; a bare file name is looked for beside the program. `reportDirectory` is
-    /// where the reports go. `toolBar` becomes the parent and may be null; placing the control on it is the host's.
-    /// Without `showButton` there is no button and the control stays hidden. `objectName` is ASCII and may be null.
-    /// With `deleteAfterUse` a value leaves the list when it has filled an element. `icon` replaces the button's
-    /// picture unless it is null.
+    /// where the reports go; "\" may stand for "/" in both. `toolBar` becomes the parent and may be null; placing the
+    /// control on it is the host's. Without `showButton` there is no button and the control stays hidden. `objectName`
+    /// is ASCII and may be null. With `deleteAfterUse` a value leaves the list when it has filled an element. `icon`
+    /// replaces the button's picture unless it is null.
     VCReporting(QString schema, QString reportDirectory, QToolBar *toolBar, bool showButton, const char *objectName,
                 bool deleteAfterUse, QPixmap icon);
     /// A report whose comment dialog is open outlives the control until the dialog ends.
@@ -60,8 +60,8 @@ public:
 
     /// Takes another schema, as the constructor does. Always true. The button follows at the next poll.
     bool SetSchema(QString schema);
-    /// Takes another report directory, as the constructor does, from the next report on. A comment dialog that is open
-    /// saves where it was to. The button follows at the next poll.
+    /// Takes another report directory, as the constructor does, from the next report on. An open comment dialog saves
+    /// into the old one. The button follows at the next poll.
     void SetReportDirectory(QString reportDirectory);
     /// False disables the button and stops the poll. True polls at once, which enables the button if schema and
     /// directory exist, and lets the poll go on. Nothing happens in a control without a button.
@@ -135,7 +135,7 @@ public:
     void XmlUpdate(XmlEvent *event) override;
 
 Q_SIGNALS:
-    /// A report is about to be made: the last moment to change values, schema or comment dialog for it.
+    /// A report is about to be made: the last moment to change values, schema, directory or comment dialog for it.
     void PrepareToReport();
     /// Sent at every poll, changed or not: whether schema file and report directory both exist.
     void ReportDirAndSchemaAvailable(bool bAvailable);

@@ -44,7 +44,7 @@ public:
     bool IsSaved() const { return m_eState == State::Saved; }
     /// The report file, as it is called on this system.
     QString GetPath() const { return m_sPath; }
-    /// Why there is no file or a torn one, by the system's own words; empty unless the state is NotSaved.
+    /// Why there is no whole file, where the system has refused in its own words; empty unless the state is NotSaved.
     QString GetSaveError() const { return m_sSaveError; }
 
     /// False where the schema could not be read or has no root: the report is empty then.
@@ -56,7 +56,8 @@ public:
     /// count as soon as it was refused and a value behind its element, behind the walk the values of alternatives that
     /// had to go.
     QVector<RefusedValue> GetRefusedValues() const { return m_lRefusedValues; }
-    /// The places of the mandatory elements and required attributes that got no value, in the order of the report.
+    /// The places of the mandatory elements, with valid output also of the required attributes, that got no value, in
+    /// the order of the report.
     QStringList GetMissing() const { return m_lMissing; }
     /// Saved, the schema read, nothing refused and nothing missing.
     bool IsComplete() const;

@@ -57,8 +57,8 @@ public:
     /// saving takes out what got none: optional elements and containers, unused alternatives, attributes, all that the
     /// template says of types and facets. Mandatory elements, and attributes with a default, take the default; what the
     /// schema requires and nobody gave is named by GetOutcome(), each element by an error 16 at the end as well. How
-    /// often an element may stand, and what a value is held against, is what its own declaration says; of the elements
-    /// that a minOccurs above 1 puts side by side, one can be multiplied.
+    /// often an element may stand, what a value is held against, and the form in which it is written, is what its own
+    /// declaration says; of the elements that a minOccurs above 1 puts side by side, one can be multiplied.
     void SetValidOutput(bool on) { m_bValidOutput = on; }
 
     /// Has the outcome name the values that were refused and what is missing, as valid output always does; off by
@@ -68,7 +68,7 @@ public:
     /// `handler` is called once, when it is known what became of the report: before CreateXmlFromSchema() returns
     /// without a dialog, with one when the dialog ends, be it by this object's or the application's end. It may be
     /// called on the stack of this object's or the dialog's destructor, must not throw, and may destroy this object
-    /// unless the run is still on the stack. One that is set when that is known already is called at once.
+    /// unless the run is still on the stack. A handler that is set when that is known already is called at once.
     void SetFateHandler(std::function<void(const ReportOutcome &)> handler);
     /// Whether a comment dialog whose file can't be written stays open with its text and tells the operator why; off by
     /// default. To be called before the run.
@@ -83,8 +83,8 @@ public:
     /// one object returns false and does nothing.
     bool CreateXmlFromSchema(QString schemaPath, QString reportPath, bool showCommentDialog);
 
-    /// The comment dialogs of this report, in order of creation. They belong to this object, which must not be
-    /// destroyed as long as one of them is open. One that has ended is hidden.
+    /// The comment dialogs of this report, in order of creation. They belong to this object, and an open one ends with
+    /// it, unsaved: keep it until all of them are hidden, as dialogs are that have ended.
     std::list<QDialog *> GetCommentDialogs() const;
 
     /// Gives the current element its value and ends it for the walk: its template attributes that served the check are
@@ -130,10 +130,12 @@ public:
     /// count at this place, twice where it says nothing of the name.
     ///
     /// A call with the name of the call before, refused or not, is silent, and so is one for an element that has been
-    /// multiplied already or is such a copy: a receiver may call this at each announcement.
+    /// multiplied already or is such a copy: a receiver may call this at each announcement. With valid output only a
+    /// call for the same declaration below the same parent counts as one with the name of the call before.
     void SetElementMaxOccurs(QString name, int maxOccurs);
     /// Gives up the current element as an alternative of a choice: it is removed, and the walk goes on behind its next
-    /// sibling, which is not announced. Raises -1 where it is no alternative or the last one that is left.
+    /// sibling, which is not announced unless valid output is on. Raises -1 where it is no alternative or the last one
+    /// that is left.
     void DiscardChoiceItem();
 
     /// Says that the current element is there although it has no value, as a container that stands for itself. Counts
