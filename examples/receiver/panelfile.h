@@ -4,7 +4,7 @@
 
 class Measurement;
 
-/// What keeps the panel, and the folder of the reports, from one start of the program to the next.
+/// Keeps the panel, and the folder of the reports, from one start of the program to the next.
 namespace panelfile {
 
 /// Writes the whole value tree.
@@ -15,7 +15,7 @@ void Restore(Measurement &measurement, const QString &path);
 
 /// Keeps the folder of the reports that the operator has chosen.
 void SaveReportFolder(const QString &folder);
-/// The one that was kept; empty if none was.
+/// The folder that was kept; empty if none was.
 QString RestoreReportFolder();
 
 } // namespace panelfile

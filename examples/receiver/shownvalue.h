@@ -6,9 +6,9 @@
 /// schema's enumerations by its translation.
 namespace shownvalue {
 
-/// What is neither stays as it is.
+/// Another value stays as it is.
 QString ToShown(const QString &value);
-/// The way back. A text that is neither goes into the report as it was typed.
+/// The way back. Another text goes into the report as it was typed.
 QString FromShown(const QString &text);
 
 } // namespace shownvalue

@@ -134,7 +134,7 @@ void VCReporting::WriteSource(const QVariant &value, ReportData &item)
 {
     SourceValue forms(value, item, m_bSettingAttribute);
     m_pSourceValue = &forms;
-    // Also if an override of the host's throws: what it was about is gone.
+    // Also if an override of the host's throws: the value on the stack is gone then.
     const auto forget = qScopeGuard([this] { m_pSourceValue = nullptr; });
     WriteNextForm();
     m_bValueWritten = true;

@@ -48,7 +48,7 @@ private:
     QXmlLexicalHandler *m_pLexical = &m_oNobody;
     QXmlDeclHandler *m_pDeclarations = &m_oNobody;
     QString m_sRefusal;
-    /// What the sentence of a refusal begins with.
+    /// The file, with which the sentence of a refusal begins.
     QString m_sName;
 };
 

@@ -368,8 +368,8 @@ void DomParser::Multiply(int count)
     }
 }
 
-// Without a pending element the walk only goes forward, so that no element but the current one comes again. Once there
-// has been one, the walk may go back, and pass over the same siblings on two levels.
+// Without a pending element the walk only goes forward, so that no element but the current one comes again. Behind a
+// pending element it may go back, and pass over the same siblings on two levels.
 bool DomParser::ServeOnce()
 {
     if (m_oLastServed == *m_pCurrentElement || m_oServed.Contains(*m_pCurrentElement)) {

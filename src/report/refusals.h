@@ -23,7 +23,7 @@ public:
     }
     Q_DISABLE_COPY(Refusals)
 
-    /// What names them as well; not owned, null for none.
+    /// The outcome that names refusals as well; not owned, null for none.
     void SetOutcome(ReportOutcome *pOutcome) { m_pOutcome = pOutcome; }
     /// Whether anybody wants the sentences.
     bool IsAsked() const { return m_pOutcome != nullptr || trace::IsOn(); }

@@ -75,7 +75,7 @@ private:
     ChangeProbe m_oProbe;
     Top m_oTop;
     QHash<QString, QDomNode> m_hFirst; // null for a name that no element bears
-    // What was taken out, which stays alive here, or passed over.
+    // A node that was taken out, and stays alive here, or that was passed over.
     struct Gone
     {
         QDomNode m_oNode;

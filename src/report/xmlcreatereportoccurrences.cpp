@@ -99,8 +99,8 @@ void XmlCreateReport::DiscardChoiceItem()
     }
 }
 
-// One alternative has to remain. With more places in front of this one than were given up, one of those does; else
-// another has to stand behind it.
+// An alternative has to remain: one in front of this element, if fewer were given up than stand there, or else one
+// behind it.
 bool XmlCreateReport::MayBeDiscarded() const
 {
     if (ValidOutput *pValid = m_pDomParser->GetValidOutput()) {

@@ -145,12 +145,12 @@ private:
     bool m_bOwnsHandler = false;
 
     bool m_bIsHostDocument = false;
-    /// What a handler of the reader's own follows: m_pDocument, m_pNodeDocument or null.
+    /// The document in which the reader's own handler keeps step: m_pDocument, m_pNodeDocument or null.
     QDomDocument *m_pFollowed = nullptr;
-    /// The content, as a document, if it is a node that is one.
+    /// The content, if it is a node and that node a document.
     std::unique_ptr<QDomDocument> m_pNodeDocument;
     bool m_bParsing = false;
-    /// What was replaced during the parse that is running; it lives to its end.
+    /// The content was replaced during the running parse, to whose end the old documents live.
     bool m_bReplaced = false;
     std::vector<std::unique_ptr<QDomDocument>> m_lReplacedDocuments;
 };

@@ -208,7 +208,7 @@ private Q_SLOTS:
         Dialog()->reject();
         QCOMPARE(desk.Heard(), QStringLiteral("dropped"));
         QCOMPARE(desk.Reports().size(), 1);
-        // One that ends in front of the signal waits for it; one that ends behind its control is heard by nobody.
+        // A dialog that ends ahead of the signal waits for it; of one that ends behind its control nobody hears.
         const auto closing = connect(desk.m_pControl.get(), &VCReporting::ReportSuccessful, [] { Dialog()->close(); });
         QVERIFY(desk.m_pControl->SlotToReport());
         QCOMPARE(desk.Heard(), QStringLiteral("prepare good saved"));

@@ -123,7 +123,7 @@ private Q_SLOTS:
                 return file.GetError().toUtf8() + QByteArray::number(int(file.GetFindings().size()));
             });
             QCOMPARE(checked.m_sReason, QString());
-            // What fails is told of.
+            // A schema that fails is told of.
             QVERIFY(!expected.first().startsWith(QLatin1String("failed")) || checked.m_sOutput != "0");
         } else {
             QCOMPARE(Difference(top, expected), QString());

@@ -75,7 +75,7 @@ QString SchemaModel::ReadFile(const QString &path, const QString &shown, int par
     m_lFiles.append(shown);
     m_lNamespaces.emplace_back();
     QFile file(path);
-    // What is neither may block, or never end.
+    // A pipe or a device may block, or never end.
     if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
         return shown + QLatin1String(":1:1: error: no regular file");
     }

@@ -76,7 +76,7 @@ void CheckAttributeType(const Subject &subject, int number, Findings &findings)
     const QString name = node.Get("name");
     const bool hasInline = subject.m_oModel.Child(number, { "simpleType" }) >= 0;
     const QString type = node.m_bGlobal ? subject.Carrier(name).attribute(QStringLiteral("type")) : node.Get("type");
-    // What leaves a global attribute's type empty has a rule of its own.
+    // A global attribute whose type another rule has found empty isn't told of twice.
     const bool isTold = node.m_bGlobal ? type.isEmpty() && (hasInline || node.Has("type")) : hasInline;
     if (!name.isEmpty() && !TakesValue(type, Target::Attribute) && !isTold) {
         const bool isOwn = !node.m_bGlobal && !type.isEmpty() && !HasPrefix(type);
