@@ -1,6 +1,7 @@
 #include "report/schemapattern.h"
 
 #include <QHash>
+#include <QRegularExpression>
 
 namespace {
 
@@ -79,5 +80,6 @@ std::optional<QString> FromSchemaPattern(const QString &pattern)
         }
         result += piece;
     }
-    return QLatin1String("\\A(?:") + result + QLatin1String(")\\z");
+    result = QLatin1String("\\A(?:") + result + QLatin1String(")\\z");
+    return QRegularExpression(result).isValid() ? std::optional<QString>(result) : std::nullopt;
 }

@@ -68,6 +68,8 @@ constexpr Rule kRules[] = {
       "rename one, or switch valid output on", kAttributes, Rule::ValidOutput },
     { "unchecked-facet", "nobody checks \"%1\" of a type \"%2\"", "take it away, or switch valid output on", kFacets,
       Rule::ValidOutput },
+    { "unread-pattern", "nobody checks the pattern \"%1\", not even valid output",
+      "write the pattern without \\i, \\c, blocks and differences of sets", kFacets },
     { "bound-65535", "a bound of 65535 counts as absent", "use a value beside it, or switch valid output on", kFacets,
       Rule::ValidOutput },
 

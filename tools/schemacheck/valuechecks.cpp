@@ -2,6 +2,7 @@
 
 #include "subject.h"
 
+#include "report/schemapattern.h"
 #include "schema/schematags.h"
 
 #include <algorithm>
@@ -110,8 +111,10 @@ void CheckFacet(const Subject &subject, int number, Findings &findings)
     const bool isBound = node.m_sTag.endsWith(QLatin1String("clusive"));
     const bool isNumber = TakesNumber(type, Target::Element);
     const bool isChecked = (isBound && isNumber) || (node.Is("enumeration") && TakesText(type));
+    const bool isUnread = node.Is("pattern") && !FromSchemaPattern(node.Get("value"));
     if (!isChecked && TakesValue(type, Target::Element)) {
-        findings.Add("unchecked-facet", number, { node.m_sTag, base });
+        isUnread ? findings.Add("unread-pattern", number, { node.Get("value") })
+                 : findings.Add("unchecked-facet", number, { node.m_sTag, base });
     }
     if (isBound && isNumber && node.Get("value").toDouble() == 65535) {
         findings.Add("bound-65535", number);
