@@ -12,8 +12,8 @@
         <translation>das Schema lässt diesen Wert nicht zu</translation>
     </message>
     <message>
-        <source>it may not stand there that often</source>
-        <translation>so oft darf es dort nicht stehen</translation>
+        <source>it may not occur there that often</source>
+        <translation>so oft darf es dort nicht vorkommen</translation>
     </message>
     <message>
         <source>a value of another kind is expected</source>
@@ -24,8 +24,8 @@
         <translation>Der Bericht wurde verworfen.</translation>
     </message>
     <message>
-        <source>The report is not saved: %1</source>
-        <translation>Der Bericht ist nicht gespeichert: %1</translation>
+        <source>The report was not saved: %1</source>
+        <translation>Der Bericht wurde nicht gespeichert: %1</translation>
     </message>
     <message>
         <source>The schema can&apos;t be read.</source>
@@ -60,16 +60,16 @@
         <translation>&amp;Ordner wechseln...</translation>
     </message>
     <message>
-        <source>The schema of the reports</source>
-        <translation>Das Schema der Berichte</translation>
+        <source>Choose the schema of the reports</source>
+        <translation>Schema der Berichte wählen</translation>
     </message>
     <message>
         <source>XML schemas (*.xsd)</source>
         <translation>XML-Schemas (*.xsd)</translation>
     </message>
     <message>
-        <source>The folder of the reports</source>
-        <translation>Der Ordner der Berichte</translation>
+        <source>Choose the report folder</source>
+        <translation>Berichtsordner wählen</translation>
     </message>
     <message>
         <source>Si&amp;gnals in the report</source>
@@ -80,16 +80,20 @@
         <translation>&amp;Berichte</translation>
     </message>
     <message>
-        <source>The report waits for its comment.</source>
+        <source>The report is waiting for its comment.</source>
         <translation>Der Bericht wartet auf seinen Kommentar.</translation>
     </message>
     <message>
         <source>No reports: the schema %1 does not exist.</source>
-        <translation>Keine Berichte: Das Schema %1 gibt es nicht.</translation>
+        <translation>Keine Berichte möglich: Das Schema %1 existiert nicht.</translation>
+    </message>
+    <message>
+        <source>No reports: the name of the schema %1 does not end in &quot;.xsd&quot;.</source>
+        <translation>Keine Berichte möglich: Der Name des Schemas %1 endet nicht auf „.xsd“.</translation>
     </message>
     <message>
         <source>No reports: the folder %1 does not exist.</source>
-        <translation>Keine Berichte: Den Ordner %1 gibt es nicht.</translation>
+        <translation>Keine Berichte möglich: Der Ordner %1 existiert nicht.</translation>
     </message>
     <message>
         <source>Ready. Report folder: %1</source>
@@ -266,7 +270,7 @@
     </message>
     <message>
         <source>No signals are noted: a report takes what is measured when it is made.</source>
-        <translation>Es sind keine Signale notiert: Ein Bericht nimmt, was gemessen wird, wenn er entsteht.</translation>
+        <translation>Es sind keine Signale notiert: Ein Bericht enthält, was bei seiner Erstellung gemessen wird.</translation>
     </message>
     <message>
         <source>Add what &amp;is measured</source>

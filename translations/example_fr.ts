@@ -12,8 +12,8 @@
         <translation>le schéma n’admet pas cette valeur</translation>
     </message>
     <message>
-        <source>it may not stand there that often</source>
-        <translation>il ne peut pas s’y trouver si souvent</translation>
+        <source>it may not occur there that often</source>
+        <translation>il ne peut pas y figurer si souvent</translation>
     </message>
     <message>
         <source>a value of another kind is expected</source>
@@ -24,8 +24,8 @@
         <translation>Le rapport a été abandonné.</translation>
     </message>
     <message>
-        <source>The report is not saved: %1</source>
-        <translation>Le rapport n’est pas enregistré : %1</translation>
+        <source>The report was not saved: %1</source>
+        <translation>Le rapport n’a pas été enregistré&#xa0;: %1</translation>
     </message>
     <message>
         <source>The schema can&apos;t be read.</source>
@@ -37,7 +37,7 @@
     </message>
     <message>
         <source>%1: &quot;%2&quot; was not written: %3.</source>
-        <translation>%1 : « %2 » n’a pas été écrit : %3.</translation>
+        <translation>%1&#xa0;: «&#xa0;%2&#xa0;» n’a pas été écrit&#xa0;: %3.</translation>
     </message>
     <message>
         <source>%1 has no value.</source>
@@ -60,16 +60,16 @@
         <translation>Changer de d&amp;ossier...</translation>
     </message>
     <message>
-        <source>The schema of the reports</source>
-        <translation>Le schéma des rapports</translation>
+        <source>Choose the schema of the reports</source>
+        <translation>Choisir le schéma des rapports</translation>
     </message>
     <message>
         <source>XML schemas (*.xsd)</source>
         <translation>Schémas XML (*.xsd)</translation>
     </message>
     <message>
-        <source>The folder of the reports</source>
-        <translation>Le dossier des rapports</translation>
+        <source>Choose the report folder</source>
+        <translation>Choisir le dossier des rapports</translation>
     </message>
     <message>
         <source>Si&amp;gnals in the report</source>
@@ -80,20 +80,24 @@
         <translation>&amp;Rapports</translation>
     </message>
     <message>
-        <source>The report waits for its comment.</source>
+        <source>The report is waiting for its comment.</source>
         <translation>Le rapport attend son commentaire.</translation>
     </message>
     <message>
         <source>No reports: the schema %1 does not exist.</source>
-        <translation>Pas de rapports : le schéma %1 n’existe pas.</translation>
+        <translation>Aucun rapport possible&#xa0;: le schéma %1 n’existe pas.</translation>
+    </message>
+    <message>
+        <source>No reports: the name of the schema %1 does not end in &quot;.xsd&quot;.</source>
+        <translation>Aucun rapport possible&#xa0;: le nom du schéma %1 ne se termine pas par «&#xa0;.xsd&#xa0;».</translation>
     </message>
     <message>
         <source>No reports: the folder %1 does not exist.</source>
-        <translation>Pas de rapports : le dossier %1 n’existe pas.</translation>
+        <translation>Aucun rapport possible&#xa0;: le dossier %1 n’existe pas.</translation>
     </message>
     <message>
         <source>Ready. Report folder: %1</source>
-        <translation>Prêt. Dossier des rapports : %1</translation>
+        <translation>Prêt. Dossier des rapports&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -215,7 +219,7 @@
     </message>
     <message>
         <source>RMS</source>
-        <translation>Efficace</translation>
+        <translation>Valeur efficace</translation>
     </message>
     <message>
         <source>Sample</source>
@@ -266,7 +270,7 @@
     </message>
     <message>
         <source>No signals are noted: a report takes what is measured when it is made.</source>
-        <translation>Aucun signal n’est noté : un rapport prend ce qui est mesuré au moment où il est fait.</translation>
+        <translation>Aucun signal n’est noté&#xa0;: un rapport contient ce qui est mesuré au moment où il est créé.</translation>
     </message>
     <message>
         <source>Add what &amp;is measured</source>

@@ -9,27 +9,27 @@
     </message>
     <message>
         <source>Frequency:</source>
-        <translation>Fréquence :</translation>
+        <translation>Fréquence&#xa0;:</translation>
     </message>
     <message>
         <source>Level:</source>
-        <translation>Niveau :</translation>
+        <translation>Niveau&#xa0;:</translation>
     </message>
     <message>
         <source>Bandwidth:</source>
-        <translation>Largeur de bande :</translation>
+        <translation>Largeur de bande&#xa0;:</translation>
     </message>
     <message>
         <source>Time:</source>
-        <translation>Heure :</translation>
+        <translation>Heure&#xa0;:</translation>
     </message>
     <message>
         <source>Azimuth:</source>
-        <translation>Azimut :</translation>
+        <translation>Azimut&#xa0;:</translation>
     </message>
     <message>
         <source>Comment:</source>
-        <translation>&amp;Commentaire :</translation>
+        <translation>&amp;Commentaire&#xa0;:</translation>
     </message>
     <message>
         <source>comment</source>
@@ -52,12 +52,12 @@
     </message>
     <message>
         <source>You have enterd a comment. Would you like to save it?</source>
-        <translation>Vous avez saisi un commentaire. Voulez-vous l’enregistrer ?</translation>
+        <translation>Vous avez saisi un commentaire. Voulez-vous l’enregistrer&#xa0;?</translation>
     </message>
     <message>
         <source>The report could not be saved: %1
 Try again, or press Escape to close without a report.</source>
-        <translation>Le rapport n’a pas pu être enregistré : %1
+        <translation>Le rapport n’a pas pu être enregistré&#xa0;: %1
 Réessayez, ou fermez sans rapport avec Échap.</translation>
     </message>
 </context>

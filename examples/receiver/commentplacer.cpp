@@ -19,12 +19,12 @@ bool IsCommentDialog(const QObject *object)
 }
 
 /// With their frames.
-QVector<QRect> FindOthers(const QWidget &dialog)
+QVector<QRect> FindOthers(const QWidget *dialog)
 {
     QVector<QRect> others;
-    for (const QWidget *widget : QApplication::topLevelWidgets()) {
-        if (widget != &dialog && widget->isVisible() && IsCommentDialog(widget)) {
-            others.append(widget->frameGeometry());
+    for (const QWidget *other : CommentPlacer::FindDialogs()) {
+        if (other != dialog) {
+            others.append(other->frameGeometry());
         }
     }
     return others;
@@ -73,14 +73,25 @@ CommentPlacer::CommentPlacer(QObject *parent)
     QCoreApplication::instance()->installEventFilter(this);
 }
 
+QList<QWidget *> CommentPlacer::FindDialogs()
+{
+    QList<QWidget *> dialogs;
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && IsCommentDialog(widget)) {
+            dialogs.append(widget);
+        }
+    }
+    return dialogs;
+}
+
 bool CommentPlacer::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::Show || event->spontaneous() || !IsCommentDialog(watched)) {
         return false;
     }
     auto *dialog = qobject_cast<QWidget *>(watched);
-    const QVector<QRect> others = dialog == nullptr ? QVector<QRect>() : FindOthers(*dialog);
-    if (!others.isEmpty() && !dialog->testAttribute(Qt::WA_Moved)) {
+    const QVector<QRect> others = FindOthers(dialog);
+    if (dialog != nullptr && !others.isEmpty() && !dialog->testAttribute(Qt::WA_Moved)) {
         // Before it is on the screen nobody knows its frame; it will be as that of the others.
         const QSize size = dialog->size().expandedTo(others.first().size());
         dialog->move(FindPlace(size, others, dialog->screen()->availableGeometry()));

@@ -82,6 +82,9 @@ int RunOnce(Measurement &measurement, const QString &schema, const QString &repo
     });
     Out() << "Schema: " << schema << "\nElements, and the values that they were given:\n";
     control.SlotToReport();
+    if (!schema.endsWith(QLatin1String(".xsd"))) {
+        Out() << "No report: the schema's name doesn't end in .xsd\n";
+    }
     Out().flush();
     return isComplete ? 0 : 1;
 }

@@ -25,6 +25,12 @@ QString FindSchema()
         : QDir::cleanPath(program.filePath(QStringLiteral("../share/" DATA_FOLDER "/schemas/measurement.xsd")));
 }
 
+/// The control takes a bare name for one beside the program. On a command line it lies in the current folder.
+QString ToSchemaPath(const QString &given)
+{
+    return given.contains(QLatin1Char('/')) ? given : QStringLiteral("./") + given;
+}
+
 QString DefaultReportFolder()
 {
     QString folder = panelfile::RestoreReportFolder();
@@ -72,15 +78,15 @@ Options ReadOptions(const QStringList &arguments)
     parser.addHelpOption();
     parser.addOptions({ schema, out, panel, language, once, screenshot });
     parser.process(arguments);
-    return { parser.value(schema),     parser.value(out),      parser.value(panel),
-             parser.value(screenshot), parser.value(language), parser.isSet(once) };
+    return { ToSchemaPath(parser.value(schema)), parser.value(out),      parser.value(panel),
+             parser.value(screenshot),           parser.value(language), parser.isSet(once) };
 }
 
 bool IsWithoutWindow(int argc, char **argv)
 {
     return std::any_of(argv + 1, argv + argc, [](const char *argument) {
         const QByteArray text(argument);
-        return text == "--once" || text.startsWith("--screenshot");
+        return text == "--once" || text == "--help" || text == "-h" || text.startsWith("--screenshot");
     });
 }
 

@@ -54,7 +54,7 @@ QString ToReason(const ReportOutcome::RefusedValue &refused)
         return MainWindow::tr("the schema doesn't allow this value");
     }
     if (refused.m_iError == ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID) {
-        return MainWindow::tr("it may not stand there that often");
+        return MainWindow::tr("it may not occur there that often");
     }
     return MainWindow::tr("a value of another kind is expected");
 }
@@ -89,7 +89,7 @@ QString MainWindow::ToText(const ReportOutcome &outcome)
         return tr("The report was dropped.");
     }
     if (!outcome.IsSaved()) {
-        return tr("The report is not saved: %1").arg(outcome.GetSaveError());
+        return tr("The report was not saved: %1").arg(outcome.GetSaveError());
     }
     if (!outcome.IsSchemaRead()) {
         return SpeaksEnglish() ? outcome.GetSchemaError() : tr("The schema can't be read.");
@@ -113,6 +113,7 @@ void MainWindow::SetSchema(const QString &schema)
 {
     m_sSchema = schema;
     m_pControl->SetSchema(schema);
+    statusBar()->clearMessage(); // it may blame the schema that was
     // The next poll would do it, too, but the operator is looking now.
     m_pControl->EnableReportButton(true);
 }
@@ -171,7 +172,7 @@ void MainWindow::AddToolWidgets(QToolBar &toolBar)
 
 void MainWindow::ChooseSchema()
 {
-    const QString path = QFileDialog::getOpenFileName(this, tr("The schema of the reports"), m_sSchema,
+    const QString path = QFileDialog::getOpenFileName(this, tr("Choose the schema of the reports"), m_sSchema,
                                                       tr("XML schemas (*.xsd)"), nullptr, DialogOptions());
     if (!path.isEmpty()) {
         SetSchema(path);
@@ -180,7 +181,7 @@ void MainWindow::ChooseSchema()
 
 void MainWindow::ChooseFolder()
 {
-    const QString folder = QFileDialog::getExistingDirectory(this, tr("The folder of the reports"), m_sReportFolder,
+    const QString folder = QFileDialog::getExistingDirectory(this, tr("Choose the report folder"), m_sReportFolder,
                                                              QFileDialog::ShowDirsOnly | DialogOptions());
     if (!folder.isEmpty()) {
         SetReportFolder(folder);
@@ -210,34 +211,39 @@ void MainWindow::MakeCentre()
     row->addWidget(right, 1);
     setCentralWidget(centre);
     connect(m_pReports, &ReportList::ReportChosen, view, &ReportView::ShowReport);
-    // Shows the newest report of an earlier start.
-    m_pReports->Refresh();
 }
 
 void MainWindow::ConnectControl()
 {
     connect(m_pControl, &VCReporting::ReportDirAndSchemaAvailable, this, &MainWindow::ShowAvailability);
     connect(m_pControl, &VCReporting::ReportSuccessful, this,
-            [this] { statusBar()->showMessage(tr("The report waits for its comment.")); });
+            [this] { statusBar()->showMessage(tr("The report is waiting for its comment.")); });
     connect(m_pControl, &VCReporting::ReportNotSuccessful, this,
             [this] { statusBar()->showMessage(tr("The schema can't be read.")); });
     connect(m_pControl, &VCReporting::ReportFinished, this, [this](const ReportOutcome &outcome) {
         m_pReports->Refresh();
         statusBar()->showMessage(ToText(outcome));
     });
-    // The control has polled while it was built, when nobody could hear it.
+    // The control has polled while it was built, when nobody could hear it. The list shows the newest report then.
     m_pControl->EnableReportButton(true);
 }
 
 void MainWindow::ShowAvailability(bool isAvailable)
 {
-    if (isAvailable) {
-        m_pAvailability->setText(tr("Ready. Report folder: %1").arg(QDir::toNativeSeparators(m_sReportFolder)));
-    } else if (!QFileInfo::exists(m_sSchema)) {
-        m_pAvailability->setText(
-            tr("No reports: the schema %1 does not exist.").arg(QDir::toNativeSeparators(m_sSchema)));
-    } else {
-        m_pAvailability->setText(
-            tr("No reports: the folder %1 does not exist.").arg(QDir::toNativeSeparators(m_sReportFolder)));
+    // The folder may have been away, which nobody tells the list.
+    m_pReports->Refresh();
+    QString text = tr("Ready. Report folder: %1").arg(QDir::toNativeSeparators(m_sReportFolder));
+    if (!QFileInfo::exists(m_sSchema)) {
+        text = tr("No reports: the schema %1 does not exist.").arg(QDir::toNativeSeparators(m_sSchema));
+    } else if (!m_sSchema.endsWith(QLatin1String(".xsd"))) {
+        text = tr("No reports: the name of the schema %1 does not end in \".xsd\".")
+                   .arg(QDir::toNativeSeparators(m_sSchema));
+    } else if (!isAvailable) {
+        text = tr("No reports: the folder %1 does not exist.").arg(QDir::toNativeSeparators(m_sReportFolder));
+    }
+    if (m_pAvailability->text() != text) {
+        // The message about the last report would hide what has changed since.
+        statusBar()->clearMessage();
+        m_pAvailability->setText(text);
     }
 }

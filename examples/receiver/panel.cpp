@@ -12,6 +12,26 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
+namespace {
+
+/// Takes point and comma alike as the decimal sign: no number shows a sign between its thousands, and with one of them
+/// passed over 98.1 would become 981.
+class NumberBox : public QDoubleSpinBox
+{
+public:
+    using QDoubleSpinBox::QDoubleSpinBox;
+
+    QValidator::State validate(QString &text, int &position) const override
+    {
+        for (const char sign : { '.', ',' }) {
+            text.replace(QLatin1Char(sign), locale().decimalPoint());
+        }
+        return QDoubleSpinBox::validate(text, position);
+    }
+};
+
+} // namespace
+
 Panel::Panel(Measurement &measurement, QWidget *parent)
     : QWidget(parent)
     , m_oMeasurement(measurement)
@@ -87,15 +107,19 @@ void Panel::AddText(QFormLayout &form, const QString &label, const QString &path
 
 void Panel::AddNumber(QFormLayout &form, const QString &label, const QString &path, const Range &range)
 {
-    auto *box = new QDoubleSpinBox(this);
+    auto *box = new NumberBox(this);
     box->setObjectName(path);
     box->setDecimals(range.m_iDecimals);
     box->setRange(range.m_dMinimum, range.m_dMaximum);
     box->setSingleStep(range.m_dStep);
     box->setSuffix(QString::fromUtf8(range.m_sUnit));
     box->setValue(m_oMeasurement.GetNumber(path) / range.m_dScale);
-    connect(box, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
-            [this, path, scale = range.m_dScale](double number) { m_oMeasurement.SetNumber(path, number * scale); });
+    const auto take = [this, path, scale = range.m_dScale](double number) {
+        m_oMeasurement.SetNumber(path, number * scale);
+    };
+    // What was restored may lie outside the range.
+    take(box->value());
+    connect(box, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, take);
     form.addRow(label, box);
 }
 

@@ -1,5 +1,6 @@
 #include "pictures.h"
 
+#include "commentplacer.h"
 #include "mainwindow.h"
 #include "measurement.h"
 #include "signaltable.h"
@@ -70,21 +71,11 @@ bool DrawButton(MainWindow &window, const QString &folder, const char *name)
     return both.save(QDir(folder).filePath(QLatin1String(name)));
 }
 
-QWidget *FindCommentDialog()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (widget->isVisible() && widget->objectName() == QLatin1String("ToReportCommentDialog")) {
-            return widget;
-        }
-    }
-    return nullptr;
-}
-
 bool DrawDialog(VCReporting &control, const QString &folder)
 {
     control.SetShowCommentDialog(true);
     control.SlotToReport();
-    QWidget *dialog = FindCommentDialog();
+    QWidget *dialog = CommentPlacer::FindDialogs().value(0);
     if (dialog == nullptr) {
         return false;
     }

@@ -2,27 +2,29 @@
 
 #include "emptyhint.h"
 
+#include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QSignalBlocker>
 
 #include <algorithm>
 
 namespace {
 
-/// The reports of a folder, the latest first. Their names are times, whose thousandths may have fewer than three
-/// digits.
+/// The reports of a folder, the last one saved first. Their names, which are times, decide between those that the disk
+/// gives the same time: some keep full seconds only.
 QStringList FindReports(const QString &folder)
 {
-    constexpr int kThousandths = 20;
-    const auto toKey = [](const QString &file) {
-        const QString rest = file.mid(kThousandths);
-        const int number = rest.left(rest.indexOf(QLatin1Char('.'))).toInt();
-        return std::pair(file.left(kThousandths), number);
-    };
-    QStringList files = QDir(folder).entryList({ QStringLiteral("*.xml") }, QDir::Files, QDir::Name | QDir::Reversed);
-    std::stable_sort(files.begin(), files.end(),
-                     [&](const QString &left, const QString &right) { return toKey(left) > toKey(right); });
-    return files;
+    QFileInfoList reports =
+        QDir(folder).entryInfoList({ QStringLiteral("*.xml") }, QDir::Files, QDir::Name | QDir::Reversed);
+    std::stable_sort(reports.begin(), reports.end(), [](const QFileInfo &left, const QFileInfo &right) {
+        return left.lastModified() > right.lastModified();
+    });
+    QStringList names;
+    for (const QFileInfo &report : reports) {
+        names << report.fileName();
+    }
+    return names;
 }
 
 } // namespace

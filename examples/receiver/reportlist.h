@@ -3,8 +3,8 @@
 #include <QFileSystemWatcher>
 #include <QListWidget>
 
-/// The reports that lie in the report folder, the latest first. It follows the folder, since a report with a comment is
-/// saved long after its press.
+/// The reports that lie in the report folder, the last one saved first, whatever they are called. It follows the
+/// folder, since a report with a comment is saved long after its press.
 class ReportList : public QListWidget
 {
     Q_OBJECT

@@ -6,7 +6,6 @@
 #include "xml/xmlreader.h"
 
 #include <QHeaderView>
-#include <QRegularExpression>
 
 namespace {
 
@@ -28,9 +27,10 @@ QString ToText(const QXmlAttributes &attributes)
 {
     QStringList texts;
     for (int i = 0; i < attributes.count(); ++i) {
-        texts << QStringLiteral("%1 = %2").arg(attributes.qName(i), attributes.value(i));
+        if (attributes.qName(i) != UnitName()) {
+            texts << attributes.qName(i) + QLatin1String(" = ") + attributes.value(i);
+        }
     }
-    texts = texts.filter(QRegularExpression(QStringLiteral("^(?!Unit = )")));
     texts.sort();
     return texts.join(QStringLiteral(", "));
 }
@@ -47,17 +47,16 @@ ReportTree::ReportTree(QWidget *parent)
     new EmptyHint(tr("Choose a report above to see here what is in it."), *this);
 }
 
-bool ReportTree::ShowFile(const QString &path)
+void ReportTree::ShowFile(const QString &path)
 {
     clear();
     m_pCurrent = invisibleRootItem();
     XMLReader reader(this, nullptr);
     reader.SetXmlContent(path);
-    const bool isRead = reader.ParseXml();
+    reader.ParseXml();
     expandAll();
     resizeColumnToContents(kElement);
     resizeColumnToContents(kValue);
-    return isRead;
 }
 
 void ReportTree::XmlUpdate(XmlEvent *event)

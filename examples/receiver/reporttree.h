@@ -14,8 +14,8 @@ class ReportTree : public QTreeWidget, private ITagwright
 public:
     explicit ReportTree(QWidget *parent);
 
-    /// False if the file is not well-formed; what stands ahead of the fault is shown.
-    bool ShowFile(const QString &path);
+    /// Of a file that is not well-formed, what stands ahead of the fault is shown.
+    void ShowFile(const QString &path);
 
 private:
     void XmlUpdate(XmlEvent *event) override;

@@ -22,9 +22,9 @@ constexpr const char *kFormRows[][4] = {
       "&Ohne Kommentar|Bericht erstellen (Umschalt+F10)",
       "Warnung|Sie haben einen Kommentar eingegeben. Möchten Sie ihn speichern?" },
     { "the first name counts, french", "fr Signal_Level=7 Level=8",
-      "Fréquence :|---|Niveau :|8|Largeur de bande :|---|Heure :|2024/05/06 07:08:09|Azimut :|---|&Commentaire :|"
+      "Fréquence :|---|Niveau :|8|Largeur de bande :|---|Heure :|2024/05/06 07:08:09|Azimut :|---|&Commentaire :|"
       "&Enregistrer|&Sans commentaire|Créer un rapport (Maj+F10)",
-      "Avertissement|Vous avez saisi un commentaire. Voulez-vous l’enregistrer ?" },
+      "Avertissement|Vous avez saisi un commentaire. Voulez-vous l’enregistrer ?" },
     { "english, without its misspelling", "en_GB Level=8",
       "Frequency:|---|Level:|8|Bandwidth:|---|Time:|2024/05/06 07:08:09|Azimuth:|---|&Comment:|&Save|&No Comment|"
       "To Report (Shift+F10)",

@@ -1,3 +1,4 @@
+#include "commentplacer.h"
 #include "mainwindow.h"
 #include "measurement.h"
 #include "operatorlanguage.h"
@@ -105,11 +106,17 @@ private Q_SLOTS:
         Measurement measurement;
         MainWindow window(measurement, SchemaPath(), folder.path(), QString());
         window.show();
-        const auto *field = window.findChild<QDoubleSpinBox *>(QStringLiteral("Measurement/Frequency"));
+        QApplication::setActiveWindow(&window);
+        auto *field = window.findChild<QDoubleSpinBox *>(QStringLiteral("Measurement/Frequency"));
         const QStringList texts { window.windowTitle(), field->text(),
                                   window.findChild<QComboBox *>(QStringLiteral("Measurement/Status"))->currentText(),
                                   QCoreApplication::translate("QPlatformTheme", "&Yes") };
         QCOMPARE(texts.join(QLatin1Char('|')), row.first());
+        for (const char *number : { "94.5", "94,5" }) {
+            field->clear();
+            QTest::keyClicks(field, QString::fromLatin1(number));
+            QCOMPARE(measurement.GetNumber(field->objectName()), 94.5e6);
+        }
         // Each key leads to one place, and the fields of all groups begin at one.
         QStringList keys;
         for (const QString &text : FindTexts(window)) {
@@ -130,22 +137,25 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         Measurement measurement;
         MainWindow window(measurement, SchemaPath(), folder.path() + QStringLiteral("/none"), QString());
-        for (const char *thousandth : { "9", "10" }) {
-            WriteFile(folder.filePath(QStringLiteral("2024-05-06_07-08-09-%1.xml").arg(QLatin1String(thousandth))),
-                      thousandth);
+        // The last one saved comes first, not the last name.
+        for (const char *name : { "note", "2024-05-06_07-08-09-10" }) {
+            WriteFile(folder.filePath(QLatin1String(name) + QStringLiteral(".xml")), name);
+            QTest::qWait(20);
         }
+        window.statusBar()->showMessage(QStringLiteral("Saved"));
         window.SetReportFolder(folder.path());
-        QCOMPARE(window.findChild<QPlainTextEdit *>(QStringLiteral("reportText"))->toPlainText(), QStringLiteral("10"));
+        QCOMPARE(window.findChild<QPlainTextEdit *>(QStringLiteral("reportText"))->toPlainText(),
+                 QStringLiteral("2024-05-06_07-08-09-10"));
+        QVERIFY(window.statusBar()->currentMessage().isEmpty());
+        window.SetSchema(folder.filePath(QStringLiteral("note.xml")));
+        const auto *line = window.findChild<QLabel *>(QStringLiteral("availability"));
+        QVERIFY(line->text().contains(QLatin1String("does not end in")));
+        window.SetSchema(SchemaPath());
         // Nothing hides a dialog that waits.
         window.GetControl().SetShowCommentDialog(true);
-        QList<QPoint> places;
         QVERIFY(window.GetControl().SlotToReport() && window.GetControl().SlotToReport());
-        for (const QWidget *widget : QApplication::topLevelWidgets()) {
-            if (widget->objectName() == QLatin1String("ToReportCommentDialog")) {
-                places << widget->pos();
-            }
-        }
-        QVERIFY(places.size() == 2 && (places.first() - places.last()).manhattanLength() > 100);
+        const QList<QWidget *> dialogs = CommentPlacer::FindDialogs();
+        QVERIFY(dialogs.size() == 2 && (dialogs.first()->pos() - dialogs.last()->pos()).manhattanLength() > 100);
     }
 };
 
