@@ -95,7 +95,7 @@ private:
     {
         return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease || type == QEvent::MouseMove
             || type == QEvent::MouseButtonDblClick || type == QEvent::KeyPress || type == QEvent::KeyRelease
-            || type == QEvent::FocusOut || type == QEvent::EnabledChange;
+            || type == QEvent::Shortcut || type == QEvent::FocusOut || type == QEvent::EnabledChange;
     }
 
     std::weak_ptr<int> m_pUse; // empty when the control has ended
