@@ -113,6 +113,9 @@ constexpr const char *kJudged[][2] = {
     { "dateTime maxExclusive='2026-01-01T00:00:00Z'; t:2025-12-31T23:59:59", "" },
     { "time minInclusive='08:00:00'; t:07:59:59", "" },
     { "dateTime; t:never", "" },
+    { "dateTime; t:2025-12-31T23:59:59+14:00", "2025-12-31T23:59:59+14:00" },
+    { "dateTime; t:2025-12-31T23:59:59-14:01", "" },
+    { "string whiteSpace='collapse' enumeration='a'; s:a\xC2\xA0", "" },
 };
 
 } // namespace
