@@ -9,6 +9,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -95,7 +96,8 @@ private:
     QDomElement m_oKept;
     std::vector<Item> m_lItems; // in the order of the document
     std::vector<int> m_lOpen { -1 }; // items; outside the root none
-    // The alternative that has a value, of each choice below each parent; -1 where none has and that was told.
-    std::map<std::pair<int, int>, int> m_lTaken;
+    // The alternatives that have a value, by parent and choice: as many as the choice may stand times. An empty entry
+    // says that the lack of one was told.
+    std::map<std::pair<int, int>, std::set<int>> m_lTaken;
     std::vector<Finding> m_lFindings;
 };

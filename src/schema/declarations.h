@@ -64,7 +64,7 @@ public:
     struct Choice
     {
         bool m_bOptional = false;
-        bool m_bRepeats = false;
+        int m_iMaxOccurs = 1; // below 0: without limit
         Alternative m_oAlternative; // of the choice around it
         std::map<int, bool> m_hMayBeEmpty; // by alternative: whether all its members are optional
     };
