@@ -45,6 +45,9 @@ QString ValidOutput::Refuse(const Element &declared, const QString &attribute, Q
     if (!attribute.isEmpty() && pAttribute == nullptr) {
         return QString();
     }
+    if (pAttribute != nullptr && pAttribute->m_bProhibited) {
+        return QStringLiteral("the schema prohibits the attribute");
+    }
     const int rule = pAttribute == nullptr ? declared.m_iRule : pAttribute->m_iRule;
     std::unique_ptr<ValueJudge> &judge = m_lJudges[static_cast<std::size_t>(rule)];
     if (judge == nullptr) {
@@ -168,7 +171,7 @@ bool ValidOutput::SettleAttributes(const Element &declared, CurrentAttributes &a
     for (const Declarations::Attribute &attribute : declared.m_lAttributes) {
         if (attributes.Has(attribute.m_sName)) {
             hasValue = true;
-        } else if (!attribute.m_oDefault.m_sValue.isNull()) {
+        } else if (!attribute.m_oDefault.m_sValue.isNull() && !attribute.m_bProhibited) {
             attributes.Set(attribute.m_sName, attribute.m_oDefault.m_sValue);
         } else if (attribute.m_bRequired) {
             missing.append(attribute.m_sName);

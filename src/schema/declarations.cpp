@@ -148,8 +148,10 @@ int Declarations::AddAttribute(const QString &name, const QString &type, const Q
         return -1;
     }
     const int rule = BuiltInRule(schematags::HasPrefix(type) ? schematags::WithoutPrefix(type) : QString());
-    const bool isRequired = atts.value(QStringLiteral("use")) == QLatin1String("required");
-    return Append(m_lAttributes, { name, rule, ReadConstant(atts), isRequired });
+    const QString use = atts.value(QStringLiteral("use"));
+    return Append(
+        m_lAttributes,
+        { name, rule, ReadConstant(atts), use == QLatin1String("required"), use == QLatin1String("prohibited") });
 }
 
 void Declarations::MarkAttribute(QDomElement element, int attribute)

@@ -57,6 +57,8 @@ constexpr const char *kSettled[][5] = {
     { "kept", "<e p min=0 max=2><c><t b min=0/></c></e>", "p+ p:2", "<p/><p/>" },
     { "attributes", "<e p max=2><c>" ATTRIBUTES "</c></e>", "p:2 p@A=s:xs:string",
       "<p A='xs:string' B='d'/><p A='xs:string' B='d'/>", "missing /R/p/@C; missing /R/p[2]/@C" },
+    { "a prohibited attribute", "<e p><c><a A type=xs:string use=prohibited fixed=x/></c></e>", "p@A=s:x", "<p/>",
+      "refused /R/p/@A x 15" },
     { "an attribute is a value", "<e p min=0><c><q><t a min=0/></q>" ATTRIBUTES "</c></e>", "p@C=s:x",
       "<p B='d' C='x'/>" },
     { "none", "<e p min=0><c>" ATTRIBUTES "</c></e>" },
