@@ -72,9 +72,6 @@ bool ValidOutput::MayRepeat(const Element &declared, int count) const
 
 bool ValidOutput::IsAskedAgain(const Element &declared, const QDomNode &parent)
 {
-    if (declared.m_iParticle < 0) {
-        return false;
-    }
     QDomNode &asked = m_hAsked[declared.m_iParticle];
     const bool isAgain = asked == parent;
     asked = parent;

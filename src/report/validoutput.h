@@ -35,7 +35,8 @@ public:
                    bool isDouble);
     /// Whether an element may stand that often beside the others that the template has of its declaration.
     bool MayRepeat(const Element &declared, int count) const;
-    /// True from the second question on for the elements of one declaration below one parent.
+    /// True from the second question on for the elements of one declaration below one parent. `declared` must stand in
+    /// a content model.
     bool IsAskedAgain(const Element &declared, const QDomNode &parent);
     /// Whether the element is an alternative and not the only one that is left.
     bool MayBeDiscarded(const Element &declared, const QDomElement &element) const;

@@ -129,11 +129,13 @@ public:
     /// of it as it stands are put behind it, and it is announced again. Raises 16 where the schema doesn't allow the
     /// count at this place, twice where it says nothing of the name.
     ///
-    /// A call with the name of the call before, refused or not, is silent, and so is one for an element that has been
-    /// multiplied already or is such a copy: a receiver may call this at each announcement.
+    /// A call with the name of the call before, refused or not, is silent (with valid output a further one for the same
+    /// declaration below the same parent), and so is one for an element that has been multiplied already or is such a
+    /// copy: a receiver may call this at each announcement.
     void SetElementMaxOccurs(QString name, int maxOccurs);
     /// Gives up the current element as an alternative of a choice: it is removed, and the walk goes on behind its next
-    /// sibling, which is not announced. Raises -1 where it is no alternative or the last one that is left.
+    /// sibling, which is not announced; with valid output it goes on with that sibling. Raises -1 where it is no
+    /// alternative or the last one that is left.
     void DiscardChoiceItem();
 
     /// Says that the current element is there although it has no value, as a container that stands for itself. Counts
