@@ -40,8 +40,9 @@ class Node;
 /// A host builds it, adds values by name, and the operator presses the button. Everything happens on the GUI thread.
 /// A report runs to its end on the stack of its caller. The control may be deleted in a slot of any of its signals and
 /// of its button's, also from an event loop that the slot runs, and by whoever watches the focus or the comment dialog;
-/// but not while a report asks the host for a value or the time, or traces. Where Qt is at work on the button, that one
-/// is hidden at once and destroyed when Qt is through with it.
+/// but not while a report asks the host for a value or the time, or traces, nor when its button gains the focus, as Qt
+/// still works on the button then. Where Qt is at work on it otherwise, it is hidden at once and destroyed when Qt is
+/// through with it.
 class TAGWRIGHT_EXPORT VCReporting : public QWidget, public ITagwright
 {
     Q_OBJECT
