@@ -48,17 +48,25 @@ QString ValidOutput::Refuse(const Element &declared, const QString &attribute, Q
     if (pAttribute != nullptr && pAttribute->m_bProhibited) {
         return QStringLiteral("the schema prohibits the attribute");
     }
-    const int rule = pAttribute == nullptr ? declared.m_iRule : pAttribute->m_iRule;
-    std::unique_ptr<ValueJudge> &judge = m_lJudges[static_cast<std::size_t>(rule)];
+    const auto index = static_cast<std::size_t>(pAttribute == nullptr ? declared.m_iRule : pAttribute->m_iRule);
+    const Declarations::Rule &rule = m_pDeclarations->GetRules()[index];
+    if (pAttribute != nullptr && rule.m_sType.isEmpty()) {
+        return QStringLiteral("the schema's own types count for global attributes alone");
+    }
+    std::unique_ptr<ValueJudge> &judge = m_lJudges[index];
     if (judge == nullptr) {
-        judge = std::make_unique<ValueJudge>(m_pDeclarations->GetRules()[static_cast<std::size_t>(rule)]);
+        judge = std::make_unique<ValueJudge>(rule);
     }
     QString refusal = judge->Refuse(text, pNumber, isDouble);
     const Declarations::Constant &constant = pAttribute == nullptr ? declared.m_oDefault : pAttribute->m_oDefault;
-    if (refusal.isEmpty() && constant.m_bFixed && !judge->IsSame(text, constant.m_sValue)) {
+    if (!refusal.isEmpty() || !constant.m_bFixed) {
+        return refusal;
+    }
+    if (!judge->IsSame(text, constant.m_sValue)) {
         return QStringLiteral("the schema fixes it to \"%1\"").arg(constant.m_sValue);
     }
-    return refusal;
+    text = constant.m_sValue; // some validators compare the texts
+    return QString();
 }
 
 bool ValidOutput::MayRepeat(const Element &declared, int count) const

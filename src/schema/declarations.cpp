@@ -81,7 +81,8 @@ int Declarations::AddChoice(const Alternative &alternative, const QXmlAttributes
     choice.m_bOptional = limits.m_iMinOccurs == 0;
     choice.m_iMaxOccurs = limits.m_iMaxOccurs == LocalDeclaration::kNotGiven ? 1 : limits.m_iMaxOccurs;
     choice.m_oAlternative = alternative;
-    if (alternative.m_iChoice >= 0 && At(m_lChoices, alternative.m_iChoice).m_iMaxOccurs < 0) {
+    // Beside others in a sequence each further one would need these others once more.
+    if (alternative.m_bAlone && At(m_lChoices, alternative.m_iChoice).m_iMaxOccurs < 0) {
         choice.m_iMaxOccurs = -1;
     }
     return Append(m_lChoices, choice);

@@ -80,6 +80,11 @@ constexpr const char *kSettled[][5] = {
     { "an optional member beside a mandatory one", "<h><q><t a min=0/><t b/></q><t c/></h>", "", "", "missing /R/a" },
     { "a choice within an alternative", "<h><q>" CHOICE "<t d/></q><t e/></h>", "d=s:x", "<d>x</d>", "missing /R/a" },
     { "a sequence as alternative", "<h><q><t a/><t b/></q><t c/></h>", "b=s:x", "<a/><b>x</b>", "missing /R/a" },
+    { "a choice in such a sequence", "<h max=unbounded><q><t x/><h><t a/><t b/></h></q><t c/></h>", "x=s:1 a=s:2 b=s:3",
+      "<x>1</x><a>2</a>", "refused /R/b 3 16" },
+    { "a fixed value", "<e v type=xs:boolean fixed=1/>", "v=b:true", "<v>1</v>" },
+    { "an attribute of a user's type", "<e p><c><a A type=stringA/></c></e>^<s stringA><r xs:string><v k/></r></s>",
+      "p@A=s:x", "<p/>", "refused /R/p/@A x 15" },
     { "a facet without a name", "<e v type=T/>^<s T><r xs:string><xs: value='x'/></r></s>", "v=s:x", "<v>x</v>" },
     { "an attribute's own facets",
       "<e v max=2><c><xs:simpleContent><x xs:string><a ref=Ref1/><a Ref type=xs:string/></x></xs:simpleContent></c></e>"
