@@ -219,7 +219,7 @@ private:
     // A host may take the button to another place, or the timer, and see it destroyed there.
     QPointer<VCButton> m_pReportButton;
     QPointer<QTimer> m_pCheckTimer;
-    std::shared_ptr<int> m_pButtonUse; // shared by all that is at work on the button
+    std::shared_ptr<QObject> m_pButtonFilter; // shared by all that is at work on the button; null without one
     std::shared_ptr<XmlCreateReport> m_pReport; // the latest; shared by its dialog and its run
     QPixmap m_Pixmap;
     bool m_bValueWritten = false;
