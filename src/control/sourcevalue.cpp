@@ -28,16 +28,18 @@ bool SourceValue::IsUsable(const QVariant &value)
     }
 }
 
-SourceValue::SourceValue(const QVariant &value, ReportData &item, bool isAttribute)
+SourceValue::SourceValue(const QVariant &value, ReportData &item, bool isAttribute, bool isValidOutput)
     : m_oValue(value)
 {
     const int type = value.userType();
     const auto take = [this](std::initializer_list<Form> forms) { std::copy(forms.begin(), forms.end(), m_aForms); };
     if (type == QMetaType::Double || type == QMetaType::Float || IsWhole(type)) {
         m_dNumber = item.Scaled(value.toDouble());
-        // A whole number keeps all of its digits as a text, where a double loses some.
+        // A whole number keeps all of its digits as a text, where a double loses some. A "long" takes both, but holds a
+        // text against its bounds in valid output alone.
         if (IsWhole(type) && item.GetExponent() == 0) {
-            take({ Form::Integer, Form::Number, Form::Text });
+            take({ Form::Integer, isValidOutput ? Form::Text : Form::Number,
+                   isValidOutput ? Form::Number : Form::Text });
         } else {
             m_bNumberText = true;
             take({ Form::Number, Form::Integer, Form::Text });

@@ -15,9 +15,8 @@
 class SourceValue
 {
 public:
-    /// Numbers are scaled as `item` asks for. Attributes take no bool and no time: these are texts
-    /// there.
-    SourceValue(const QVariant &value, ReportData &item, bool isAttribute);
+    /// Numbers are scaled as `item` asks for. Attributes take no bool and no time: these are texts there.
+    SourceValue(const QVariant &value, ReportData &item, bool isAttribute, bool isValidOutput);
 
     /// Whether a report can hold values of that kind at all.
     static bool IsUsable(const QVariant &value);

@@ -48,14 +48,14 @@ bool Exists(const QString &path)
 class ButtonUse
 {
 public:
-    ButtonUse(QObject *button, std::shared_ptr<int> use)
+    ButtonUse(QObject *button, std::shared_ptr<QObject> filter)
         : m_pButton(button)
-        , m_pUse(std::move(use))
+        , m_pFilter(std::move(filter))
     {
     }
     ~ButtonUse()
     {
-        if (m_pUse.use_count() == 1 && m_pButton != nullptr) {
+        if (m_pFilter.use_count() == 1 && m_pButton != nullptr) {
             m_pButton->deleteLater();
         }
     }
@@ -63,27 +63,21 @@ public:
 
 private:
     QPointer<QObject> m_pButton;
-    std::shared_ptr<int> m_pUse; // the control has one too, to its end
+    std::shared_ptr<QObject> m_pFilter; // the control has it too, to its end
 };
 
 /// Takes the events at which a button may send signals, behind all other filters, and hands them on itself: Qt goes on
-/// with the button behind the signals, whose slots may end the control. Belongs to the button.
-class ButtonFilter : public QObject
+/// with the button behind the signals, whose slots may end the control. Belongs to the control and to all uses, not to
+/// the button, before whose end the library may be unloaded.
+class ButtonFilter : public QObject, public std::enable_shared_from_this<ButtonFilter>
 {
 public:
-    ButtonFilter(QObject *button, const std::shared_ptr<int> &use)
-        : QObject(button)
-        , m_pUse(use)
-    {
-        button->installEventFilter(this);
-    }
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        std::shared_ptr<int> controlUse = m_pUse.lock();
-        if (controlUse == nullptr || !MaySend(event->type())) {
+        if (!MaySend(event->type())) {
             return false;
         }
-        const ButtonUse use(watched, std::move(controlUse));
+        const ButtonUse use(watched, shared_from_this());
         if (!watched->event(event)) {
             event->ignore();
         }
@@ -95,10 +89,8 @@ private:
     {
         return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease || type == QEvent::MouseMove
             || type == QEvent::MouseButtonDblClick || type == QEvent::KeyPress || type == QEvent::KeyRelease
-            || type == QEvent::FocusOut || type == QEvent::EnabledChange;
+            || type == QEvent::Shortcut || type == QEvent::FocusOut || type == QEvent::EnabledChange;
     }
-
-    std::weak_ptr<int> m_pUse; // empty when the control has ended
 };
 
 /// Ends an object ahead of its parent.
@@ -130,7 +122,6 @@ void TellFate(const QPointer<VCReporting> &control, const ReportOutcome &outcome
 VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *toolBar, bool showButton,
                          const char *objectName, bool deleteAfterUse, QPixmap icon)
     : QWidget(toolBar)
-    , m_pButtonUse(std::make_shared<int>())
     , m_Pixmap(icon)
     , m_bDeleteAfterUse(deleteAfterUse)
     , m_Items(std::make_unique<ItemList>())
@@ -152,7 +143,7 @@ VCReporting::VCReporting(QString schema, QString reportDirectory, QToolBar *tool
 VCReporting::~VCReporting()
 {
     ClearReportData();
-    if (m_pButtonUse.use_count() > 1 && m_pReportButton != nullptr) {
+    if (m_pButtonFilter.use_count() > 1 && m_pReportButton != nullptr) {
         m_pReportButton->hide();
         m_pReportButton->setParent(nullptr);
     } else {
@@ -184,7 +175,7 @@ void VCReporting::EnableReportButton(bool enable)
             timer->stop();
         }
         // Also where it is disabled by its tool bar, with which it must not come back.
-        const ButtonUse use(m_pReportButton, m_pButtonUse);
+        const ButtonUse use(m_pReportButton, m_pButtonFilter);
         m_pReportButton->setEnabled(false);
         return;
     }
@@ -312,7 +303,8 @@ void VCReporting::MakeReportButton()
     }
     m_pReportButton->setEnabled(true);
     connect(m_pReportButton, &VCButton::clicked, this, &VCReporting::SlotToReport);
-    new ButtonFilter(m_pReportButton, m_pButtonUse);
+    m_pButtonFilter = std::make_shared<ButtonFilter>();
+    m_pReportButton->installEventFilter(m_pButtonFilter.get());
     // Before a host hears of its end, which is before the pointer would be cleared.
     connect(m_pReportButton, &QObject::destroyed, this, [this] { m_pReportButton.clear(); });
 }
@@ -321,7 +313,7 @@ void VCReporting::MakeReportButton()
 void VCReporting::SetButtonEnabled(bool enable)
 {
     if (m_pReportButton != nullptr && m_pReportButton->isEnabled() != enable) {
-        const ButtonUse use(m_pReportButton, m_pButtonUse);
+        const ButtonUse use(m_pReportButton, m_pButtonFilter);
         m_pReportButton->setEnabled(enable);
     }
 }

@@ -40,8 +40,9 @@ class Node;
 /// A host builds it, adds values by name, and the operator presses the button. Everything happens on the GUI thread.
 /// A report runs to its end on the stack of its caller. The control may be deleted in a slot of any of its signals and
 /// of its button's, also from an event loop that the slot runs, and by whoever watches the focus or the comment dialog;
-/// but not while a report asks the host for a value or the time, or traces. A button that Qt is at work on then is
-/// hidden at once, and destroyed when Qt is through with it.
+/// but not while a report asks the host for a value or the time, or traces, nor when its button gains the focus, as Qt
+/// still works on the button then. A button that Qt is at work on otherwise is hidden at once, and destroyed when Qt is
+/// through with it.
 class TAGWRIGHT_EXPORT VCReporting : public QWidget, public ITagwright
 {
     Q_OBJECT
@@ -218,7 +219,7 @@ private:
     // A host may take the button to another place, or the timer, and see it destroyed there.
     QPointer<VCButton> m_pReportButton;
     QPointer<QTimer> m_pCheckTimer;
-    std::shared_ptr<int> m_pButtonUse; // shared by all that is at work on the button
+    std::shared_ptr<QObject> m_pButtonFilter; // shared by all that is at work on the button; null without one
     std::shared_ptr<XmlCreateReport> m_pReport; // the latest; shared by its dialog and its run
     QPixmap m_Pixmap;
     bool m_bValueWritten = false;

@@ -132,7 +132,7 @@ QVariant VCReporting::GetSourceValue(const std::shared_ptr<SourceItem> &source, 
 /// For the element in hand, or the attribute that is being set.
 void VCReporting::WriteSource(const QVariant &value, ReportData &item)
 {
-    SourceValue forms(value, item, m_bSettingAttribute);
+    SourceValue forms(value, item, m_bSettingAttribute, m_bValidOutput);
     m_pSourceValue = &forms;
     // Also if an override of the host's throws: the value on the stack is gone then.
     const auto forget = qScopeGuard([this] { m_pSourceValue = nullptr; });

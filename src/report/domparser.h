@@ -82,7 +82,7 @@ public:
     /// The attributes of the current element.
     CurrentAttributes &GetAttributes() { return m_oAttributes; }
 
-    /// The values of the current element that were refused, while tracing is on.
+    /// The values of the current element that were refused, while tracing is on or an outcome asks for them.
     Refusals &GetRefusals() { return m_oRefusals; }
 
     /// Puts copies of the current element, as it stands, behind it, so that it stands `count` times; none for 1 and

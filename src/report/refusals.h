@@ -23,7 +23,7 @@ public:
     }
     Q_DISABLE_COPY(Refusals)
 
-    /// The outcome that names refusals as well; not owned, null for none.
+    /// The outcome that is to name the refused values and what is missing; not owned, null for none.
     void SetOutcome(ReportOutcome *pOutcome) { m_pOutcome = pOutcome; }
     /// Whether anybody wants the sentences.
     bool IsAsked() const { return m_pOutcome != nullptr || trace::IsOn(); }
@@ -37,10 +37,10 @@ public:
     /// `attribute` is empty for the element's own value. `reason` completes "the value was not written: ".
     void Note(const QString &attribute, const QString &value, const QString &reason, int error);
 
-    /// The attribute, or the element, has got a value: its refusals, earlier and later ones, aren't traced.
+    /// The attribute, or the element, has got a value: nobody hears of its refusals, earlier and later ones.
     void Written(const QString &attribute);
 
-    /// Traces the refusals that no value has made good. To be called when the receiver is done with `element`.
+    /// Tells of the refusals that no value has made good. To be called when the receiver is done with `element`.
     void Tell(const QDomElement &element);
 
     /// Tells that `element`, or its attribute if one is named, stays without a value though it needs one.

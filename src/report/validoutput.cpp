@@ -45,33 +45,41 @@ QString ValidOutput::Refuse(const Element &declared, const QString &attribute, Q
     if (!attribute.isEmpty() && pAttribute == nullptr) {
         return QString();
     }
-    const int rule = pAttribute == nullptr ? declared.m_iRule : pAttribute->m_iRule;
-    std::unique_ptr<ValueJudge> &judge = m_lJudges[static_cast<std::size_t>(rule)];
+    if (pAttribute != nullptr && pAttribute->m_bProhibited) {
+        return QStringLiteral("the schema prohibits the attribute");
+    }
+    const auto index = static_cast<std::size_t>(pAttribute == nullptr ? declared.m_iRule : pAttribute->m_iRule);
+    const Declarations::Rule &rule = m_pDeclarations->GetRules()[index];
+    if (pAttribute != nullptr && rule.m_sType.isEmpty()) {
+        return QStringLiteral("the schema's own types count for global attributes alone");
+    }
+    std::unique_ptr<ValueJudge> &judge = m_lJudges[index];
     if (judge == nullptr) {
-        judge = std::make_unique<ValueJudge>(m_pDeclarations->GetRules()[static_cast<std::size_t>(rule)]);
+        judge = std::make_unique<ValueJudge>(rule);
     }
     QString refusal = judge->Refuse(text, pNumber, isDouble);
     const Declarations::Constant &constant = pAttribute == nullptr ? declared.m_oDefault : pAttribute->m_oDefault;
-    if (refusal.isEmpty() && constant.m_bFixed && !judge->IsSame(text, constant.m_sValue)) {
+    if (!refusal.isEmpty() || !constant.m_bFixed) {
+        return refusal;
+    }
+    if (!judge->IsSame(text, constant.m_sValue)) {
         return QStringLiteral("the schema fixes it to \"%1\"").arg(constant.m_sValue);
     }
-    return refusal;
+    text = constant.m_sValue; // some validators compare the texts
+    return QString();
 }
 
 bool ValidOutput::MayRepeat(const Element &declared, int count) const
 {
     const Declarations::Particle &particle = m_pDeclarations->GetParticle(declared);
     if (count <= 1) {
-        return count != 0 || particle.m_bOptional;
+        return count != 0 || particle.m_bOptional || particle.m_oAlternative.m_iChoice >= 0;
     }
     return particle.m_iMaxOccurs < 0 || count <= particle.m_iMaxOccurs - (particle.m_iCopies - 1);
 }
 
 bool ValidOutput::IsAskedAgain(const Element &declared, const QDomNode &parent)
 {
-    if (declared.m_iParticle < 0) {
-        return false;
-    }
     QDomNode &asked = m_hAsked[declared.m_iParticle];
     const bool isAgain = asked == parent;
     asked = parent;
@@ -168,7 +176,7 @@ bool ValidOutput::SettleAttributes(const Element &declared, CurrentAttributes &a
     for (const Declarations::Attribute &attribute : declared.m_lAttributes) {
         if (attributes.Has(attribute.m_sName)) {
             hasValue = true;
-        } else if (!attribute.m_oDefault.m_sValue.isNull()) {
+        } else if (!attribute.m_oDefault.m_sValue.isNull() && !attribute.m_bProhibited) {
             attributes.Set(attribute.m_sName, attribute.m_oDefault.m_sValue);
         } else if (attribute.m_bRequired) {
             missing.append(attribute.m_sName);
@@ -212,13 +220,17 @@ std::vector<ValidOutput::Finding> ValidOutput::Finish()
     return std::move(m_lFindings);
 }
 
-// Takes the item's alternative unless another one is taken, and so in each of the choices around.
+// Takes the item's alternative unless others are taken, and so in each of the choices around.
 void ValidOutput::Take(const Item &item)
 {
     Declarations::Alternative place = PlaceOf(*item.m_pDeclared);
     while (place.m_iChoice >= 0) {
-        m_lTaken.insert({ { item.m_iParent, place.m_iChoice }, place.m_iAlternative });
-        place = m_pDeclarations->GetChoice(place.m_iChoice).m_oAlternative;
+        const Declarations::Choice &choice = m_pDeclarations->GetChoice(place.m_iChoice);
+        std::set<int> &taken = m_lTaken[{ item.m_iParent, place.m_iChoice }];
+        if (choice.m_iMaxOccurs < 0 || static_cast<int>(taken.size()) < choice.m_iMaxOccurs) {
+            taken.insert(place.m_iAlternative);
+        }
+        place = choice.m_oAlternative;
     }
 }
 
@@ -234,21 +246,21 @@ bool ValidOutput::Decide(const Item &item)
     return item.m_bHasValue || !m_pDeclarations->GetParticle(*item.m_pDeclared).m_bOptional;
 }
 
-// False for an alternative that isn't the one that is taken. Names the first of a choice that may not stay without one.
+// False for an alternative that isn't taken. Names the first of a choice that may not stay without one.
 bool ValidOutput::IsTaken(const Item &item)
 {
     bool isTaken = true;
     Declarations::Alternative place = PlaceOf(*item.m_pDeclared);
     while (place.m_iChoice >= 0) {
         const Declarations::Choice &choice = m_pDeclarations->GetChoice(place.m_iChoice);
-        const auto [taken, isFirst] = m_lTaken.insert({ { item.m_iParent, place.m_iChoice }, -1 });
+        const auto [taken, isFirst] = m_lTaken.insert({ { item.m_iParent, place.m_iChoice }, {} });
         const auto around = m_lTaken.find({ item.m_iParent, choice.m_oAlternative.m_iChoice });
         const bool isNeeded = choice.m_oAlternative.m_iChoice < 0
-            || (around != m_lTaken.end() && around->second == choice.m_oAlternative.m_iAlternative);
+            || (around != m_lTaken.end() && around->second.count(choice.m_oAlternative.m_iAlternative) != 0);
         if (isFirst && isNeeded && !choice.m_bOptional) {
             m_lFindings.push_back({ Finding::Kind::Missing, item.m_oElement, QString() });
         }
-        isTaken = isTaken && (choice.m_bRepeats ? item.m_bHasValue : taken->second == place.m_iAlternative);
+        isTaken = isTaken && taken->second.count(place.m_iAlternative) != 0;
         place = choice.m_oAlternative;
     }
     return isTaken;

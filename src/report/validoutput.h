@@ -9,6 +9,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -34,7 +35,8 @@ public:
                    bool isDouble);
     /// Whether an element may stand that often beside the others that the template has of its declaration.
     bool MayRepeat(const Element &declared, int count) const;
-    /// True from the second question on for the elements of one declaration below one parent.
+    /// True from the second question on for the elements of one declaration below one parent. `declared` must stand in
+    /// a content model.
     bool IsAskedAgain(const Element &declared, const QDomNode &parent);
     /// Whether the element is an alternative and not the only one that is left.
     bool MayBeDiscarded(const Element &declared, const QDomElement &element) const;
@@ -95,7 +97,8 @@ private:
     QDomElement m_oKept;
     std::vector<Item> m_lItems; // in the order of the document
     std::vector<int> m_lOpen { -1 }; // items; outside the root none
-    // The alternative that has a value, of each choice below each parent; -1 where none has and that was told.
-    std::map<std::pair<int, int>, int> m_lTaken;
+    // The alternatives that have a value, by parent and choice: as many as the choice may stand times. An empty entry
+    // says that the lack of one was told.
+    std::map<std::pair<int, int>, std::set<int>> m_lTaken;
     std::vector<Finding> m_lFindings;
 };

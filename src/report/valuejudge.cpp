@@ -107,16 +107,17 @@ void ValueJudge::ReadFacet(const QString &name, const QString &value)
 }
 
 // Of the kinds that have a form, only an integer can come as a text of the host's. Qt has written all other values; of
-// an invalid date or time it writes nothing.
+// an invalid date or time it writes nothing, and it knows zones beyond the 14 hours of XML Schema.
 bool ValueJudge::HasForm(const QString &text) const
 {
     static const QRegularExpression integer(QStringLiteral("\\A[+-]?[0-9]+\\z"));
+    constexpr int kZone = 20; // where the hours of a zone stand behind its sign
     switch (m_eKind) {
     case Kind::Integer:
         return integer.match(text).hasMatch();
     case Kind::DateTime:
     case Kind::Time:
-        return !text.isEmpty() && !text.startsWith(QLatin1String("0000"));
+        return !text.isEmpty() && !text.startsWith(QLatin1String("0000")) && text.mid(kZone) <= QLatin1String("14:00");
     default:
         return true;
     }
@@ -235,12 +236,13 @@ QString ValueJudge::Refuse(QString &text, const double *pNumber, bool isDouble) 
         text = ToDoubleForm(*pNumber, text);
     }
     QString judged = text;
-    if (m_bReplaces) {
+    if (m_bReplaces || m_bCollapses) {
         static const QRegularExpression blank(QStringLiteral("[\\t\\n\\r]"));
         judged.replace(blank, QStringLiteral(" "));
     }
     if (m_bCollapses) {
-        judged = judged.simplified();
+        // Qt's own simplified() takes a no-break space for a blank, too.
+        judged = judged.split(QLatin1Char(' '), Qt::SkipEmptyParts).join(QLatin1Char(' '));
     }
     const bool isInteger = m_eKind == Kind::Integer && pNumber != nullptr && std::isfinite(*pNumber);
     if (!isInteger && !HasForm(judged)) {

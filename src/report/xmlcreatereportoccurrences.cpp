@@ -39,13 +39,14 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
     m_pDomParser->SetNodeToContinue(m_pCurrentElement, true);
 }
 
-// A receiver calls at each announcement: only the first call for an element counts.
+// A receiver calls at each announcement, and may call once more when it hears of a refusal: only the first call for an
+// element counts.
 bool XmlCreateReport::IsAskedAgain(const QString &name)
 {
     ValidOutput *pValid = m_pDomParser->GetValidOutput();
-    if (pValid != nullptr) {
-        const ValidOutput::Element *pDeclared = pValid->Find(m_pDomParser->GetAttributes());
-        return pDeclared != nullptr && pValid->IsAskedAgain(*pDeclared, m_pCurrentElement->parentNode());
+    const ValidOutput::Element *pDeclared = pValid == nullptr ? nullptr : pValid->Find(m_pDomParser->GetAttributes());
+    if (pDeclared != nullptr && pDeclared->m_iParticle >= 0) {
+        return pValid->IsAskedAgain(*pDeclared, m_pCurrentElement->parentNode());
     }
     const bool isAgain = name == m_sLastOccursName;
     m_sLastOccursName = name;

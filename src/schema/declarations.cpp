@@ -1,6 +1,7 @@
 #include "schema/declarations.h"
 
 #include "dom/nodewalk.h"
+#include "schema/localdeclaration.h"
 #include "schema/schematags.h"
 
 #include <algorithm>
@@ -75,13 +76,14 @@ int Declarations::CountMarks(const QDomNode &node)
 
 int Declarations::AddChoice(const Alternative &alternative, const QXmlAttributes &atts)
 {
+    const LocalDeclaration limits(atts);
     Choice choice;
-    choice.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
-    const QString most = atts.value(QStringLiteral("maxOccurs"));
-    choice.m_bRepeats = !most.isEmpty() && most != QLatin1String("1");
+    choice.m_bOptional = limits.m_iMinOccurs == 0;
+    choice.m_iMaxOccurs = limits.m_iMaxOccurs == LocalDeclaration::kNotGiven ? 1 : limits.m_iMaxOccurs;
     choice.m_oAlternative = alternative;
-    if (alternative.m_iChoice >= 0) {
-        choice.m_bRepeats = choice.m_bRepeats || At(m_lChoices, alternative.m_iChoice).m_bRepeats;
+    // Beside others in a sequence each further one would need these others once more.
+    if (alternative.m_bAlone && At(m_lChoices, alternative.m_iChoice).m_iMaxOccurs < 0) {
+        choice.m_iMaxOccurs = -1;
     }
     return Append(m_lChoices, choice);
 }
@@ -147,8 +149,10 @@ int Declarations::AddAttribute(const QString &name, const QString &type, const Q
         return -1;
     }
     const int rule = BuiltInRule(schematags::HasPrefix(type) ? schematags::WithoutPrefix(type) : QString());
-    const bool isRequired = atts.value(QStringLiteral("use")) == QLatin1String("required");
-    return Append(m_lAttributes, { name, rule, ReadConstant(atts), isRequired });
+    const QString use = atts.value(QStringLiteral("use"));
+    return Append(
+        m_lAttributes,
+        { name, rule, ReadConstant(atts), use == QLatin1String("required"), use == QLatin1String("prohibited") });
 }
 
 void Declarations::MarkAttribute(QDomElement element, int attribute)

@@ -51,6 +51,7 @@ public:
         int m_iRule = -1;
         Constant m_oDefault;
         bool m_bRequired = false;
+        bool m_bProhibited = false;
     };
     /// One place in a content model.
     struct Particle
@@ -64,7 +65,7 @@ public:
     struct Choice
     {
         bool m_bOptional = false;
-        bool m_bRepeats = false;
+        int m_iMaxOccurs = 1; // below 0: without limit
         Alternative m_oAlternative; // of the choice around it
         std::map<int, bool> m_hMayBeEmpty; // by alternative: whether all its members are optional
     };
@@ -96,7 +97,7 @@ public:
 
     void Settle(QDomDocument document);
 
-    // When it is read.
+    // Behind Settle().
     /// Null for a text that is no element's mark.
     const Element *Of(const QString &mark) const;
     const Particle &GetParticle(const Element &element) const;

@@ -33,6 +33,7 @@ public:
     {
         int m_iChoice = -1;
         int m_iAlternative = 0;
+        bool m_bAlone = false; // nothing but the choice itself is around the place
     };
 
     void Push(Kind kind)
@@ -77,7 +78,10 @@ public:
         const auto around = std::find_if(m_lTags.rbegin() + 1, m_lTags.rend(), [](const Tag &tag) {
             return tag.m_oWithin.m_iChoice >= 0 || tag.m_eKind == Kind::Global || IsLocalElement(tag);
         });
-        return around == m_lTags.rend() || around->m_oWithin.m_iChoice < 0 ? Alternative() : around->m_oWithin;
+        if (around == m_lTags.rend() || around->m_oWithin.m_iChoice < 0) {
+            return Alternative();
+        }
+        return { around->m_oWithin.m_iChoice, around->m_oWithin.m_iAlternative, around == m_lTags.rbegin() + 1 };
     }
 
 private:

@@ -114,9 +114,10 @@ private Q_SLOTS:
         for (const char *signal : { SIGNAL(PrepareToReport()), SIGNAL(ReportSuccessful()), SIGNAL(pressed()),
                                     SIGNAL(released()), SIGNAL(clicked()) }) {
             // By the mouse or a key, the latter two in a loop; a key that is held while the button loses the focus, or
-            // is disabled.
-            for (const int way : { 0, 1, 2, 3, 4, 5 }) {
-                if (way > 3 && qstrcmp(signal, SIGNAL(released())) != 0) {
+            // is disabled; a shortcut.
+            for (const int way : { 0, 1, 2, 3, 4, 5, 6 }) {
+                const char *only = way < 4 ? signal : way < 6 ? SIGNAL(released()) : SIGNAL(pressed());
+                if (qstrcmp(signal, only) != 0) {
                     continue;
                 }
                 Desk desk;
@@ -124,7 +125,11 @@ private Q_SLOTS:
                 const bool isControls = desk.m_pControl->metaObject()->indexOfSignal(signal + 1) >= 0;
                 connect(isControls ? static_cast<QObject *>(desk.m_pControl.get()) : desk.m_pButton.data(), signal,
                         &end, SLOT(Run()));
-                if (way > 3) {
+                if (way == 6) {
+                    desk.m_pButton->setShortcut(Qt::Key_F9);
+                    QApplication::setActiveWindow(&desk.m_oToolBar);
+                    QTest::keyClick(&desk.m_oToolBar, Qt::Key_F9);
+                } else if (way > 3) {
                     QApplication::setActiveWindow(&desk.m_oToolBar);
                     desk.m_pButton->setFocus();
                     QTest::keyPress(desk.m_pButton, Qt::Key_Space);

@@ -74,6 +74,7 @@ private:
             { QStringLiteral("2500"), 2500 },
             { QStringLiteral("-3.9"), -3.9 },
             { QStringLiteral("1234567890123"), 1234567890123LL },
+            { QStringLiteral("2^53+1"), 9007199254740993LL },
             { QStringLiteral("when"), QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)) },
             { QStringLiteral("clock"), QTime(7, 8, 9) },
         };
@@ -94,6 +95,7 @@ constexpr const char *kRows[][4] = {
       "5 <R><S Id='/R/S/@Id'><B>/R/S/B</B></S><S Id='/R/S[2]/@Id'><B>/R/S[2]/B</B><B>/R/S[2]/B[2]</B></S></R>" },
     { "every kind goes its way", kKinds, "D=2500; I=-3.9; T=1234567890123; B=true; W=when; C=clock",
       "6 <R><D>2.5</D><I>-3</I><T>1234567890123</T><B>true</B><W>2024-05-06T07:08:09</W><C>07:08:09</C></R>" },
+    { "a long keeps its digits", "<e L type=xs:long/>", "valid; L=2^53+1", "1 <R><L>9007199254740993</L></R>" },
     { "a bool is no text", kTexts, "A=true", "1 <R><A type='string'/></R>" },
     { "nothing is no value", kTexts, "A*2=none", "2 <R><A type='string'/><A type='string'/></R>" },
     { "nor is what no report can hold", kTexts, "A=list", "1 <R><A type='string'/></R>" },

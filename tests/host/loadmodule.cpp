@@ -1,10 +1,16 @@
-// Stands for a host's plug-in: uses the library, and leaves one comment dialog open past its control.
+// Stands for a host's plug-in: uses the library, and leaves one comment dialog open past its control, and a button that
+// was at work when its control ended.
 
 #include "control/vcreporting.h"
 #include "report/reportoutcome.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QKeyEvent>
 #include <QTemporaryDir>
+#include <QToolButton>
+
+#include <memory>
 
 extern "C" Q_DECL_EXPORT bool ShowDialogs()
 {
@@ -27,5 +33,11 @@ extern "C" Q_DECL_EXPORT bool ShowDialogs()
     control.SetShowCommentDialog(true);
     control.SlotToReport();
     control.SlotToReport();
-    return true;
+    auto pressed =
+        std::make_unique<VCReporting>(schema.fileName(), folder.path(), nullptr, true, nullptr, false, QPixmap());
+    QToolButton *button = pressed->GetReportButton();
+    QObject::connect(button, &QToolButton::pressed, pressed.get(), [&pressed] { pressed.reset(); });
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
+    QApplication::sendEvent(button, &key);
+    return pressed == nullptr;
 }

@@ -86,6 +86,7 @@ int main(int argc, char *argv[])
         fault = fault == nullptr ? LoadAndUnload(path) : fault;
         fault = fault == nullptr ? ShowDialogs(path, argv[2]) : fault;
         // Whatever an unloaded library had left with Qt would be called now.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     QLibrary library(QString::fromLocal8Bit(path));
     if (fault == nullptr && (!library.load() || !IsRegistered(true))) {

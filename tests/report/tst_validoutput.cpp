@@ -57,6 +57,8 @@ constexpr const char *kSettled[][5] = {
     { "kept", "<e p min=0 max=2><c><t b min=0/></c></e>", "p+ p:2", "<p/><p/>" },
     { "attributes", "<e p max=2><c>" ATTRIBUTES "</c></e>", "p:2 p@A=s:xs:string",
       "<p A='xs:string' B='d'/><p A='xs:string' B='d'/>", "missing /R/p/@C; missing /R/p[2]/@C" },
+    { "a prohibited attribute", "<e p><c><a A type=xs:string use=prohibited fixed=x/></c></e>", "p@A=s:x", "<p/>",
+      "refused /R/p/@A x 15" },
     { "an attribute is a value", "<e p min=0><c><q><t a min=0/></q>" ATTRIBUTES "</c></e>", "p@C=s:x",
       "<p B='d' C='x'/>" },
     { "none", "<e p min=0><c>" ATTRIBUTES "</c></e>" },
@@ -64,6 +66,11 @@ constexpr const char *kSettled[][5] = {
     { "given up", CHOICE, "a- b=s:x c-", "<b>x</b>" },
     { "two alternatives", CHOICE, "a=s:x c=s:y", "<a>x</a>", "refused /R/c y 16" },
     { "no alternative", CHOICE, "", "", "missing /R/a" },
+    { "an alternative that is to stand no times", CHOICE, "a:0 b=s:x", "<b>x</b>" },
+    { "a choice that stands twice", "<h max=2><t a/><t b/><t c/></h>", "a=s:x b=s:y c=s:z", "<a>x</a><b>y</b>",
+      "refused /R/c z 16" },
+    { "a sequence in a choice that stands often", "<h max=unbounded><q><t a/><t b/></q><t c/></h>", "a=s:x c=s:y",
+      "<a>x</a><b/><c>y</c>", "missing /R/b" },
     { "a choice's member has members", "<h><e p><c><t a/><t b/></c></e><t c/></h><t a/>", "b=s:x",
       "<p><a/><b>x</b></p><a/>", "missing /R/p/a; missing /R/a" },
     { "an inner alternative", "<h>" CHOICE "<t d/></h>", "b=s:x", "<b>x</b>" },
@@ -73,6 +80,11 @@ constexpr const char *kSettled[][5] = {
     { "an optional member beside a mandatory one", "<h><q><t a min=0/><t b/></q><t c/></h>", "", "", "missing /R/a" },
     { "a choice within an alternative", "<h><q>" CHOICE "<t d/></q><t e/></h>", "d=s:x", "<d>x</d>", "missing /R/a" },
     { "a sequence as alternative", "<h><q><t a/><t b/></q><t c/></h>", "b=s:x", "<a/><b>x</b>", "missing /R/a" },
+    { "a choice in such a sequence", "<h max=unbounded><q><t x/><h><t a/><t b/></h></q><t c/></h>", "x=s:1 a=s:2 b=s:3",
+      "<x>1</x><a>2</a>", "refused /R/b 3 16" },
+    { "a fixed value", "<e v type=xs:boolean fixed=1/>", "v=b:true", "<v>1</v>" },
+    { "an attribute of a user's type", "<e p><c><a A type=stringA/></c></e>^<s stringA><r xs:string><v k/></r></s>",
+      "p@A=s:x", "<p/>", "refused /R/p/@A x 15" },
     { "a facet without a name", "<e v type=T/>^<s T><r xs:string><xs: value='x'/></r></s>", "v=s:x", "<v>x</v>" },
     { "an attribute's own facets",
       "<e v max=2><c><xs:simpleContent><x xs:string><a ref=Ref1/><a Ref type=xs:string/></x></xs:simpleContent></c></e>"
@@ -113,6 +125,9 @@ constexpr const char *kJudged[][2] = {
     { "dateTime maxExclusive='2026-01-01T00:00:00Z'; t:2025-12-31T23:59:59", "" },
     { "time minInclusive='08:00:00'; t:07:59:59", "" },
     { "dateTime; t:never", "" },
+    { "dateTime; t:2025-12-31T23:59:59+14:00", "2025-12-31T23:59:59+14:00" },
+    { "dateTime; t:2025-12-31T23:59:59-14:01", "" },
+    { "string whiteSpace='collapse' enumeration='a'; s:a\xC2\xA0", "" },
 };
 
 } // namespace

@@ -40,6 +40,8 @@ constexpr Rule kRules[] = {
     { "passed-over", "\"%1\" is passed over, and %2", "%3", kTable, Rule::Shapes },
     { "ignored-attribute", "\"%1\" of \"%2\" isn't read, and %3", "%4", kTable },
     { "particle-limits", "limits on \"%1\" have no effect", "set minOccurs and maxOccurs on its elements", kChoices },
+    { "choice-limits", "limits on a choice have no effect",
+      "set minOccurs and maxOccurs on its elements, or switch valid output on", kChoices, Rule::ValidOutput },
     { "choice-size", "this choice has %1 members, and those behind the 100th count for the next choice",
       "make at most 100 members", kChoices },
     { "choice-in-choice", "the end of this inner choice ends the outer one: what follows there is no alternative",

@@ -97,9 +97,12 @@ void CheckPassedOver(const SchemaNode &node, int number, Findings &findings)
                            QLatin1String(row.m_sCure) });
         }
     }
-    const bool isParticle = node.Is("sequence") || node.Is("choice") || node.Is("all") || node.Is("group");
-    if (isParticle && (node.MinOccurs() != 1 || node.MaxOccurs() != 1)) {
+    const bool hasLimits = node.MinOccurs() != 1 || node.MaxOccurs() != 1;
+    if (hasLimits && (node.Is("sequence") || node.Is("all") || node.Is("group"))) {
         findings.Add("particle-limits", number, { node.m_sQualifiedName });
+    }
+    if (hasLimits && node.Is("choice")) {
+        findings.Add("choice-limits", number);
     }
 }
 
