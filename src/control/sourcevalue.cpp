@@ -23,6 +23,8 @@ bool SourceValue::IsUsable(const QVariant &value)
         return value.toDate().isValid();
     case QMetaType::QTime:
         return value.toTime().isValid();
+    case QMetaType::QStringList:
+        return value.toStringList().size() == 1; // Qt makes no text of several
     default:
         return value.canConvert<QString>();
     }
