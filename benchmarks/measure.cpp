@@ -64,6 +64,13 @@ double Plain(int repeats, bool optionalChild, const Place &place)
     return Measure([&] { return receiver.MakeReport(schema, place.Report()); });
 }
 
+double Valid(int repeats, const Place &place)
+{
+    const QString schema = place.WriteSchema(workload::Schema({}));
+    PlainReceiver receiver(repeats);
+    return Measure([&] { return receiver.MakeReport(schema, place.Report(), true); });
+}
+
 double FloorWide(int declarations, const Place &place)
 {
     workload::Options options;
@@ -199,6 +206,7 @@ const std::map<QString, Case> &Cases()
         { QStringLiteral("floor"), Floor },
         { QStringLiteral("plain"), [](int n, const Place &place) { return Plain(n, false, place); } },
         { QStringLiteral("optional"), [](int n, const Place &place) { return Plain(n, true, place); } },
+        { QStringLiteral("valid"), Valid },
         { QStringLiteral("floorwide"), FloorWide },
         { QStringLiteral("wide"), Wide },
         { QStringLiteral("waiting"), Waiting },

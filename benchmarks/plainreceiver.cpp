@@ -15,9 +15,10 @@ PlainReceiver::PlainReceiver(int repeats, int fillers)
     }
 }
 
-bool PlainReceiver::MakeReport(const QString &schemaPath, const QString &reportPath)
+bool PlainReceiver::MakeReport(const QString &schemaPath, const QString &reportPath, bool validOutput)
 {
     XmlCreateReport report(this);
+    report.SetValidOutput(validOutput);
     m_pReport = &report;
     const bool isRead = report.CreateXmlFromSchema(schemaPath, reportPath, false);
     m_pReport = nullptr;

@@ -17,7 +17,7 @@ public:
     explicit PlainReceiver(int repeats, int fillers = 0);
 
     /// Makes the report; false if the schema can't be read. A receiver serves any number of reports.
-    bool MakeReport(const QString &schemaPath, const QString &reportPath);
+    bool MakeReport(const QString &schemaPath, const QString &reportPath, bool validOutput = false);
 
     void XmlUpdate(XmlEvent *event) override;
 

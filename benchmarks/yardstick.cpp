@@ -64,6 +64,7 @@ std::vector<Line> OwnLines()
         { "R = 50,000, to the floor", Ours("plain", 50000), Ours("floor", 50000), 1.5 },
         { "R = 50,000, peak memory in MiB", Ours("plain", 50000), {}, 350.0, Unit::MiB },
         { "an unset optional child in each Signal, to without (10,000)", Ours("optional", 10000), plain10k, 1.25 },
+        { "valid output, to without (10,000)", Ours("valid", 10000), plain10k, 1.1 },
         { "50,000 to 10,000", Ours("plain", 50000), plain10k, 6.0 },
         { "VCReporting, 10 items, to the plain receiver (10,000)", Ours("control10", 10000), plain10k, 1.3 },
         { "VCReporting, 1,000 items, to the plain receiver (10,000)", Ours("control1000", 10000), plain10k, 1.3 },
