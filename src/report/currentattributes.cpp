@@ -19,12 +19,14 @@ void CurrentAttributes::Bind(const QDomElement &element, AttributeModel::Pointer
     m_oElement = element;
     m_pModel = std::move(model);
     m_eHolder = m_pModel == nullptr ? Holder::Document : Holder::Model;
+    m_bListed = false;
 }
 
 const AttributeList &CurrentAttributes::GetAll()
 {
-    if (m_eHolder == Holder::Document) {
+    if (m_eHolder == Holder::Document && (!m_bListed || m_pWalked == nullptr || m_pWalked->IsWatched())) {
         m_lOwn = SortedAttributes(m_oElement);
+        m_bListed = true;
     }
     return m_eHolder == Holder::Model ? m_pModel->GetAttributes() : m_lOwn;
 }
@@ -48,6 +50,7 @@ void CurrentAttributes::Remove(const QString &name)
 {
     if (m_eHolder == Holder::Document) {
         m_oElement.removeAttribute(name);
+        m_bListed = false;
         return;
     }
     AttributeList &own = GetOwn();
@@ -61,6 +64,7 @@ void CurrentAttributes::Set(const QString &name, const QString &value)
 {
     if (m_eHolder == Holder::Document) {
         m_oElement.setAttribute(name, value);
+        m_bListed = false;
         return;
     }
     AttributeList &own = GetOwn();
@@ -94,6 +98,7 @@ void CurrentAttributes::RemoveIf(const std::function<bool(const QString &name, c
             m_oElement.removeAttribute(name);
         }
     }
+    m_bListed = false;
 }
 
 AttributeModel::Pointer CurrentAttributes::MakeModel()

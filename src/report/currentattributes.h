@@ -1,6 +1,7 @@
 #pragma once
 
 #include "report/attributemodel.h"
+#include "report/walkeddocument.h"
 
 #include <QDomElement>
 #include <QString>
@@ -13,6 +14,13 @@
 class CurrentAttributes
 {
 public:
+    /// `walked` says whether others may change the document, and with it the attributes, at any time; not owned.
+    /// Without one they always may.
+    explicit CurrentAttributes(const WalkedDocument *walked = nullptr)
+        : m_pWalked(walked)
+    {
+    }
+
     /// Goes to another element. A null model says that the document holds its attributes.
     void Bind(const QDomElement &element, AttributeModel::Pointer model);
     /// Lets go of the element; nothing is written to it.
@@ -44,15 +52,17 @@ public:
 private:
     // Who holds the attributes of the element.
     enum class Holder {
-        Document, // asked each time: a receiver may change them at any time
+        Document,
         Model, // the element is bare and has the attributes of m_pModel
         Own // the element is bare and its attributes have been changed: m_lOwn
     };
 
     AttributeList &GetOwn();
 
+    const WalkedDocument *m_pWalked;
     QDomElement m_oElement;
     AttributeModel::Pointer m_pModel;
     AttributeList m_lOwn; // or the latest answer of the document
+    bool m_bListed = false; // nothing has changed since that answer but what others may have
     Holder m_eHolder = Holder::Document;
 };

@@ -157,7 +157,7 @@ private:
     WalkedDocument m_oWalked;
     std::vector<Level> m_lLevels; // from the top down to the one that is walked
     std::size_t m_iPendingLevel = 0; // where m_pPendingElement is a child
-    CurrentAttributes m_oAttributes;
+    CurrentAttributes m_oAttributes { &m_oWalked };
     NodeSet m_oMultiplied;
     bool m_bGoesBack = false; // there has been a pending element
     QDomNode m_oLastServed; // for which somebody has asked ServeOnce()

@@ -61,7 +61,9 @@ void TemplateMaker::SetAttribute(QDomElement target, const QString &name, const 
     if (IsExceeded() || target.isNull()) {
         return;
     }
-    if (CountOf(target) >= limits::kMaxElementAttributes && !target.hasAttribute(name)) {
+    // The marks are counted only where that may matter.
+    if (target.attributes().count() >= limits::kMaxElementAttributes && CountOf(target) >= limits::kMaxElementAttributes
+        && !target.hasAttribute(name)) {
         Refuse(QStringLiteral("an element holds at most %1 attributes").arg(limits::kMaxElementAttributes));
     } else if (CountAttributes(1)) {
         target.setAttribute(name, value);

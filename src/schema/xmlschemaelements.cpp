@@ -110,12 +110,15 @@ bool XmlSchemaHandler::ApplyType(const QString &type, QDomElement target)
         return false;
     }
     const QDomDocumentFragment &source = *entry->m_pFragment;
-    // The content is cloned before anything is changed: the element may stand in the very fragment.
+    // The content is cloned before anything is changed: the element may stand in the very fragment. Most types are
+    // simple ones, with nothing behind the carrier.
     QDomDocumentFragment clone;
-    if (TemplateMaker::HasContent(source)) {
+    const bool hasCarrier = TemplateMaker::HasCarrier(source);
+    const bool isCarrierAlone = hasCarrier && source.firstChild() == source.lastChild();
+    if (TemplateMaker::HasContent(source) && !isCarrierAlone) {
         clone = maker.CloneContent(source, target);
     }
-    if (TemplateMaker::HasCarrier(source)) {
+    if (hasCarrier) {
         maker.CopyAttributes(source, target, TemplateMaker::Existing::Replace);
     }
     target.appendChild(clone);
