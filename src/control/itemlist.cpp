@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <utility>
 
 namespace {
@@ -25,7 +26,6 @@ void ItemList::Append(Item item)
     const QString name = item->GetName();
     ++m_iLastSerial;
     m_hSerials[name].push_back(m_iLastSerial);
-    m_iSources += IsSource(item) ? 1 : 0;
     m_lItems.emplace_hint(m_lItems.cend(), m_iLastSerial, std::move(item));
     m_iPathNames += CountPathNames(name, 1);
 }
@@ -42,7 +42,12 @@ void ItemList::RemoveUsed(const QString &name)
 
 void ItemList::RemoveSources()
 {
-    const QStringList names = m_iSources > 0 ? m_hSerials.keys() : QStringList();
+    std::set<QString> names;
+    for (const auto &[serial, item] : m_lItems) {
+        if (IsSource(item)) {
+            names.insert(item->GetName());
+        }
+    }
     for (const QString &name : names) {
         RemoveIf(name, IsSource);
     }
@@ -56,7 +61,6 @@ void ItemList::RemoveIf(const QString &name, IsGoing isGoing)
     std::vector<Item> gone; // freed when the list is in order: a source's function may hold anything
     for (const Serial serial : serials) {
         if (const auto item = m_lItems.find(serial); isGoing(item->second)) {
-            m_iSources -= IsSource(item->second) ? 1 : 0;
             gone.push_back(std::move(item->second));
             m_lItems.erase(item);
         } else {
@@ -74,7 +78,6 @@ void ItemList::Clear()
     std::map<Serial, Item> gone = std::exchange(m_lItems, {});
     m_hSerials.clear();
     m_iPathNames = 0;
-    m_iSources = 0;
     // In their order, which a map's end doesn't keep.
     for (auto &[serial, item] : gone) {
         item.reset();

@@ -52,5 +52,4 @@ private:
     QHash<QString, std::vector<Serial>> m_hSerials; // ascending
     Serial m_iLastSerial = kNone; // the last that was given out
     int m_iPathNames = 0;
-    int m_iSources = 0;
 };

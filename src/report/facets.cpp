@@ -14,15 +14,13 @@ constexpr double kAbsent = 65535;
 enum Side : std::size_t { MinInclusive, MaxInclusive, MinExclusive, MaxExclusive, SideCount };
 
 // In the order in which an attribute's name is searched for them.
-constexpr std::array<const char *, SideCount> kNames = { "minInclusive", "maxInclusive", "minExclusive",
-                                                         "maxExclusive" };
+constexpr int kNameSize = 12;
+constexpr std::array<QLatin1String, SideCount> kNames = { QLatin1String("minInclusive", kNameSize),
+                                                          QLatin1String("maxInclusive", kNameSize),
+                                                          QLatin1String("minExclusive", kNameSize),
+                                                          QLatin1String("maxExclusive", kNameSize) };
 // How a value that breaks the bound lies to it.
 constexpr std::array<const char *, SideCount> kBreaches = { "below", "above", "not above", "not below" };
-
-QLatin1String FacetName(std::size_t side)
-{
-    return QLatin1String(kNames[side]);
-}
 
 struct Bound
 {
@@ -40,7 +38,7 @@ std::size_t SideOf(const QString &name, const QString &attribute)
 {
     const bool isOfElement = attribute.isEmpty();
     std::size_t side = isOfElement || name.contains(attribute) ? MinInclusive : SideCount;
-    while (side < SideCount && !(isOfElement ? name == FacetName(side) : name.contains(FacetName(side)))) {
+    while (side < SideCount && !(isOfElement ? name == kNames[side] : name.contains(kNames[side]))) {
         ++side;
     }
     return side;
@@ -53,8 +51,7 @@ Bounds ReadBounds(const AttributeList &attributes, const QString &attribute, Fac
     for (const auto &[name, text] : attributes) {
         const std::size_t side = SideOf(name, attribute);
         if (side < SideCount && bounds[side].m_sUsed.isEmpty()) {
-            const bool isExact = name.size() == FacetName(side).size() + attribute.size()
-                && name.startsWith(FacetName(side)) && name.endsWith(attribute);
+            const bool isExact = attribute.isEmpty() || name == kNames[side] + attribute;
             bounds[side] = { kind == Facets::IntegerBounds ? text.toInt() : text.toDouble(),
                              isExact ? name : QString() };
         }
@@ -80,7 +77,7 @@ bool CheckSide(const Bounds &bounds, double value, Side inclusive, Side exclusiv
     if (!isInclusiveHeld && !IsHeld(bounds, exclusive, value)) {
         const Side broken = bounds[inclusive].IsThere() ? inclusive : exclusive;
         const QString bound = QString::number(bounds[broken].m_dValue, 'g', 12);
-        verdict = { QStringLiteral("%1 %2 %3").arg(QLatin1String(kBreaches[broken]), FacetName(broken), bound), {} };
+        verdict = { QStringLiteral("%1 %2 %3").arg(QLatin1String(kBreaches[broken]), kNames[broken], bound), {} };
         return false;
     }
     const QString &used = bounds[isInclusiveHeld ? inclusive : exclusive].m_sUsed;
