@@ -78,12 +78,12 @@ void XmlCreateReport::DiscardChoiceItem()
     if (!FetchCurrentElement("DiscardChoiceItem")) {
         return;
     }
-    // The walk passes over the next sibling: bring the attributes kept for it and its followers into the document.
-    m_pDomParser->CompleteDocument();
     if (!MayBeDiscarded()) {
         Error(ITagwright::GENERAL_ERROR);
         return;
     }
+    // The walk passes over the next sibling: bring the attributes kept for it and its followers into the document.
+    m_pDomParser->CompleteDocument();
     const QDomElement discarded = *m_pCurrentElement;
     m_pDiscardSuccessor = std::make_unique<QDomElement>(dom::NextSibling(discarded).toElement());
     m_pCurrentElement = m_pDiscardSuccessor.get();
@@ -106,6 +106,7 @@ bool XmlCreateReport::MayBeDiscarded() const
 {
     if (ValidOutput *pValid = m_pDomParser->GetValidOutput()) {
         const ValidOutput::Element *pDeclared = pValid->Find(m_pDomParser->GetAttributes());
+        m_pDomParser->CompleteDocument(); // those behind are told by their marks
         return pDeclared != nullptr && pValid->MayBeDiscarded(*pDeclared, *m_pCurrentElement);
     }
     const QString tagName = m_pCurrentElement->tagName();
