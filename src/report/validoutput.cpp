@@ -41,7 +41,7 @@ const ValidOutput::Element *ValidOutput::Find(CurrentAttributes &attributes) con
 QString ValidOutput::Refuse(const Element &declared, const QString &attribute, QString &text, const double *pNumber,
                             bool isDouble)
 {
-    const Declarations::Attribute *pAttribute = FindAttribute(declared, attribute);
+    const Declarations::Attribute *pAttribute = attribute.isEmpty() ? nullptr : FindAttribute(declared, attribute);
     if (!attribute.isEmpty() && pAttribute == nullptr) {
         return QString();
     }

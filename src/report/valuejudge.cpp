@@ -57,7 +57,7 @@ ValueJudge::ValueJudge(const Declarations::Rule &rule)
         }
     }
     m_oPattern.setPattern(patterns.join(QLatin1Char('|')));
-    m_bHasPattern = !patterns.isEmpty();
+    m_bHasPattern = !patterns.isEmpty() && m_oPattern.isValid(); // all together may be too long
 }
 
 // Of the built-in types only these take values at all.

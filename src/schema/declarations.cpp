@@ -79,7 +79,7 @@ int Declarations::AddChoice(const Alternative &alternative, const QXmlAttributes
     const LocalDeclaration limits(atts);
     Choice choice;
     choice.m_bOptional = limits.m_iMinOccurs == 0;
-    choice.m_iMaxOccurs = limits.m_iMaxOccurs == LocalDeclaration::kNotGiven ? 1 : limits.m_iMaxOccurs;
+    choice.m_iMaxOccurs = limits.MostOccurs();
     choice.m_oAlternative = alternative;
     // Beside others in a sequence each further one would need these others once more.
     if (alternative.m_bAlone && At(m_lChoices, alternative.m_iChoice).m_iMaxOccurs < 0) {
@@ -90,7 +90,6 @@ int Declarations::AddChoice(const Alternative &alternative, const QXmlAttributes
 
 int Declarations::AddParticle(Particle particle, const QXmlAttributes &atts)
 {
-    particle.m_bOptional = atts.value(QStringLiteral("minOccurs")) == QLatin1String("0");
     AddMember(particle.m_oAlternative, particle.m_bOptional);
     particle.m_oDefault = ReadConstant(atts);
     return Append(m_lParticles, particle);

@@ -18,6 +18,8 @@ struct LocalDeclaration
     int Copies() const;
     /// False for an element whose limits needn't be filed: not optional, and without maxOccurs.
     bool HasLimits() const { return m_iMinOccurs == 0 || m_iMaxOccurs != kNotGiven; }
+    /// How often the element may stand: kUnbounded for any number.
+    int MostOccurs() const { return m_iMaxOccurs == kNotGiven ? 1 : m_iMaxOccurs; }
     /// Both limits packed into one number; only where HasLimits().
     int OccursKey() const;
 

@@ -24,9 +24,8 @@ void XmlSchemaHandler::ReadLocalElement(const QXmlAttributes &atts)
         return;
     }
     if (m_pRun->m_pDeclarations->IsCollecting()) {
-        const int most = local.m_iMaxOccurs == LocalDeclaration::kNotGiven ? 1 : local.m_iMaxOccurs;
         m_iParticle = m_pRun->m_pDeclarations->AddParticle(
-            { false, most, local.Copies(), m_oOpenTags.GetAlternative(), {} }, atts);
+            { local.m_iMinOccurs == 0, local.MostOccurs(), local.Copies(), m_oOpenTags.GetAlternative(), {} }, atts);
     }
     // 1. Make the element in as many copies as asked for, or the content of the reference.
     if (local.Copies() == 0) {

@@ -113,8 +113,8 @@ void CheckFacet(const Subject &subject, int number, Findings &findings)
     const bool isChecked = (isBound && isNumber) || (node.Is("enumeration") && TakesText(type));
     const bool isUnread = node.Is("pattern") && !FromSchemaPattern(node.Get("value"));
     if (!isChecked && TakesValue(type, Target::Element)) {
-        isUnread ? findings.Add("unread-pattern", number, { node.Get("value") })
-                 : findings.Add("unchecked-facet", number, { node.m_sTag, base });
+        const char *rule = isUnread ? "unread-pattern" : "unchecked-facet";
+        findings.Add(rule, number, isUnread ? QStringList(node.Get("value")) : QStringList { node.m_sTag, base });
     }
     if (isBound && isNumber && node.Get("value").toDouble() == 65535) {
         findings.Add("bound-65535", number);
