@@ -79,6 +79,11 @@ QString UnitSuffix(const QDomElement &element)
 
 } // namespace
 
+CommentDialogImpl::CommentDialogImpl()
+    : CommentDialogImpl(std::make_shared<ReportFate>())
+{
+}
+
 CommentDialogImpl::CommentDialogImpl(std::shared_ptr<ReportFate> fate)
     : QDialog(nullptr, Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
     , m_pFate(std::move(fate))

@@ -20,6 +20,7 @@ class CommentDialogImpl : public QDialog, public Ui::CommentDialog
     Q_OBJECT
 
 public:
+    CommentDialogImpl();
     /// `fate` hears of each saving, and of the end of the dialog.
     explicit CommentDialogImpl(std::shared_ptr<ReportFate> fate);
     ~CommentDialogImpl() override;

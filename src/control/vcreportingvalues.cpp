@@ -242,7 +242,7 @@ bool VCReporting::SetAttributeFromItems(bool areAllAsked)
     return false;
 }
 
-/// False if the item is a source that knows no value.
+/// False if the item is a source that has known no value, asked now or at the element's first announcement.
 bool VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
 {
     if (const auto source = std::dynamic_pointer_cast<SourceItem>(item)) {
@@ -252,7 +252,7 @@ bool VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
             WriteSource(value, *source);
             PutAtRest();
         }
-        return value.isValid();
+        return value.isValid() || !IsFirstVisit();
     }
     const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
     m_pItem = item;
