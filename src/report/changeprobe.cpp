@@ -1,23 +1,15 @@
 #include "report/changeprobe.h"
 
-namespace {
-
-QString SoughtName()
-{
-    return QStringLiteral("sought");
-}
-
-} // namespace
-
 void ChangeProbe::Arm(QDomDocument document)
 {
+    const QString sought = QStringLiteral("sought");
     if (m_oTree.isNull()) {
         m_oTree = document.createElement(QStringLiteral("probe"));
-        m_oMark = document.createElement(SoughtName());
+        m_oMark = document.createElement(sought);
         m_oTree.appendChild(m_oMark);
-        m_lMarks = m_oTree.elementsByTagName(SoughtName());
+        m_lMarks = m_oTree.elementsByTagName(sought);
     }
-    m_oMark.setTagName(SoughtName());
+    m_oMark.setTagName(sought);
     if (m_lMarks.count() == 0) {
         // The list has been read since the change and holds nothing. Moving the mark to its own place renews it.
         m_oTree.appendChild(m_oMark);
@@ -29,11 +21,4 @@ void ChangeProbe::Arm(QDomDocument document)
 bool ChangeProbe::HasChanged() const
 {
     return m_lMarks.count() == 0;
-}
-
-void ChangeProbe::Disarm()
-{
-    m_lMarks = QDomNodeList();
-    m_oMark.clear();
-    m_oTree.clear();
 }

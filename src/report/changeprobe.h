@@ -20,7 +20,7 @@ public:
     bool HasChanged() const;
 
     /// Lets go of the document.
-    void Disarm();
+    void Disarm() { *this = ChangeProbe(); }
 
 private:
     QDomElement m_oTree;

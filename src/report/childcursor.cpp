@@ -4,32 +4,20 @@
 
 #include <utility>
 
-ChildCursor::ChildCursor(const QDomNode &parent, AttributeModel::Pointer parentModel)
+ChildCursor::ChildCursor(const QDomNode &parent, const AttributeModel::Pointer &parentModel)
     : m_oParent(parent)
     , m_oNode(parent.firstChild())
-    , m_pParentModel(std::move(parentModel))
 {
-}
-
-AttributeModel::Pointer ChildCursor::GetModel() const
-{
-    if (m_bAtCopy) {
-        return m_pCopied;
+    if (parentModel != nullptr) {
+        m_pModels = Models(parentModel, &parentModel->GetChildren());
+        TakeModel();
     }
-    const bool hasModel = m_pParentModel != nullptr && m_iIndex < m_pParentModel->GetChildren().size();
-    return hasModel ? m_pParentModel->GetChildren()[m_iIndex] : nullptr;
 }
 
 void ChildCursor::Advance()
 {
     m_oNode = dom::NextSibling(m_oNode);
-    m_bAtCopy = m_iCopies > 0;
-    if (m_bAtCopy) {
-        --m_iCopies;
-    } else {
-        m_pCopied.reset();
-        ++m_iIndex;
-    }
+    TakeModel();
 }
 
 void ChildCursor::MoveTo(const QDomNode &node)
@@ -39,10 +27,14 @@ void ChildCursor::MoveTo(const QDomNode &node)
     m_oNode = node;
 }
 
-void ChildCursor::InsertBehind(AttributeModel::Pointer model, int count)
+void ChildCursor::InsertBehind(const AttributeModel::Pointer &model, int count)
 {
-    m_pCopied = std::move(model);
-    m_iCopies = count;
+    std::vector<AttributeModel::Pointer> models(static_cast<std::size_t>(count), model);
+    if (HasModelBehind()) {
+        models.insert(models.end(), m_pModels->begin() + m_iNext, m_pModels->end());
+    }
+    m_pModels = std::make_shared<const std::vector<AttributeModel::Pointer>>(std::move(models));
+    m_iNext = 0;
 }
 
 void ChildCursor::WriteRest()
@@ -51,21 +43,17 @@ void ChildCursor::WriteRest()
     DropModels();
     while (rest.HasModelBehind() && !rest.m_oNode.isNull()) {
         rest.Advance();
-        if (const AttributeModel::Pointer model = rest.GetModel()) {
-            model->WriteTo(rest.m_oNode);
-        }
+        rest.m_pModel->WriteTo(rest.m_oNode);
     }
 }
 
-bool ChildCursor::HasModelBehind() const
+void ChildCursor::TakeModel()
 {
-    return m_iCopies > 0 || (m_pParentModel != nullptr && m_iIndex + 1 < m_pParentModel->GetChildren().size());
+    m_pModel = HasModelBehind() ? (*m_pModels)[m_iNext++] : nullptr;
 }
 
 void ChildCursor::DropModels()
 {
-    m_pParentModel.reset();
-    m_pCopied.reset();
-    m_iCopies = 0;
-    m_bAtCopy = false;
+    m_pModel.reset();
+    m_pModels.reset();
 }

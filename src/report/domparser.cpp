@@ -7,6 +7,7 @@
 
 #include <QScopeGuard>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -27,7 +28,6 @@ public:
 DomParser::DomParser(ITagwright *pCallback, OccursMap occursMap, ChoiceMap choiceMap)
     : m_OccursMap(std::move(occursMap))
     , m_ChoiceMap(std::move(choiceMap))
-    , m_hChoiceKeys(GreatestChoiceKeys(m_ChoiceMap))
     , m_oOccurrences(m_OccursMap, m_oWalked)
 {
     if (trace::CheckCallback(pCallback, "DomParser", QStringLiteral("domparser"), __LINE__)) {
@@ -86,7 +86,8 @@ void DomParser::LetGo()
     m_bResumeRequested = false;
     m_lLevels.clear();
     m_oAttributes.Release();
-    m_oRefusals.Reset();
+    m_oRefusals.Clear();
+    m_oRefusals.ForgetPath();
     m_pValidOutput.reset();
     m_oMultiplied.Clear();
     m_bGoesBack = false;
@@ -385,11 +386,18 @@ bool DomParser::ServeOnce()
 // Whether the current element may be left out where it stands.
 bool DomParser::CheckOccursMap(const QString &name)
 {
-    if (!m_oOccurrences.HasRow(name)) {
+    const OccurrenceLookup::Row *row = m_oOccurrences.FindRow(name);
+    if (row == nullptr) {
         Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
         return false;
     }
-    return m_oOccurrences.IsFound(name, name, *m_pCurrentElement, [](int key) { return key % 100 == 0; });
+    return m_oOccurrences.IsFound(*row, name, *m_pCurrentElement, [](int key) { return key % 100 == 0; });
+}
+
+bool DomParser::IsChoiceItem(const QString &name) const
+{
+    return !name.isEmpty()
+        && std::any_of(m_ChoiceMap.begin(), m_ChoiceMap.end(), [&](const auto &row) { return row.second == name; });
 }
 
 void DomParser::SetCurrent(const QDomNode &node, AttributeModel::Pointer model)
@@ -406,7 +414,7 @@ void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
 {
     SendEvent<WalkEvent>(m_pCallback, node, m_oAttributes.GetEventAttributes(), text, &m_fnNodeTaken);
     // An element that is announced again may still get its values then.
-    if (m_oRefusals.IsAsked() && !(m_bResumeRequested && m_bResumeOnSameNode)) {
+    if (!m_bResumeRequested || !m_bResumeOnSameNode) {
         m_oRefusals.Tell(node.toElement());
     }
 }

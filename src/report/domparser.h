@@ -101,9 +101,6 @@ public:
     /// Where the occurrence table allows which element.
     OccurrenceLookup &GetOccurrences() { return m_oOccurrences; }
 
-    /// The names that stand in a choice.
-    const ChoiceKeys &GetChoiceKeys() const { return m_hChoiceKeys; }
-
 private:
     // The children of an element that has been entered.
     struct Level
@@ -129,7 +126,7 @@ private:
     bool Drop(ChildCursor cursor);
     ChildCursor CursorOfPending();
     bool CheckOccursMap(const QString &name);
-    bool IsChoiceItem(const QString &name) const { return !name.isEmpty() && m_hChoiceKeys.contains(name); }
+    bool IsChoiceItem(const QString &name) const;
 
     void SetCurrent(const QDomNode &node, AttributeModel::Pointer model);
     void TellMissing();
@@ -165,6 +162,5 @@ private:
     Refusals m_oRefusals { m_oWalked };
     std::unique_ptr<ValidOutput> m_pValidOutput;
     QDomNode m_oResumeNode;
-    ChoiceKeys m_hChoiceKeys;
     OccurrenceLookup m_oOccurrences;
 };

@@ -4,23 +4,15 @@
 
 namespace {
 
-bool IsListed(const OccurrenceLookup::ParentKeys &parents, const QString &parent,
-              const OccurrenceLookup::KeyTest &keyApplies)
+bool IsListed(const OccurrenceLookup::Row &row, const QString &parent, const OccurrenceLookup::KeyTest &keyApplies)
 {
-    const auto keys = parents.constFind(parent);
-    return keys != parents.constEnd() && std::any_of(keys->begin(), keys->end(), keyApplies);
+    return std::any_of(row.begin(), row.end(), [&](const auto &entry) {
+        const auto &[key, parents] = entry;
+        return keyApplies(key) && std::find(parents.begin(), parents.end(), parent) != parents.end();
+    });
 }
 
 } // namespace
-
-ChoiceKeys GreatestChoiceKeys(const ChoiceMap &choiceMap)
-{
-    ChoiceKeys keys;
-    for (const auto &[key, name] : choiceMap) {
-        keys.insert(name, key);
-    }
-    return keys;
-}
 
 OccurrenceLookup::OccurrenceLookup(const OccursMap &occursMap, WalkedDocument &document)
     : m_pOccursMap(&occursMap)
@@ -28,25 +20,25 @@ OccurrenceLookup::OccurrenceLookup(const OccursMap &occursMap, WalkedDocument &d
 {
 }
 
-bool OccurrenceLookup::HasRow(const QString &name) const
+const OccurrenceLookup::Row *OccurrenceLookup::FindRow(const QString &name) const
 {
-    return m_pOccursMap->find(name) != m_pOccursMap->end();
+    const auto row = m_pOccursMap->find(name);
+    return row == m_pOccursMap->end() ? nullptr : &row->second;
 }
 
-bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, const QDomElement &element,
+bool OccurrenceLookup::IsFound(const Row &row, const QString &tagName, const QDomElement &element,
                                const KeyTest &keyApplies)
 {
     if (element.isNull()) {
         return false;
     }
-    const ParentKeys &parents = GetParents(name);
-    const WalkedDocument::Top &top = m_pDocument->GetTop();
-    if (element == top.m_oRoot) {
+    const dom::SearchRoots &roots = m_pDocument->GetRoots();
+    if (element == roots.m_oStart) {
         // A search for the root's name gives the document's last child.
-        return element == top.m_oLast && IsListed(parents, tagName, keyApplies);
+        return element == roots.m_oTop && IsListed(row, tagName, keyApplies);
     }
     for (QDomNode node = element.parentNode(); node.isElement(); node = node.parentNode()) {
-        if (IsStart(node, parents, keyApplies)) {
+        if (IsStart(node, row, keyApplies)) {
             return true;
         }
         if (node.nodeName() == tagName) {
@@ -56,31 +48,18 @@ bool OccurrenceLookup::IsFound(const QString &name, const QString &tagName, cons
     return false;
 }
 
-const OccurrenceLookup::ParentKeys &OccurrenceLookup::GetParents(const QString &name)
-{
-    ParentKeys &parents = m_hRows[name];
-    if (!parents.isEmpty() || !HasRow(name)) {
-        return parents;
-    }
-    for (const auto &[key, listed] : m_pOccursMap->at(name)) {
-        for (const QString &parent : listed) {
-            parents[parent].push_back(key);
-        }
-    }
-    return parents;
-}
-
 // Whether a search below one of the listed parents begins at `node`, an ancestor of the element that is sought: the
 // first element with the parent's name. For the root's name the document's last child stands in, whatever that is
 // called.
-bool OccurrenceLookup::IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies)
+bool OccurrenceLookup::IsStart(const QDomNode &node, const Row &row, const KeyTest &keyApplies)
 {
-    const WalkedDocument::Top &top = m_pDocument->GetTop();
+    const dom::SearchRoots &roots = m_pDocument->GetRoots();
+    const QString rootName = roots.m_oStart.tagName();
     const QString name = node.nodeName();
-    if (node == top.m_oLast) {
-        return name == top.m_sRootName && IsListed(parents, name, keyApplies);
+    if (node == roots.m_oTop) {
+        return name == rootName && IsListed(row, name, keyApplies);
     }
-    const bool isListed = IsListed(parents, name, keyApplies)
-        || (name == top.m_oLast.nodeName() && IsListed(parents, top.m_sRootName, keyApplies));
-    return isListed && name != top.m_sRootName && m_pDocument->FindFirst(name) == node;
+    const bool isListed =
+        IsListed(row, name, keyApplies) || (name == roots.m_oTop.nodeName() && IsListed(row, rootName, keyApplies));
+    return isListed && name != rootName && m_pDocument->FindFirst(name) == node;
 }

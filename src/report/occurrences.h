@@ -4,15 +4,9 @@
 #include "schema/schematables.h"
 
 #include <QDomElement>
-#include <QHash>
 #include <QString>
 
 #include <functional>
-#include <vector>
-
-/// The greatest choice key of each name that stands in a choice.
-using ChoiceKeys = QHash<QString, int>;
-ChoiceKeys GreatestChoiceKeys(const ChoiceMap &choiceMap);
 
 /// Answers from the occurrence table whether an element stands where the table has filed it.
 ///
@@ -23,23 +17,22 @@ class OccurrenceLookup
 {
 public:
     using KeyTest = std::function<bool(int)>;
-    /// The keys under which a row lists each parent.
-    using ParentKeys = QHash<QString, std::vector<int>>;
+    /// The parents of one name, by key.
+    using Row = OccursMap::mapped_type;
 
     /// Neither is owned; the table must stay as it is.
     OccurrenceLookup(const OccursMap &occursMap, WalkedDocument &document);
 
-    bool HasRow(const QString &name) const;
+    /// Null if there is no row of that name.
+    const Row *FindRow(const QString &name) const;
 
-    /// True if `element`, a node of the document, is found by its `tagName` under one of the parent names that the
-    /// row `name` lists for a key that passes `keyApplies`.
-    bool IsFound(const QString &name, const QString &tagName, const QDomElement &element, const KeyTest &keyApplies);
+    /// True if `element`, a node of the document, is found by its `tagName` under one of the parent names that the row
+    /// lists for a key that passes `keyApplies`.
+    bool IsFound(const Row &row, const QString &tagName, const QDomElement &element, const KeyTest &keyApplies);
 
 private:
-    const ParentKeys &GetParents(const QString &name);
-    bool IsStart(const QDomNode &node, const ParentKeys &parents, const KeyTest &keyApplies);
+    bool IsStart(const QDomNode &node, const Row &row, const KeyTest &keyApplies);
 
     const OccursMap *m_pOccursMap; // not owned
     WalkedDocument *m_pDocument; // not owned
-    QHash<QString, ParentKeys> m_hRows;
 };

@@ -13,9 +13,7 @@ QString Unit()
 
 } // namespace
 
-/// `buildSentence` makes a trace of the place.
-template <typename BuildSentence>
-void Refusals::Report(const QDomElement &element, const Target &target, BuildSentence buildSentence)
+void Refusals::Report(const QDomElement &element, const Target &target)
 {
     if (!IsAsked()) {
         return;
@@ -24,27 +22,22 @@ void Refusals::Report(const QDomElement &element, const Target &target, BuildSen
     if (m_pOutcome != nullptr) {
         m_pOutcome->AddRefused({ place, target.m_sValue, target.m_sReason, target.m_iError });
     }
-    trace::Write(Unit(), __LINE__, [&] { return buildSentence(place); });
-}
-
-void Refusals::ReportValue(const QDomElement &element, const Target &target)
-{
-    Report(element, target, [&target](const QString &place) {
-        return QStringLiteral("%1: the value \"%2\" was not written: %3 (error %4).")
-            .arg(place, target.m_sValue, target.m_sReason, QString::number(target.m_iError));
+    trace::Write(Unit(), __LINE__, [&] {
+        const QString error = QString::number(target.m_iError);
+        return target.m_bIsCount
+            ? QStringLiteral("%1 may not stand %2 times here (error %3).").arg(place, target.m_sValue, error)
+            : QStringLiteral("%1: the value \"%2\" was not written: %3 (error %4).")
+                  .arg(place, target.m_sValue, target.m_sReason, error);
     });
-}
-
-void Refusals::Reset()
-{
-    Clear();
-    ForgetPath();
 }
 
 // Keep the first refusal, that of the form in which the receiver had the value; a broken facet replaces a wrong type,
 // since it says more.
 void Refusals::Note(const QString &attribute, const QString &value, const QString &reason, int error)
 {
+    if (!IsAsked()) {
+        return;
+    }
     Target &target = GetTarget(attribute);
     const bool isFirst = target.m_iError == 0;
     const bool saysMore = error == ITagwright::CURRENT_VALUE_IS_NOT_VALID && target.m_iError != error;
@@ -57,7 +50,9 @@ void Refusals::Note(const QString &attribute, const QString &value, const QStrin
 
 void Refusals::Written(const QString &attribute)
 {
-    GetTarget(attribute).m_bWritten = true;
+    if (IsAsked()) {
+        GetTarget(attribute).m_bWritten = true;
+    }
 }
 
 void Refusals::Tell(const QDomElement &element)
@@ -67,7 +62,7 @@ void Refusals::Tell(const QDomElement &element)
             continue;
         }
         target.m_bTold = true;
-        ReportValue(element, target);
+        Report(element, target);
     }
 }
 
@@ -88,23 +83,14 @@ void Refusals::TellMissing(const QDomElement &element, const QString &attribute,
 
 void Refusals::TellExcluded(const QDomElement &element, int error)
 {
-    Target target;
-    target.m_sValue = element.text();
-    target.m_sReason = QStringLiteral("another alternative of the choice has one");
-    target.m_iError = error;
-    ReportValue(element, target);
+    Report(element, { QString(), element.text(), QStringLiteral("another alternative of the choice has one"), error });
 }
 
 void Refusals::TellCount(const QDomElement &element, int count, int error)
 {
-    Target target;
-    target.m_sValue = QString::number(count);
-    target.m_sReason = QStringLiteral("it may not stand that often here");
-    target.m_iError = error;
-    Report(element, target, [&target](const QString &place) {
-        return QStringLiteral("%1 may not stand %2 times here (error %3).")
-            .arg(place, target.m_sValue, QString::number(target.m_iError));
-    });
+    Target target { QString(), QString::number(count), QStringLiteral("it may not stand that often here"), error };
+    target.m_bIsCount = true;
+    Report(element, target);
 }
 
 bool Refusals::HasRefusedValue() const

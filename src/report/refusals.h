@@ -57,12 +57,10 @@ public:
 
     /// Another element comes.
     void Clear() { m_lTargets.clear(); }
-    /// The walk has ended.
-    void Reset();
 
     /// To be told before an element is taken out of its parent.
     void LeaveOut(const QDomNode &node) { m_oPlaces.LeaveOut(node); }
-    /// To be told before an element in front of the latest one is taken out.
+    /// To be told before an element in front of the latest one is taken out, and when the document goes.
     void ForgetPath() { m_oPlaces.Forget(); }
 
 private:
@@ -74,12 +72,11 @@ private:
         int m_iError = 0;
         bool m_bWritten = false;
         bool m_bTold = false;
+        bool m_bIsCount = false;
     };
 
     Target &GetTarget(const QString &attribute);
-    template <typename BuildSentence>
-    void Report(const QDomElement &element, const Target &target, BuildSentence buildSentence);
-    void ReportValue(const QDomElement &element, const Target &target);
+    void Report(const QDomElement &element, const Target &target);
 
     std::vector<Target> m_lTargets;
     PlaceFinder m_oPlaces;

@@ -1,6 +1,5 @@
 #include "report/walkeddocument.h"
 
-#include "dom/nodesearch.h"
 #include "report/nodeset.h"
 
 namespace {
@@ -19,21 +18,19 @@ void WalkedDocument::SetDocument(const QDomDocument &document)
 {
     m_oDocument = document;
     m_oProbe.Disarm();
-    m_oTop = Top();
+    m_oRoots = dom::SearchRoots();
     m_hFirst.clear();
     m_hGone.clear();
     m_iCounted = 0;
     m_lGone.clear();
 }
 
-const WalkedDocument::Top &WalkedDocument::GetTop()
+const dom::SearchRoots &WalkedDocument::GetRoots()
 {
-    if (m_bWatched || m_oTop.m_oRoot.isNull()) {
-        m_oTop.m_oRoot = m_oDocument.documentElement();
-        m_oTop.m_sRootName = m_oTop.m_oRoot.tagName();
-        m_oTop.m_oLast = m_oDocument.lastChild();
+    if (m_bWatched || m_oRoots.m_oStart.isNull()) {
+        m_oRoots = dom::DocumentRoots(m_oDocument);
     }
-    return m_oTop;
+    return m_oRoots;
 }
 
 QDomNode WalkedDocument::FindFirst(const QString &name)
@@ -43,8 +40,7 @@ QDomNode WalkedDocument::FindFirst(const QString &name)
     if (known != m_hFirst.constEnd() && (known->isNull() || (known->nodeName() == name && IsInDocument(*known)))) {
         return *known;
     }
-    const Top &top = GetTop();
-    const QDomNode first = dom::FindFirst(name, { top.m_oRoot, top.m_oLast });
+    const QDomNode first = dom::FindFirst(name, GetRoots());
     m_hFirst.insert(name, first);
     Arm();
     return first;
@@ -58,7 +54,7 @@ bool WalkedDocument::Remove(QDomNode node)
     }
     const OwnChange change(*this);
     if (parent.isDocument()) {
-        m_oTop = Top();
+        m_oRoots = dom::SearchRoots();
         m_hFirst.clear();
     }
     m_lGone.push_back({ node, parent });

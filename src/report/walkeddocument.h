@@ -1,9 +1,9 @@
 #pragma once
 
+#include "dom/nodesearch.h"
 #include "report/changeprobe.h"
 
 #include <QDomDocument>
-#include <QDomElement>
 #include <QDomNode>
 #include <QHash>
 #include <QString>
@@ -36,14 +36,6 @@ public:
         WalkedDocument *m_pDocument; // not owned
     };
 
-    /// The node that a search over the whole document begins on, and the node that stands for the root's name in it.
-    struct Top
-    {
-        QDomElement m_oRoot;
-        QString m_sRootName;
-        QDomNode m_oLast;
-    };
-
     /// The document to know; a null one lets go of all nodes.
     void SetDocument(const QDomDocument &document);
 
@@ -52,7 +44,8 @@ public:
     void SetWatched(bool watched) { m_bWatched = watched; }
     bool IsWatched() const { return m_bWatched; }
 
-    const Top &GetTop();
+    /// Those of the whole document.
+    const dom::SearchRoots &GetRoots();
 
     /// The first node of that name, as dom::FindFirst finds it in the whole document.
     QDomNode FindFirst(const QString &name);
@@ -73,7 +66,7 @@ private:
     QDomDocument m_oDocument;
     bool m_bWatched = true;
     ChangeProbe m_oProbe;
-    Top m_oTop;
+    dom::SearchRoots m_oRoots; // null until somebody asks
     QHash<QString, QDomNode> m_hFirst; // null for a name that no element bears
     // A node that was taken out, and stays alive here, or that was passed over.
     struct Gone

@@ -6,6 +6,8 @@
 
 #include <QDomElement>
 
+#include <algorithm>
+
 namespace {
 
 // Whether a key of the occurrence table lets an element stand that often. The key of an optional element, with its
@@ -66,11 +68,12 @@ bool XmlCreateReport::CheckOccurs(const QString &name, int maxOccurs)
 bool XmlCreateReport::CheckOccursMap(QString name, QString tagName, int maxOccurs, QDomElement *element)
 {
     OccurrenceLookup &occurrences = m_pDomParser->GetOccurrences();
-    if (!occurrences.HasRow(name)) {
+    const OccurrenceLookup::Row *row = occurrences.FindRow(name);
+    if (row == nullptr) {
         Error(ITagwright::CURRENT_OCCURRENCE_IS_NOT_VALID);
         return false;
     }
-    return occurrences.IsFound(name, tagName, *element, [maxOccurs](int key) { return KeyAllows(key, maxOccurs); });
+    return occurrences.IsFound(*row, tagName, *element, [maxOccurs](int key) { return KeyAllows(key, maxOccurs); });
 }
 
 void XmlCreateReport::DiscardChoiceItem()
@@ -110,10 +113,11 @@ bool XmlCreateReport::MayBeDiscarded() const
         return pDeclared != nullptr && pValid->MayBeDiscarded(*pDeclared, *m_pCurrentElement);
     }
     const QString tagName = m_pCurrentElement->tagName();
-    const ChoiceKeys &keys = m_pDomParser->GetChoiceKeys();
-    const auto key = keys.constFind(tagName);
-    if (tagName.isEmpty() || key == keys.constEnd()) {
+    // A name that stands in two choices counts by its greatest key.
+    const auto row = std::find_if(m_ChoiceMap.rbegin(), m_ChoiceMap.rend(),
+                                  [&](const auto &member) { return member.second == tagName; });
+    if (tagName.isEmpty() || row == m_ChoiceMap.rend()) {
         return false;
     }
-    return *key % 100 > m_iDiscardedItems || m_ChoiceMap.find(*key + 1) != m_ChoiceMap.end();
+    return row->first % 100 > m_iDiscardedItems || m_ChoiceMap.count(row->first + 1) != 0;
 }

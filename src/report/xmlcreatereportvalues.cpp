@@ -204,9 +204,7 @@ void XmlCreateReport::RefuseType(const GivenValue &given, const QString &attribu
 
 void XmlCreateReport::RefuseValue(const GivenValue &given, const QString &attribute, const QString &reason)
 {
-    if (m_pDomParser->GetRefusals().IsAsked()) {
-        m_pDomParser->GetRefusals().Note(attribute, given.m_sText, reason, ITagwright::CURRENT_VALUE_IS_NOT_VALID);
-    }
+    m_pDomParser->GetRefusals().Note(attribute, given.m_sText, reason, ITagwright::CURRENT_VALUE_IS_NOT_VALID);
     Error(ITagwright::CURRENT_VALUE_IS_NOT_VALID);
 }
 
@@ -234,9 +232,7 @@ void XmlCreateReport::WriteValue(GivenValue given, const QString &attribute)
         RefuseValue(given, attribute, refusal);
         return;
     }
-    if (m_pDomParser->GetRefusals().IsAsked()) {
-        m_pDomParser->GetRefusals().Written(attribute);
-    }
+    m_pDomParser->GetRefusals().Written(attribute);
     for (const QString &used : usedFacets) {
         GetAttributes().Remove(used);
     }
