@@ -19,9 +19,6 @@ public:
     /// True if nodes of the document were inserted, removed or given a value since Arm(), or if it is not armed.
     bool HasChanged() const;
 
-    /// Lets go of the document.
-    void Disarm() { *this = ChangeProbe(); }
-
 private:
     QDomElement m_oTree;
     QDomElement m_oMark;

@@ -5,8 +5,6 @@
 #include "events/eventsender.h"
 #include "host/trace.h"
 
-#include <QScopeGuard>
-
 #include <algorithm>
 #include <utility>
 
@@ -55,9 +53,6 @@ bool DomParser::Parse()
     if (root.isNull()) {
         return false;
     }
-    // Runs also if a receiver throws.
-    const auto letGo = qScopeGuard([this] { LetGo(); });
-    m_bWalking = true;
     m_oWalked.SetDocument(*m_pDocument);
     SendEvent<DocBeginEvent>(m_pCallback);
     // The root is never removed. Whatever the receiver asks for here is taken up at the root's first child.
@@ -73,27 +68,6 @@ bool DomParser::Parse()
     }
     SendEvent<DocEndEvent>(m_pCallback);
     return true;
-}
-
-// The handler may end its document before this object goes, so no node of it is held on to.
-void DomParser::LetGo()
-{
-    m_bWalking = false;
-    m_pCurrentElement->clear();
-    m_pPendingElement.reset();
-    m_oResumeNode.clear();
-    m_pResumeNode = &m_oResumeNode;
-    m_bResumeRequested = false;
-    m_lLevels.clear();
-    m_oAttributes.Release();
-    m_oRefusals.Clear();
-    m_oRefusals.ForgetPath();
-    m_pValidOutput.reset();
-    m_oMultiplied.Clear();
-    m_bGoesBack = false;
-    m_oLastServed.clear();
-    m_oServed.Clear();
-    m_oWalked.SetDocument(QDomDocument());
 }
 
 bool DomParser::SetNodeToContinue(QDomNode *node, bool stayOnNode)

@@ -26,7 +26,7 @@
 /// callback, and afterwards kept, entered or removed by what the callback has done and what the schema allows.
 ///
 /// While Parse() runs, the setters of XmlCreateReport reach the walk's position through GetCurrentElement() and
-/// SetNodeToContinue(). One object serves one walk, on one thread.
+/// SetNodeToContinue(). One object serves one walk, on one thread, and holds on to nodes of the document until it ends.
 class DomParser
 {
 public:
@@ -52,9 +52,6 @@ public:
     }
     /// Null unless valid output is made.
     ValidOutput *GetValidOutput() { return m_pValidOutput.get(); }
-
-    /// True from before the DocBeginEvent until after the DocEndEvent.
-    bool IsWalking() const { return m_bWalking; }
 
     /// The element being handled, as the walk itself holds it: a null element while there is none. A null pointer
     /// without a callback.
@@ -117,7 +114,6 @@ private:
     void AnnounceChild(Level &level);
     void TakeUpRequest(Level &level);
     void MoveToResumeNode(Level &level);
-    void LetGo();
     void NodeTaken();
 
     bool HandleUnsetElement();
@@ -149,7 +145,6 @@ private:
     bool m_bResumeRequested = false;
     bool m_bResumeOnSameNode = false;
 
-    bool m_bWalking = false;
     std::function<void()> m_fnNodeTaken { [this] { NodeTaken(); } };
     WalkedDocument m_oWalked;
     std::vector<Level> m_lLevels; // from the top down to the one that is walked

@@ -126,14 +126,11 @@ Verdict CheckText(const QString &text, const AttributeList &attributes, const QS
 Verdict Check(Facets kind, const QString &text, double number, const AttributeList &attributes,
               const QString &attribute)
 {
-    switch (kind) {
-    case Facets::None:
+    if (kind == Facets::None) {
         return Verdict();
-    case Facets::Enumeration:
-        return CheckText(text, attributes, attribute);
-    default:
-        return CheckNumber(kind, number, attributes, attribute);
     }
+    return kind == Facets::Enumeration ? CheckText(text, attributes, attribute)
+                                       : CheckNumber(kind, number, attributes, attribute);
 }
 
 std::optional<int> ToInteger(double number)

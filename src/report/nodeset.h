@@ -24,8 +24,6 @@ public:
     void Insert(const QDomNode &node) { m_hNodes.emplace(NodeIdentity(node).Get(), node); }
     bool Contains(const QDomNode &node) const { return m_hNodes.count(NodeIdentity(node).Get()) != 0; }
 
-    void Clear() { m_hNodes.clear(); }
-
 private:
     std::unordered_map<const void *, QDomNode> m_hNodes;
 };

@@ -25,7 +25,7 @@ public:
 
     /// To be told before an element is taken out of its parent.
     void LeaveOut(const QDomNode &node);
-    /// To be told before an element in front of the latest one is taken out, and when the document goes.
+    /// To be told before an element in front of the latest one is taken out.
     void Forget();
 
 private:

@@ -39,9 +39,7 @@ void Refusals::Note(const QString &attribute, const QString &value, const QStrin
         return;
     }
     Target &target = GetTarget(attribute);
-    const bool isFirst = target.m_iError == 0;
-    const bool saysMore = error == ITagwright::CURRENT_VALUE_IS_NOT_VALID && target.m_iError != error;
-    if (isFirst || saysMore) {
+    if (target.m_iError == 0 || (error == ITagwright::CURRENT_VALUE_IS_NOT_VALID && target.m_iError != error)) {
         target.m_sValue = value;
         target.m_sReason = reason;
         target.m_iError = error;

@@ -60,7 +60,7 @@ public:
 
     /// To be told before an element is taken out of its parent.
     void LeaveOut(const QDomNode &node) { m_oPlaces.LeaveOut(node); }
-    /// To be told before an element in front of the latest one is taken out, and when the document goes.
+    /// To be told before an element in front of the latest one is taken out.
     void ForgetPath() { m_oPlaces.Forget(); }
 
 private:

@@ -14,17 +14,6 @@ bool IsInDocument(QDomNode node)
 
 } // namespace
 
-void WalkedDocument::SetDocument(const QDomDocument &document)
-{
-    m_oDocument = document;
-    m_oProbe.Disarm();
-    m_oRoots = dom::SearchRoots();
-    m_hFirst.clear();
-    m_hGone.clear();
-    m_iCounted = 0;
-    m_lGone.clear();
-}
-
 const dom::SearchRoots &WalkedDocument::GetRoots()
 {
     if (m_bWatched || m_oRoots.m_oStart.isNull()) {

@@ -36,8 +36,8 @@ public:
         WalkedDocument *m_pDocument; // not owned
     };
 
-    /// The document to know; a null one lets go of all nodes.
-    void SetDocument(const QDomDocument &document);
+    /// To be called once.
+    void SetDocument(const QDomDocument &document) { m_oDocument = document; }
 
     /// A watched document can be read and changed at any time by somebody else than the walk and its setters. It is
     /// taken for watched as long as nobody says otherwise.
@@ -50,7 +50,7 @@ public:
     /// The first node of that name, as dom::FindFirst finds it in the whole document.
     QDomNode FindFirst(const QString &name);
 
-    /// Takes `node` out of its parent. The node and all below it stay alive until SetDocument(). False if it has no
+    /// Takes `node` out of its parent. The node and all below it stay alive as long as this object. False if it has no
     /// parent.
     bool Remove(QDomNode node);
     /// Says that the walk passes over `node`, which stays where it is.

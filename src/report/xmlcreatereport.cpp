@@ -56,7 +56,6 @@ XmlCreateReport::~XmlCreateReport()
     }
     m_pDialogDocument.reset();
     m_pSchemaHandler.reset();
-    m_pDomParser.reset();
 }
 
 bool XmlCreateReport::CreateXmlFromSchema(QString schemaPath, QString reportPath, bool showCommentDialog)
@@ -133,6 +132,7 @@ void XmlCreateReport::WalkTemplate()
     const auto letGo = qScopeGuard([this] {
         m_pCurrentElement = nullptr;
         m_pDiscardSuccessor.reset();
+        m_pDomParser.reset();
     });
     m_pDomParser->Parse();
 }
@@ -203,7 +203,7 @@ bool XmlCreateReport::ServeOnce()
 
 ReportPlace XmlCreateReport::GetPlace(const QString &attribute) const
 {
-    return m_pDomParser == nullptr || !m_pDomParser->IsWalking() ? ReportPlace() : m_pDomParser->GetPlace(attribute);
+    return m_pDomParser == nullptr ? ReportPlace() : m_pDomParser->GetPlace(attribute);
 }
 
 ReportOutcome XmlCreateReport::GetOutcome() const
@@ -219,7 +219,7 @@ void XmlCreateReport::Error(int id)
 // First step of every setter. The walk changes its element, so that it is fetched each time.
 bool XmlCreateReport::FetchCurrentElement(const char *setter)
 {
-    if (m_pDomParser == nullptr || !m_pDomParser->IsWalking()) {
+    if (m_pDomParser == nullptr) {
         trace::Write(Unit(), __LINE__, [setter] {
             return QLatin1String("XmlCreateReport: ") + QLatin1String(setter)
                 + QLatin1String(" was called outside a report's walk and does nothing.");

@@ -203,7 +203,7 @@ private:
     TypeMap m_TypeMap;
     ChoiceMap m_ChoiceMap;
     QDomElement *m_pCurrentElement = nullptr; // the walk's, or m_pDiscardSuccessor
-    std::unique_ptr<DomParser> m_pDomParser;
+    std::unique_ptr<DomParser> m_pDomParser; // null but during the walk
     std::list<std::weak_ptr<CommentDialogImpl>> m_CommentDialogs; // owned
     std::unique_ptr<QDomDocument> m_pDialogDocument; // the dialog's handle on the document
     // The element that the walk resumes behind after a discard; the walk reads it when the event has returned.

@@ -251,8 +251,7 @@ void XmlCreateReport::WriteValue(GivenValue given, const QString &attribute)
 
 void XmlCreateReport::CreateAndAppendTextNode(QString text)
 {
-    if (!HasCurrentElement()) {
-        Error(ITagwright::CURRENT_ELEMENT_IS_NULL);
+    if (!CheckCurrentElement()) {
         return;
     }
     const WalkedDocument::OwnChange change(m_pDomParser->GetWalked());
