@@ -31,7 +31,7 @@ void ChildCursor::InsertBehind(const AttributeModel::Pointer &model, int count)
 {
     std::vector<AttributeModel::Pointer> models(static_cast<std::size_t>(count), model);
     if (HasModelBehind()) {
-        models.insert(models.end(), m_pModels->begin() + m_iNext, m_pModels->end());
+        models.insert(models.end(), m_pModels->begin() + static_cast<std::ptrdiff_t>(m_iNext), m_pModels->end());
     }
     m_pModels = std::make_shared<const std::vector<AttributeModel::Pointer>>(std::move(models));
     m_iNext = 0;
