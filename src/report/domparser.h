@@ -52,6 +52,11 @@ public:
     }
     /// Null unless valid output is made.
     ValidOutput *GetValidOutput() { return m_pValidOutput.get(); }
+    /// What valid output knows of the current element; null without it, and for an element that no schema has declared.
+    const ValidOutput::Element *FindDeclared()
+    {
+        return m_pValidOutput == nullptr ? nullptr : m_pValidOutput->Find(m_oAttributes);
+    }
 
     /// The element being handled, as the walk itself holds it: a null element while there is none. A null pointer
     /// without a callback.

@@ -45,10 +45,9 @@ void XmlCreateReport::SetElementMaxOccurs(QString name, int maxOccurs)
 // element counts.
 bool XmlCreateReport::IsAskedAgain(const QString &name)
 {
-    ValidOutput *pValid = m_pDomParser->GetValidOutput();
-    const ValidOutput::Element *pDeclared = pValid == nullptr ? nullptr : pValid->Find(m_pDomParser->GetAttributes());
+    const ValidOutput::Element *pDeclared = m_pDomParser->FindDeclared();
     if (pDeclared != nullptr && pDeclared->m_iParticle >= 0) {
-        return pValid->IsAskedAgain(*pDeclared, m_pCurrentElement->parentNode());
+        return m_pDomParser->GetValidOutput()->IsAskedAgain(*pDeclared, m_pCurrentElement->parentNode());
     }
     const bool isAgain = name == m_sLastOccursName;
     m_sLastOccursName = name;
@@ -61,7 +60,7 @@ bool XmlCreateReport::CheckOccurs(const QString &name, int maxOccurs)
     if (pValid == nullptr) {
         return CheckOccursMap(name, m_pCurrentElement->tagName(), maxOccurs, m_pCurrentElement);
     }
-    const ValidOutput::Element *pDeclared = pValid->Find(m_pDomParser->GetAttributes());
+    const ValidOutput::Element *pDeclared = m_pDomParser->FindDeclared();
     return pDeclared != nullptr && name == m_pCurrentElement->tagName() && pValid->MayRepeat(*pDeclared, maxOccurs);
 }
 
@@ -108,7 +107,7 @@ void XmlCreateReport::DiscardChoiceItem()
 bool XmlCreateReport::MayBeDiscarded() const
 {
     if (ValidOutput *pValid = m_pDomParser->GetValidOutput()) {
-        const ValidOutput::Element *pDeclared = pValid->Find(m_pDomParser->GetAttributes());
+        const ValidOutput::Element *pDeclared = m_pDomParser->FindDeclared();
         m_pDomParser->CompleteDocument(); // those behind are told by their marks
         return pDeclared != nullptr && pValid->MayBeDiscarded(*pDeclared, *m_pCurrentElement);
     }

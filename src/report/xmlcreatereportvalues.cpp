@@ -211,12 +211,11 @@ void XmlCreateReport::RefuseValue(const GivenValue &given, const QString &attrib
 // The facets that served the check go with it; in valid output all of them go in the end.
 QString XmlCreateReport::CheckValue(GivenValue &given, const QString &attribute, QStringList &used)
 {
-    ValidOutput *pValid = m_pDomParser->GetValidOutput();
-    const ValidOutput::Element *pDeclared = pValid == nullptr ? nullptr : pValid->Find(GetAttributes());
-    if (pDeclared != nullptr) {
+    if (const ValidOutput::Element *pDeclared = m_pDomParser->FindDeclared()) {
         const bool isDouble = &given.m_oKind == &kDouble;
         const bool isNumber = isDouble || &given.m_oKind == &kInteger;
-        return pValid->Refuse(*pDeclared, attribute, given.m_sText, isNumber ? &given.m_dNumber : nullptr, isDouble);
+        return m_pDomParser->GetValidOutput()->Refuse(*pDeclared, attribute, given.m_sText,
+                                                      isNumber ? &given.m_dNumber : nullptr, isDouble);
     }
     const facets::Verdict verdict =
         facets::Check(given.m_oKind.m_eFacets, given.m_sText, given.m_dNumber, GetAttributes().GetAll(), attribute);
