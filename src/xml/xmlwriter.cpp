@@ -112,11 +112,12 @@ bool XMLWriter::CreateElementsFromNode(values::Node *node)
         }
         values::TreeItem *item = open.back().back();
         open.back().pop_back();
-        if (auto *valueItem = dynamic_cast<values::ValueItem *>(item)) {
-            if (values::ValueBase *value = valueItem->FindValue(QString())) {
-                CreateXmlElement(value->GetName(), value->GetText(), false);
-            }
-        } else if (auto *inner = dynamic_cast<values::Node *>(item)) {
+        auto *valueItem = dynamic_cast<values::ValueItem *>(item);
+        auto *inner = valueItem == nullptr ? dynamic_cast<values::Node *>(item) : nullptr;
+        values::ValueBase *value = valueItem == nullptr ? nullptr : valueItem->FindValue(QString());
+        if (value != nullptr) {
+            CreateXmlElement(value->GetName(), value->GetText(), false);
+        } else if (inner != nullptr) {
             openNode(*inner);
         }
     }
