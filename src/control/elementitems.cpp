@@ -2,8 +2,9 @@
 
 #include "control/reportdata.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
-#include <utility>
 
 namespace {
 
@@ -11,7 +12,7 @@ namespace {
 QString MakePathName(const QString &parentName, const QString &name)
 {
     const QLatin1Char slash('/');
-    return parentName.isEmpty() || parentName.contains(slash) ? QString() : parentName + slash + name;
+    return parentName.isEmpty() || parentName.contains(slash) ? QString() : QString(parentName % slash % name);
 }
 
 } // namespace
@@ -25,18 +26,14 @@ ElementItems::ElementItems(const ItemList &list, const QString &name, const QStr
                            const QXmlAttributes &attributes)
     : m_lItems(list)
     , m_sName(name)
+    , m_oAttributes(attributes)
     , m_iLast(list.GetLast())
     , m_sPathName(MakePathName(parentName, name))
-    , m_lNames(name)
 {
-    if (!m_sPathName.isEmpty()) {
-        m_lNames.append(m_sPathName);
-    }
     // No item gets past the first date-time attribute: it serves an attribute up to there, or stamps that one.
-    for (int i = 0; i < attributes.count() && m_sStamped.isEmpty(); ++i) {
-        m_lNames.append(attributes.qName(i));
-        if (IsTimeName(m_lNames.last())) {
-            m_sStamped = m_lNames.last();
+    for (; m_iReachable < attributes.count() && m_sStamped.isEmpty(); ++m_iReachable) {
+        if (IsTimeName(attributes.qName(m_iReachable))) {
+            m_sStamped = attributes.qName(m_iReachable);
         }
     }
 }
@@ -45,11 +42,12 @@ bool ElementItems::Next()
 {
     m_iBefore = m_iSerial;
     m_iSerial = m_iLast + 1;
-    for (const QString &name : std::as_const(m_lNames)) {
-        const ItemList::Serial serial = m_lItems.FindBehind(m_iBefore, name);
-        if (serial != ItemList::kNone) {
-            m_iSerial = std::min(m_iSerial, serial);
-        }
+    Offer(m_sName);
+    if (!m_sPathName.isEmpty()) {
+        Offer(m_sPathName);
+    }
+    for (int i = 0; i < m_iReachable; ++i) {
+        Offer(m_oAttributes.qName(i));
     }
     m_pItem = m_iSerial > m_iLast ? ItemList::Item() : m_lItems.Get(m_iSerial);
     return m_pItem != nullptr;
@@ -69,6 +67,15 @@ QString ElementItems::GetUsedName() const
 {
     const ItemList::Item last = m_pItem != nullptr ? m_pItem : m_lItems.GetLastUpTo(m_iLast);
     return last != nullptr && IsPathName(last->GetName()) ? m_sPathName : m_sName;
+}
+
+/// The earliest item of all names is the next stop.
+void ElementItems::Offer(const QString &name)
+{
+    const ItemList::Serial serial = m_lItems.FindBehind(m_iBefore, name);
+    if (serial != ItemList::kNone) {
+        m_iSerial = std::min(m_iSerial, serial);
+    }
 }
 
 bool ElementItems::IsPathName(const QString &itemName) const

@@ -2,7 +2,6 @@
 
 #include "control/itemlist.h"
 
-#include <QStringList>
 #include <QXmlAttributes>
 
 /// An attribute or element that takes the present time without any item.
@@ -33,14 +32,16 @@ public:
     QString GetUsedName() const;
 
 private:
+    void Offer(const QString &name);
     bool IsPathName(const QString &itemName) const;
 
     const ItemList &m_lItems;
     const QString m_sName;
+    const QXmlAttributes m_oAttributes;
     const ItemList::Serial m_iLast; // when the walk began
     const QString m_sPathName; // empty if no item can have such a name
     QString m_sStamped;
-    QStringList m_lNames; // of the items that match
+    int m_iReachable = 0; // how many attributes an item may serve
 
     // The present stop; behind the last one there is no item, and the serial is behind m_iLast.
     ItemList::Serial m_iBefore = ItemList::kNone;
