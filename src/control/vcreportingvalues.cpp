@@ -20,6 +20,11 @@ namespace {
 
 constexpr double kNoNumber = 65535.0;
 
+QString Unit()
+{
+    return QStringLiteral("vcreporting");
+}
+
 /// The number of an item. What a host gave as a double stands in no source that GetDataValue() looks at.
 bool ReadNumber(ReportData &item, double &number)
 {
@@ -183,6 +188,11 @@ void VCReporting::SetExplicitValue(const std::shared_ptr<ReportData> &item, cons
         Write(explicitData.m_bFlag);
     } else if (const auto integer = facets::ToInteger(static_cast<double>(explicitData.m_lValue))) {
         Write(*integer);
+    } else {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QStringLiteral("%1: the value \"%2\" was not written: it needs more than 32 bits.")
+                .arg(m_pReport->GetPlace().GetText(), QString::number(explicitData.m_lValue));
+        });
     }
     PutAtRest();
     m_bValueWritten = true;
@@ -342,7 +352,7 @@ void VCReporting::RetryAsDateTime()
 bool VCReporting::HasItem(const char *message)
 {
     if (m_pItem == nullptr) {
-        trace::Write(QStringLiteral("vcreporting"), __LINE__, [message] { return QLatin1String(message); });
+        trace::Write(Unit(), __LINE__, [message] { return QLatin1String(message); });
     }
     return m_pItem != nullptr;
 }
