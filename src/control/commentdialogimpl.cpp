@@ -19,16 +19,11 @@
 
 namespace {
 
-QDomElement FindElement(const QDomDocument &document, const QString &name)
+/// The first element called `name`, else the first called `otherName`.
+QDomElement FindElement(const QDomDocument &document, const QString &name, const QString &otherName = QString())
 {
-    return document.elementsByTagName(name).at(0).toElement();
-}
-
-/// The element called `name`, else the one called `otherName`.
-QDomElement FindElement(const QDomDocument &document, const QString &name, const QString &otherName)
-{
-    const QDomElement element = FindElement(document, name);
-    return element.isNull() ? FindElement(document, otherName) : element;
+    const QDomNodeList elements = document.elementsByTagName(name);
+    return (elements.isEmpty() ? document.elementsByTagName(otherName) : elements).at(0).toElement();
 }
 
 QString TextOrDashes(const QDomElement &element, const QString &suffix = QString())
@@ -92,9 +87,6 @@ CommentDialogImpl::CommentDialogImpl(std::shared_ptr<ReportFate> fate)
     DialogsEnd::Arrange();
     setObjectName(QLatin1String("ToReportCommentDialog"));
     setupUi(this);
-    for (QLabel *label : { m_pFrequencyLabel, m_pLevelLabel, m_pBandwidthLabel, m_pTimeLabel, m_pAzimuthLabel }) {
-        label->clear();
-    }
     connect(m_pSaveButton, &QPushButton::clicked, this, &CommentDialogImpl::SlotSaveWithComment);
     connect(m_pNoCommentButton, &QPushButton::clicked, this, &CommentDialogImpl::SlotSaveWithoutComment);
 }

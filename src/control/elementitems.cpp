@@ -1,14 +1,18 @@
 #include "control/elementitems.h"
 
-namespace {
+#include "control/reportdata.h"
 
-constexpr int kElement = -1;
+#include <QStringBuilder>
+
+#include <algorithm>
+
+namespace {
 
 /// The item's name is split at its first "/", so a parent's name that holds one, or none at all, is out of reach.
 QString MakePathName(const QString &parentName, const QString &name)
 {
     const QLatin1Char slash('/');
-    return parentName.isEmpty() || parentName.contains(slash) ? QString() : parentName + slash + name;
+    return parentName.isEmpty() || parentName.contains(slash) ? QString() : QString(parentName % slash % name);
 }
 
 } // namespace
@@ -27,9 +31,10 @@ ElementItems::ElementItems(const ItemList &list, const QString &name, const QStr
     , m_sPathName(MakePathName(parentName, name))
 {
     // No item gets past the first date-time attribute: it serves an attribute up to there, or stamps that one.
-    for (int i = 0; i < attributes.count() && !m_bStamp; ++i) {
-        m_iLastLookedAt = i;
-        m_bStamp = IsTimeName(attributes.qName(i));
+    for (; m_iReachable < attributes.count() && m_sStamped.isEmpty(); ++m_iReachable) {
+        if (IsTimeName(attributes.qName(m_iReachable))) {
+            m_sStamped = attributes.qName(m_iReachable);
+        }
     }
 }
 
@@ -37,16 +42,20 @@ bool ElementItems::Next()
 {
     m_iBefore = m_iSerial;
     m_iSerial = m_iLast + 1;
-    // An item that bears the name of the element and of an attribute as well is the element's.
-    Offer(m_sName, kElement);
+    Offer(m_sName);
     if (!m_sPathName.isEmpty()) {
-        Offer(m_sPathName, kElement);
+        Offer(m_sPathName);
     }
-    for (int i = 0; i <= m_iLastLookedAt; ++i) {
-        Offer(m_oAttributes.qName(i), i);
+    for (int i = 0; i < m_iReachable; ++i) {
+        Offer(m_oAttributes.qName(i));
     }
     m_pItem = m_iSerial > m_iLast ? ItemList::Item() : m_lItems.Get(m_iSerial);
     return m_pItem != nullptr;
+}
+
+bool ElementItems::MatchesElement() const
+{
+    return m_pItem->GetName() == m_sName || IsPathName(m_pItem->GetName());
 }
 
 bool ElementItems::HasPassedItems() const
@@ -54,22 +63,22 @@ bool ElementItems::HasPassedItems() const
     return m_lItems.HasBetween(m_iBefore, m_iSerial);
 }
 
-ItemList::Item ElementItems::GetLastItem() const
+QString ElementItems::GetUsedName() const
 {
-    return m_pItem != nullptr ? m_pItem : m_lItems.GetLastUpTo(m_iLast);
+    const ItemList::Item last = m_pItem != nullptr ? m_pItem : m_lItems.GetLastUpTo(m_iLast);
+    return last != nullptr && IsPathName(last->GetName()) ? m_sPathName : m_sName;
+}
+
+/// The earliest item of all names is the next stop.
+void ElementItems::Offer(const QString &name)
+{
+    const ItemList::Serial serial = m_lItems.FindBehind(m_iBefore, name);
+    if (serial != ItemList::kNone) {
+        m_iSerial = std::min(m_iSerial, serial);
+    }
 }
 
 bool ElementItems::IsPathName(const QString &itemName) const
 {
     return !m_sPathName.isEmpty() && itemName == m_sPathName;
-}
-
-/// The earliest item of all names is the next stop; of names that share it, the first that was offered counts.
-void ElementItems::Offer(const QString &name, int attribute)
-{
-    const ItemList::Serial serial = m_lItems.FindBehind(m_iBefore, name);
-    if (serial != ItemList::kNone && serial < m_iSerial) {
-        m_iSerial = serial;
-        m_iAttribute = attribute;
-    }
 }

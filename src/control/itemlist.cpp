@@ -9,11 +9,6 @@
 
 namespace {
 
-int CountPathNames(const QString &name, std::size_t items)
-{
-    return name.contains(QLatin1Char('/')) ? static_cast<int>(items) : 0;
-}
-
 bool IsSource(const ItemList::Item &item)
 {
     return dynamic_cast<const SourceItem *>(item.get()) != nullptr;
@@ -23,11 +18,9 @@ bool IsSource(const ItemList::Item &item)
 
 void ItemList::Append(Item item)
 {
-    const QString name = item->GetName();
     ++m_iLastSerial;
-    m_hSerials[name].push_back(m_iLastSerial);
+    m_hSerials[item->GetName()].push_back(m_iLastSerial);
     m_lItems.emplace_hint(m_lItems.cend(), m_iLastSerial, std::move(item));
-    m_iPathNames += CountPathNames(name, 1);
 }
 
 void ItemList::Remove(const QString &name)
@@ -56,20 +49,14 @@ void ItemList::RemoveSources()
 template <typename IsGoing>
 void ItemList::RemoveIf(const QString &name, IsGoing isGoing)
 {
-    const std::vector<Serial> serials = m_hSerials.take(name);
-    std::vector<Serial> staying;
     std::vector<Item> gone; // freed when the list is in order: a source's function may hold anything
-    for (const Serial serial : serials) {
+    for (const Serial serial : m_hSerials.take(name)) {
         if (const auto item = m_lItems.find(serial); isGoing(item->second)) {
             gone.push_back(std::move(item->second));
             m_lItems.erase(item);
         } else {
-            staying.push_back(serial);
+            m_hSerials[name].push_back(serial);
         }
-    }
-    m_iPathNames -= CountPathNames(name, serials.size() - staying.size());
-    if (!staying.empty()) {
-        m_hSerials.insert(name, staying);
     }
 }
 
@@ -77,7 +64,6 @@ void ItemList::Clear()
 {
     std::map<Serial, Item> gone = std::exchange(m_lItems, {});
     m_hSerials.clear();
-    m_iPathNames = 0;
     // In their order, which a map's end doesn't keep.
     for (auto &[serial, item] : gone) {
         item.reset();

@@ -35,8 +35,6 @@ public:
     Item Get(Serial serial) const;
     Serial GetFirst() const;
     Serial GetLast() const { return m_iLastSerial; }
-    /// Whether any item's name may be one of a parent and its child.
-    bool HasPathNames() const { return m_iPathNames > 0; }
     /// The next item of that name behind `serial`, kNone if there is none.
     Serial FindBehind(Serial serial, const QString &name) const;
     /// Whether an item stands between the two, which need not be there themselves.
@@ -51,5 +49,4 @@ private:
     std::map<Serial, Item> m_lItems;
     QHash<QString, std::vector<Serial>> m_hSerials; // ascending
     Serial m_iLastSerial = kNone; // the last that was given out
-    int m_iPathNames = 0;
 };

@@ -7,36 +7,20 @@
 
 namespace {
 
-/// The factor that a unit's prefix stands for, or 0 for a character that is none. The blank is the prefix of plain Hz.
-double PrefixFactor(QChar prefix)
-{
-    switch (prefix.unicode()) {
-    case ' ':
-        return 1.0;
-    case 'k':
-    case 'K':
-        return 1000.0;
-    case 'm':
-    case 'M':
-        return 1000000.0;
-    case 'g':
-    case 'G':
-        return 1000000000.0;
-    default:
-        return 0.0;
-    }
-}
-
-/// Takes the unit off a frequency's text, and what it stands for. The characters go at every occurrence.
+/// Takes the unit off a frequency's text, and gives what it stands for in Hz. The characters go at every occurrence.
 double TakeUnit(QString &text)
 {
+    // Two spellings for each power of 1000; the blank stands ahead of plain Hz.
+    const QString prefixes = QStringLiteral("  kKmMgG");
     text.remove(text.right(2));
-    const double factor = text.isEmpty() ? 0.0 : PrefixFactor(text.at(text.size() - 1));
-    if (factor == 0.0) {
+    const QString prefix = text.right(1);
+    const int index = prefixes.indexOf(prefix);
+    if (index < 0) {
         return 1.0;
     }
-    text.remove(text.at(text.size() - 1));
-    return factor;
+    text.remove(prefix);
+    const int power = index / 2;
+    return std::pow(1000.0, power);
 }
 
 } // namespace

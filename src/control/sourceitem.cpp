@@ -4,6 +4,8 @@
 #include "host/trace.h"
 #include "report/xmlcreatereport.h"
 
+#include <QJsonValue>
+
 #include <exception>
 #include <utility>
 
@@ -13,6 +15,17 @@ void Trace(const ReportPlace &place, const QString &what)
 {
     trace::Write(QStringLiteral("sourceitem"), __LINE__,
                  [&] { return QStringLiteral("The source for %1 %2").arg(place.GetText(), what); });
+}
+
+/// What Qt makes no text of, or another than the number's, as a value that it does.
+QVariant Plain(const QVariant &value)
+{
+    const int type = value.userType();
+    if (type == QMetaType::QJsonValue) {
+        const QJsonValue json = value.toJsonValue();
+        return json.isNull() ? QVariant() : json.toVariant();
+    }
+    return type == QMetaType::SChar || type == QMetaType::UChar ? QVariant(value.toInt()) : value;
 }
 
 } // namespace
@@ -38,7 +51,7 @@ void SourceItem::Ask(quint64 announcement, const ReportPlace &place)
 {
     m_iAnnouncement = announcement;
     m_sAttribute = place.GetAttribute();
-    m_oValue = Call(m_fnSource, place).value_or(QVariant());
+    m_oValue = Plain(Call(m_fnSource, place).value_or(QVariant()));
     if (m_oValue.isValid() && !SourceValue::IsUsable(m_oValue)) {
         Trace(place, QStringLiteral("gives a \"%1\", which is no value.").arg(QLatin1String(m_oValue.typeName())));
         m_oValue.clear();

@@ -1,5 +1,7 @@
 #include "control/sourcevalue.h"
 
+#include "control/reportdata.h"
+
 #include <algorithm>
 #include <initializer_list>
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "control/reportdata.h"
 #include "report/facets.h"
 
 #include <QDateTime>
@@ -9,6 +8,8 @@
 #include <QVariant>
 
 #include <optional>
+
+class ReportData;
 
 /// A value that a source has given for one place, in the forms in which it is written: the first that the builder takes
 /// counts.

@@ -2,7 +2,7 @@
 
 #include "control/commentdialogimpl.h"
 #include "control/itemlist.h"
-#include "control/notepadpicture.h"
+#include "control/notepad.xpm"
 #include "control/reportdata.h"
 #include "control/sourceitem.h"
 #include "host/tessaly.h"
@@ -25,59 +25,43 @@ namespace {
 const QLatin1Char kSlash('/');
 const QLatin1Char kBackslash('\\');
 
-/// A path as the file system is asked for it.
-QString ToPollPath(QString path)
+bool Exists(QString path)
 {
-    if (path.contains(kBackslash)) {
-        if (path.endsWith(kBackslash)) {
-            path.chop(1);
-        }
-        path.replace(kBackslash, kSlash);
+    if (path.endsWith(kBackslash)) {
+        path.chop(1);
     }
-    return path;
-}
-
-bool Exists(const QString &path)
-{
-    const QString pollPath = ToPollPath(path);
+    path.replace(kBackslash, kSlash);
     // Qt warns of an empty name, and the poll comes every ten seconds.
-    return !pollPath.isEmpty() && QDir(QString()).exists(pollPath);
+    return !path.isEmpty() && QDir(QString()).exists(path);
 }
-
-/// Stands for Qt's work on the button: in the midst of it a host may end the control, but not the button.
-class ButtonUse
-{
-public:
-    ButtonUse(QObject *button, std::shared_ptr<QObject> filter)
-        : m_pButton(button)
-        , m_pFilter(std::move(filter))
-    {
-    }
-    ~ButtonUse()
-    {
-        if (m_pFilter.use_count() == 1 && m_pButton != nullptr) {
-            m_pButton->deleteLater();
-        }
-    }
-    Q_DISABLE_COPY(ButtonUse)
-
-private:
-    QPointer<QObject> m_pButton;
-    std::shared_ptr<QObject> m_pFilter; // the control has it too, to its end
-};
 
 /// Takes the events at which a button may send signals, behind all other filters, and hands them on itself: Qt goes on
-/// with the button behind the signals, whose slots may end the control. Belongs to the control and to all uses, not to
-/// the button, before whose end the library may be unloaded.
+/// with the button behind the signals, whose slots may end the control.
+///
+/// Shared by the control and by all that is at work on the button: the last of them ends the button, if the control's
+/// end has left it. It doesn't belong to the button, before whose end the library may be unloaded.
 class ButtonFilter : public QObject, public std::enable_shared_from_this<ButtonFilter>
 {
 public:
+    explicit ButtonFilter(QObject *button)
+        : m_pButton(button)
+    {
+        button->installEventFilter(this);
+    }
+    ~ButtonFilter() override
+    {
+        if (m_pButton != nullptr) {
+            m_pButton->deleteLater();
+        }
+    }
+    Q_DISABLE_COPY(ButtonFilter)
+
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         if (!MaySend(event->type())) {
             return false;
         }
-        const ButtonUse use(watched, shared_from_this());
+        const std::shared_ptr<QObject> use = shared_from_this();
         if (!watched->event(event)) {
             event->ignore();
         }
@@ -91,6 +75,8 @@ private:
             || type == QEvent::MouseButtonDblClick || type == QEvent::KeyPress || type == QEvent::KeyRelease
             || type == QEvent::Shortcut || type == QEvent::FocusOut || type == QEvent::EnabledChange;
     }
+
+    QPointer<QObject> m_pButton;
 };
 
 /// Ends an object ahead of its parent.
@@ -175,8 +161,7 @@ void VCReporting::EnableReportButton(bool enable)
             timer->stop();
         }
         // Also where it is disabled by its tool bar, with which it must not come back.
-        const ButtonUse use(m_pReportButton, m_pButtonFilter);
-        m_pReportButton->setEnabled(false);
+        SetButtonEnabled(false);
         return;
     }
     // The host may delete the control in a slot of the poll's signal, and the timer goes with it.
@@ -273,7 +258,9 @@ void VCReporting::SlotCheckFileAndDirectory()
 {
     const bool isAvailable = Exists(m_sSchemaPath) && Exists(m_sReportDirectory);
     const QPointer<VCReporting> guard(this);
-    SetButtonEnabled(isAvailable);
+    if (m_pReportButton != nullptr && m_pReportButton->isEnabled() != isAvailable) {
+        SetButtonEnabled(isAvailable);
+    }
     if (guard != nullptr) {
         Q_EMIT ReportDirAndSchemaAvailable(isAvailable);
     }
@@ -281,13 +268,9 @@ void VCReporting::SlotCheckFileAndDirectory()
 
 void VCReporting::SetInputPathToSchema(QString path)
 {
-    m_sSchemaPath = path;
-    if (!path.contains(kSlash) && !path.contains(kBackslash)) {
-        const QString directory = QCoreApplication::applicationDirPath();
-        if (!directory.isEmpty()) {
-            m_sSchemaPath = directory + kSlash + path;
-        }
-    }
+    const QString directory = QCoreApplication::applicationDirPath();
+    const bool isBareName = !path.contains(kSlash) && !path.contains(kBackslash);
+    m_sSchemaPath = isBareName && !directory.isEmpty() ? directory + kSlash + path : path;
 }
 
 void VCReporting::MakeReportButton()
@@ -297,14 +280,13 @@ void VCReporting::MakeReportButton()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pReportButton);
     if (m_Pixmap.isNull()) {
-        m_pReportButton->SetDefaultPicture(kNotePadPicture);
+        m_pReportButton->SetDefaultPicture(notepad);
     } else {
         m_pReportButton->setIcon(QIcon(m_Pixmap));
     }
     m_pReportButton->setEnabled(true);
     connect(m_pReportButton, &VCButton::clicked, this, &VCReporting::SlotToReport);
-    m_pButtonFilter = std::make_shared<ButtonFilter>();
-    m_pReportButton->installEventFilter(m_pButtonFilter.get());
+    m_pButtonFilter = std::make_shared<ButtonFilter>(m_pReportButton);
     // Before a host hears of its end, which is before the pointer would be cleared.
     connect(m_pReportButton, &QObject::destroyed, this, [this] { m_pReportButton.clear(); });
 }
@@ -312,10 +294,8 @@ void VCReporting::MakeReportButton()
 // A button that is disabled loses the focus, and a host may follow that.
 void VCReporting::SetButtonEnabled(bool enable)
 {
-    if (m_pReportButton != nullptr && m_pReportButton->isEnabled() != enable) {
-        const ButtonUse use(m_pReportButton, m_pButtonFilter);
-        m_pReportButton->setEnabled(enable);
-    }
+    const std::shared_ptr<QObject> use = m_pButtonFilter;
+    m_pReportButton->setEnabled(enable);
 }
 
 // The host's clock and no other names the file, so that a report can be found by the time that the host shows.

@@ -170,7 +170,6 @@ private:
     // The list.
     std::unique_ptr<ReportData> CreateReportData(QString name, int maxOccurs, QString auxText, int exponent,
                                                  QString unit);
-    void CheckReportData(std::unique_ptr<ReportData> item);
     void AddExplicit(QString name, const ExplicitReportData &explicitData, int maxOccurs, QString auxText, int exponent,
                      QString unit);
 
@@ -182,19 +181,16 @@ private:
     bool IsAbsent();
     bool OpenSource(const std::shared_ptr<SourceItem> &source, int &count);
     QVariant GetSourceValue(const std::shared_ptr<SourceItem> &source, const QString &attribute);
-    void WriteSource(const QVariant &value, ReportData &item);
-    void WriteNextForm();
 
     // The values of an element that the report announces.
     struct Element;
     void HandleElement(ElemBeginEvent &event);
     void ServeElement(ElementItems &items, Element &element);
-    void PassOverItems(const ElementItems &items, const Element &element);
+    void PassOverItems(const ElementItems &items);
     bool ServeElementFrom(const std::shared_ptr<ReportData> &item, Element &element);
     bool ServeElementFromSource(const std::shared_ptr<SourceItem> &source, Element &element);
     void SetExplicitValue(const std::shared_ptr<ReportData> &item, const Element &element);
-    void SetGeneralValue(const std::shared_ptr<ReportData> &item);
-    void FinishElement(const Element &element, const QString &itemName);
+    void FinishElement(const ElementItems &items, const Element &element);
 
     // The values of its attributes.
     // Qt 5.15 marks the class deprecated.
@@ -205,6 +201,13 @@ private:
     bool SetAttributeFromItems(bool areAllAsked);
     bool SetAttributeFrom(const std::shared_ptr<ReportData> &item);
     void StampAttribute();
+
+    // A value on its way to the builder.
+    void WriteItem(const std::shared_ptr<ReportData> &item);
+    void WriteSource(const QVariant &value, ReportData &item);
+    void WriteNextForm();
+    template <typename Value>
+    void Write(const Value &value);
     void PutAtRest();
 
     // The next form of a value that didn't fit.
@@ -212,8 +215,6 @@ private:
     void RetryAsInteger();
     void RetryAsText();
     void RetryAsDateTime();
-    template <typename Value>
-    void Retry(Value value);
     bool HasItem(const char *message);
 
     // A host may take the button to another place, or the timer, and see it destroyed there.

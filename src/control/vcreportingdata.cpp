@@ -23,10 +23,10 @@ template <typename Value>
 void TraceExplicit(const char *directive, const QString &name, Value value, const ExplicitTail &tail)
 {
     if (trace::IsOn()) {
-        _Q_TraceOld(QStringLiteral("VCReporting::AddExplicitReportData(%s, %1, %s, %ld, %s)")
-                        .replace(QLatin1String("%1"), QLatin1String(directive)),
-                    name.toStdWString().c_str(), value, tail.m_sAuxText.toStdWString().c_str(),
-                    static_cast<long>(tail.m_iExponent), tail.m_sUnit.toStdWString().c_str());
+        _Q_TraceOld(
+            QStringLiteral("VCReporting::AddExplicitReportData(%s, %1, %s, %ld, %s)").arg(QLatin1String(directive)),
+            name.toStdWString().c_str(), value, tail.m_sAuxText.toStdWString().c_str(),
+            static_cast<long>(tail.m_iExponent), tail.m_sUnit.toStdWString().c_str());
     }
 }
 
@@ -40,10 +40,8 @@ void VCReporting::AddReportData(QString name, QString path, QString value, int m
                     path.toStdWString().c_str(), value.toStdWString().c_str(), auxText.toStdWString().c_str(),
                     static_cast<long>(exponent), unit.toStdWString().c_str());
     }
-    auto item = std::make_unique<ReportData>(name, path, value, maxOccurs, auxText, exponent, unit, false);
-    // Opens the item: a source that is not there yet is still a value that the host has promised.
-    item->SetExplicitData(ExplicitReportData());
-    CheckReportData(std::move(item));
+    // Also if it isn't open: a source that is not there yet is still a value that the host has promised.
+    m_Items->Append(std::make_shared<ReportData>(name, path, value, maxOccurs, auxText, exponent, unit, false));
 }
 
 void VCReporting::AddReportData(values::Node *node)
@@ -125,17 +123,10 @@ std::unique_ptr<ReportData> VCReporting::CreateReportData(QString name, int maxO
     return std::make_unique<ReportData>(name, QString(), QString(), maxOccurs, auxText, exponent, unit, false);
 }
 
-void VCReporting::CheckReportData(std::unique_ptr<ReportData> item)
-{
-    if (item != nullptr && item->IsOpen()) {
-        m_Items->Append(std::move(item));
-    }
-}
-
 void VCReporting::AddExplicit(QString name, const ExplicitReportData &explicitData, int maxOccurs, QString auxText,
                               int exponent, QString unit)
 {
     auto item = CreateReportData(name, maxOccurs, auxText, exponent, unit);
     item->SetExplicitData(explicitData);
-    CheckReportData(std::move(item));
+    m_Items->Append(std::move(item));
 }

@@ -1,11 +1,8 @@
 #include "control/itemlist.h"
 #include "control/sourceitem.h"
-#include "control/sourcevalue.h"
 #include "control/vcreporting.h"
 #include "host/trace.h"
 #include "report/xmlcreatereport.h"
-
-#include <QScopeGuard>
 
 #include <algorithm>
 #include <utility>
@@ -127,27 +124,4 @@ QVariant VCReporting::GetSourceValue(const std::shared_ptr<SourceItem> &source, 
         source->Ask(m_iAnnouncement, m_pReport->GetPlace(attribute));
     }
     return source->GetValue();
-}
-
-/// For the element in hand, or the attribute that is being set.
-void VCReporting::WriteSource(const QVariant &value, ReportData &item)
-{
-    SourceValue forms(value, item, m_bSettingAttribute, m_bValidOutput);
-    m_pSourceValue = &forms;
-    // Also if an override of the host's throws: the value on the stack is gone then.
-    const auto forget = qScopeGuard([this] { m_pSourceValue = nullptr; });
-    WriteNextForm();
-    m_bValueWritten = true;
-}
-
-void VCReporting::WriteNextForm()
-{
-    m_pSourceValue->SetNext([this](const auto &value) {
-        using Value = std::decay_t<decltype(value)>;
-        if (!m_bSettingAttribute) {
-            m_pReport->SetXmlValue(value);
-        } else if constexpr (!std::is_same_v<Value, bool> && !std::is_same_v<Value, QTime>) {
-            m_pReport->SetAttributeValue(m_sCurrentAttribute, value);
-        }
-    });
 }

@@ -1,11 +1,14 @@
 #include "control/elementitems.h"
 #include "control/reportdata.h"
 #include "control/sourceitem.h"
+#include "control/sourcevalue.h"
 #include "control/vcreporting.h"
 #include "events/xmlevent.h"
 #include "host/trace.h"
 #include "report/facets.h"
 #include "report/xmlcreatereport.h"
+
+#include <QScopeGuard>
 
 #include <optional>
 
@@ -16,6 +19,11 @@
 namespace {
 
 constexpr double kNoNumber = 65535.0;
+
+QString Unit()
+{
+    return QStringLiteral("vcreporting");
+}
 
 /// The number of an item. What a host gave as a double stands in no source that GetDataValue() looks at.
 bool ReadNumber(ReportData &item, double &number)
@@ -45,6 +53,17 @@ QString ReadText(ReportData &item)
 }
 
 } // namespace
+
+template <typename Value>
+void VCReporting::Write(const Value &value)
+{
+    if (!m_bSettingAttribute) {
+        m_pReport->SetXmlValue(value);
+    } else if constexpr (!std::is_same_v<Value, bool> && !std::is_same_v<Value, QTime>) {
+        m_pReport->SetAttributeValue(m_sCurrentAttribute, value);
+    }
+    m_bValueWritten = true;
+}
 
 void VCReporting::XmlUpdate(XmlEvent *event)
 {
@@ -83,13 +102,10 @@ void VCReporting::HandleElement(ElemBeginEvent &event)
     Element element;
     element.m_sName = event.GetElementName();
     element.m_oAttributes = event.GetElementAttributes();
-    const QString parentName = m_Items->HasPathNames() ? event.GetParentName() : QString();
-    ElementItems items(*m_Items, element.m_sName, parentName, element.m_oAttributes);
+    ElementItems items(*m_Items, element.m_sName, event.GetParentName(), element.m_oAttributes);
     ServeElement(items, element);
     if (m_bValueWritten) {
-        const ItemList::Item last = items.GetLastItem();
-        const QString lastName = last == nullptr ? QString() : last->GetName();
-        FinishElement(element, items.IsPathName(lastName) ? lastName : element.m_sName);
+        FinishElement(items, element);
     }
     if (IsTimeName(element.m_sName) && m_lAbsent.isEmpty()) {
         m_pReport->SetXmlValue(QDateTime::currentDateTime());
@@ -99,26 +115,23 @@ void VCReporting::HandleElement(ElemBeginEvent &event)
 void VCReporting::ServeElement(ElementItems &items, Element &element)
 {
     while (items.Next()) {
-        PassOverItems(items, element);
-        if (items.GetAttribute() >= 0) {
-            m_sCurrentAttribute = element.m_oAttributes.qName(items.GetAttribute());
+        PassOverItems(items);
+        if (!items.MatchesElement()) {
+            m_sCurrentAttribute = items.GetItem()->GetName();
             SetAttributeFrom(items.GetItem());
         } else if (ServeElementFrom(items.GetItem(), element)) {
             return;
         }
     }
-    PassOverItems(items, element);
+    PassOverItems(items);
 }
 
 // However many items stand side by side that match nothing, they do what the first of them does: a stamp that was
 // refused is refused again, and one that was taken leaves no type in the attribute for a second.
-void VCReporting::PassOverItems(const ElementItems &items, const Element &element)
+void VCReporting::PassOverItems(const ElementItems &items)
 {
-    if (items.GetLastLookedAt() < 0 || !items.HasPassedItems()) {
-        return;
-    }
-    m_sCurrentAttribute = element.m_oAttributes.qName(items.GetLastLookedAt());
-    if (items.HasStamp()) {
+    if (!items.GetStamped().isEmpty() && items.HasPassedItems()) {
+        m_sCurrentAttribute = items.GetStamped();
         StampAttribute();
     }
 }
@@ -137,7 +150,7 @@ bool VCReporting::ServeElementFrom(const std::shared_ptr<ReportData> &item, Elem
     if (m_bValueWritten) {
         return false;
     }
-    SetGeneralValue(item);
+    WriteItem(item);
     HandleAttributes(element.m_oAttributes);
     return true;
 }
@@ -172,30 +185,21 @@ void VCReporting::SetExplicitValue(const std::shared_ptr<ReportData> &item, cons
     }
     m_pItem = item;
     if (explicitData.m_Kind == EXPLICIT_BOOL) {
-        m_pReport->SetXmlValue(explicitData.m_bFlag);
+        Write(explicitData.m_bFlag);
     } else if (const auto integer = facets::ToInteger(static_cast<double>(explicitData.m_lValue))) {
-        m_pReport->SetXmlValue(*integer);
+        Write(*integer);
+    } else {
+        trace::Write(Unit(), __LINE__, [&] {
+            return QStringLiteral("%1: the value \"%2\" was not written: it needs more than 32 bits.")
+                .arg(m_pReport->GetPlace().GetText(), QString::number(explicitData.m_lValue));
+        });
     }
-    m_pItem.reset();
+    PutAtRest();
     m_bValueWritten = true;
     HandleAttributes(element.m_oAttributes);
 }
 
-void VCReporting::SetGeneralValue(const std::shared_ptr<ReportData> &item)
-{
-    const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
-    m_pItem = item;
-    if (isNumber) {
-        m_pReport->SetXmlValue(m_dCurrentNumber);
-        m_dCurrentNumber = kNoNumber;
-    } else {
-        m_pReport->SetXmlValue(ReadText(*item));
-    }
-    m_pItem.reset();
-    m_bValueWritten = true;
-}
-
-void VCReporting::FinishElement(const Element &element, const QString &itemName)
+void VCReporting::FinishElement(const ElementItems &items, const Element &element)
 {
     const QString unitAttribute = QStringLiteral("Unit");
     // The template's attribute holds its type: an empty one takes no value.
@@ -203,7 +207,7 @@ void VCReporting::FinishElement(const Element &element, const QString &itemName)
         m_pReport->SetAttributeValue(unitAttribute, element.m_sUnit);
     }
     if (m_bDeleteAfterUse) {
-        m_Items->RemoveUsed(itemName);
+        m_Items->RemoveUsed(items.GetUsedName());
     }
     m_bValueWritten = false;
 }
@@ -250,20 +254,11 @@ bool VCReporting::SetAttributeFrom(const std::shared_ptr<ReportData> &item)
         if (value.isValid()) {
             m_bSettingAttribute = true;
             WriteSource(value, *source);
-            PutAtRest();
         }
         return value.isValid() || !IsFirstVisit();
     }
-    const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
-    m_pItem = item;
     m_bSettingAttribute = true;
-    if (isNumber) {
-        m_pReport->SetAttributeValue(m_sCurrentAttribute, m_dCurrentNumber);
-    } else {
-        m_pReport->SetAttributeValue(m_sCurrentAttribute, ReadText(*item));
-    }
-    PutAtRest();
-    m_bValueWritten = true;
+    WriteItem(item);
     return true;
 }
 
@@ -271,6 +266,34 @@ void VCReporting::StampAttribute()
 {
     m_pReport->SetAttributeValue(m_sCurrentAttribute, QDateTime::currentDateTime());
     m_bValueWritten = true;
+}
+
+/// For the element in hand, or the attribute that is being set.
+void VCReporting::WriteItem(const std::shared_ptr<ReportData> &item)
+{
+    const bool isNumber = ReadNumber(*item, m_dCurrentNumber);
+    m_pItem = item;
+    if (isNumber) {
+        Write(m_dCurrentNumber);
+    } else {
+        Write(ReadText(*item));
+    }
+    PutAtRest();
+}
+
+/// The same for what a source has given.
+void VCReporting::WriteSource(const QVariant &value, ReportData &item)
+{
+    SourceValue forms(value, item, m_bSettingAttribute, m_bValidOutput);
+    m_pSourceValue = &forms;
+    // Also if an override of the host's throws: the value on the stack is gone then.
+    const auto rest = qScopeGuard([this] { PutAtRest(); });
+    WriteNextForm();
+}
+
+void VCReporting::WriteNextForm()
+{
+    m_pSourceValue->SetNext([this](const auto &value) { Write(value); });
 }
 
 /// No value is on its way to the builder.
@@ -300,7 +323,7 @@ void VCReporting::HandleError(ITagwright::ErrorID id)
 void VCReporting::RetryAsInteger()
 {
     if (const std::optional<int> integer = facets::ToInteger(m_dCurrentNumber)) {
-        Retry(*integer);
+        Write(*integer);
     } else {
         RetryAsText();
     }
@@ -309,7 +332,7 @@ void VCReporting::RetryAsInteger()
 void VCReporting::RetryAsText()
 {
     if (HasItem("VCReporting::XmlUpdate|ErrorEvent|ErrorID == CURRENT_TYPE_IS_NOT_INTEGER: m_iIndex is not valid.")) {
-        Retry(ReadText(*m_pItem));
+        Write(ReadText(*m_pItem));
     }
 }
 
@@ -322,25 +345,14 @@ void VCReporting::RetryAsDateTime()
             m_sLastDateText = text;
             m_tLastDate = QDateTime::fromString(text, Qt::ISODate);
         }
-        Retry(text.isEmpty() ? QDateTime() : m_tLastDate);
+        Write(text.isEmpty() ? QDateTime() : m_tLastDate);
     }
-}
-
-template <typename Value>
-void VCReporting::Retry(Value value)
-{
-    if (m_bSettingAttribute) {
-        m_pReport->SetAttributeValue(m_sCurrentAttribute, value);
-    } else {
-        m_pReport->SetXmlValue(value);
-    }
-    m_bValueWritten = true;
 }
 
 bool VCReporting::HasItem(const char *message)
 {
     if (m_pItem == nullptr) {
-        trace::Write(QStringLiteral("vcreporting"), __LINE__, [message] { return QLatin1String(message); });
+        trace::Write(Unit(), __LINE__, [message] { return QLatin1String(message); });
     }
     return m_pItem != nullptr;
 }

@@ -53,62 +53,42 @@ XMLReader::~XMLReader()
 
 bool XMLReader::SetXmlContent(QString fileName)
 {
-    if (!BeginContent(m_bHasFile)) {
-        return false;
-    }
-    m_pFile = std::make_unique<QFile>(fileName);
-    m_pDocument = std::make_unique<QDomDocument>();
-    dom::GuardedReader reader;
-    reader.ReadFile(fileName, m_pDocument.get());
-    TraceRefusal(__LINE__, reader, m_pFile.get());
-    InitHandler(m_pCallback, m_pDocument.get());
-    return true;
+    return SetContent(m_bHasFile, [&] {
+        m_pFile = std::make_unique<QFile>(fileName);
+        m_pDocument = std::make_unique<QDomDocument>();
+        dom::GuardedReader reader;
+        reader.ReadFile(fileName, m_pDocument.get());
+        TraceRefusal(__LINE__, reader, m_pFile.get());
+    });
 }
 
 bool XMLReader::SetXmlContent(QDomDocument document)
 {
-    if (!BeginContent(m_bHasDocument)) {
-        return false;
-    }
-    m_pDocument = std::make_unique<QDomDocument>(document);
-    InitHandler(m_pCallback, m_pDocument.get());
-    return true;
+    return SetContent(m_bHasDocument, [&] { m_pDocument = std::make_unique<QDomDocument>(document); });
 }
 
 bool XMLReader::SetXmlContent(QDomDocument *document)
 {
     LetGoOf(document);
-    if (!BeginContent(m_bHasDocument)) {
-        return false;
-    }
-    m_pDocument.reset(document);
-    m_bIsHostDocument = true;
-    InitHandler(m_pCallback, document);
-    return true;
+    return SetContent(m_bHasDocument, [&] {
+        m_pDocument.reset(document);
+        m_bIsHostDocument = true;
+    });
 }
 
 bool XMLReader::SetXmlContent(QDomDocumentFragment fragment)
 {
-    if (!BeginContent(m_bHasFragment)) {
-        return false;
-    }
-    m_pFragment = std::make_unique<QDomDocumentFragment>(fragment);
-    // A fragment is never a document that the cursor could follow.
-    InitHandler(m_pCallback, nullptr);
-    return true;
+    return SetContent(m_bHasFragment, [&] { m_pFragment = std::make_unique<QDomDocumentFragment>(fragment); });
 }
 
 bool XMLReader::SetXmlContent(QDomNode node)
 {
-    if (!BeginContent(m_bHasNode)) {
-        return false;
-    }
-    m_pNode = std::make_unique<QDomNode>(node);
-    if (node.isDocument()) {
-        m_pNodeDocument = std::make_unique<QDomDocument>(node.toDocument());
-    }
-    InitHandler(m_pCallback, m_pNodeDocument.get());
-    return true;
+    return SetContent(m_bHasNode, [&] {
+        m_pNode = std::make_unique<QDomNode>(node);
+        if (node.isDocument()) {
+            m_pDocument = std::make_unique<QDomDocument>(node.toDocument());
+        }
+    });
 }
 
 bool XMLReader::ParseXml()
@@ -132,56 +112,52 @@ bool XMLReader::ParseXml()
 
 std::list<QDomNode> *XMLReader::GetElement(QString name, QString parent)
 {
-    dom::FindBelow(name, parent, GetSearchRoots(), NewSearchResult());
+    m_pSearchResult = std::make_unique<std::list<QDomNode>>();
+    dom::FindBelow(name, parent, GetSearchRoots(), *m_pSearchResult);
     return m_pSearchResult.get();
 }
 
 std::list<QDomNode> *XMLReader::SearchBelowCurrentElement(QString name)
 {
-    std::list<QDomNode> &result = NewSearchResult();
+    m_pSearchResult = std::make_unique<std::list<QDomNode>>();
     // Until the parse ends the cursor still stands in a content that was replaced meanwhile.
-    const bool isCursorStale = m_bOwnsHandler && m_bReplaced;
+    const bool isCursorStale = m_bOwnsHandler && !m_lReplacedDocuments.empty();
     const QDomElement *current =
         m_pCallback == nullptr || m_pHandler == nullptr || isCursorStale ? nullptr : m_pHandler->GetCurrentElement();
     if (current != nullptr) {
-        dom::FindAll(name, { *current, GetSearchRoots().m_oTop }, result);
+        dom::FindAll(name, { *current, GetSearchRoots().m_oTop }, *m_pSearchResult);
     }
     return m_pSearchResult.get();
 }
 
-/// Takes the content before away and sets the flag of the new one's kind. False without a callback.
-bool XMLReader::BeginContent(bool &hasKind)
+/// The steps that all kinds of content share; `fill` sets the content itself. False without a callback.
+template <typename Fill>
+bool XMLReader::SetContent(bool &hasKind, Fill fill)
 {
-    if (m_pCallback != nullptr) {
-        ErasePointerAndSetFlags();
-        hasKind = true;
+    if (m_pCallback == nullptr) {
+        return false;
     }
-    return m_pCallback != nullptr;
+    ErasePointerAndSetFlags();
+    hasKind = true;
+    fill();
+    InitHandler(m_pCallback, m_pDocument.get());
+    return true;
 }
 
 void XMLReader::ErasePointerAndSetFlags()
 {
     m_pNode.reset();
-    DropDocument(m_pNodeDocument);
     m_pFragment.reset();
-    DropDocument(m_pDocument);
+    if (m_bParsing) {
+        m_lReplacedDocuments.push_back(std::move(m_pDocument));
+    }
+    m_pDocument.reset();
     m_pFile.reset();
     m_bHasNode = m_bHasFragment = m_bHasDocument = m_bHasFile = m_bIsHostDocument = false;
 }
 
-/// Destroys a document, or keeps it for the parse that still runs over it.
-void XMLReader::DropDocument(std::unique_ptr<QDomDocument> &document)
-{
-    if (m_bParsing && document != nullptr) {
-        m_lReplacedDocuments.push_back(std::move(document));
-    }
-    document.reset();
-}
-
 void XMLReader::InitHandler(ITagwright *pCallback, QDomDocument *document)
 {
-    m_pFollowed = document;
-    m_bReplaced = m_bParsing;
     if (m_pHandler == nullptr) {
         m_pHandler = std::make_unique<XmlContentHandler>(pCallback, document);
         m_bOwnsHandler = true;
@@ -193,7 +169,7 @@ void XMLReader::InitHandler(ITagwright *pCallback, QDomDocument *document)
 /// A host's document that is given again must not be deleted as the content before.
 void XMLReader::LetGoOf(const QDomDocument *document)
 {
-    if (m_bIsHostDocument && m_pDocument.get() == document) {
+    if (m_pDocument.get() == document) {
         static_cast<void>(m_pDocument.release());
     }
     for (std::unique_ptr<QDomDocument> &replaced : m_lReplacedDocuments) {
@@ -231,10 +207,9 @@ void XMLReader::EndParse()
 {
     m_bParsing = false;
     m_pReader.reset();
-    if (m_bReplaced && m_bOwnsHandler) {
-        m_pHandler->SetDocument(m_pFollowed);
+    if (!m_lReplacedDocuments.empty() && m_bOwnsHandler) {
+        m_pHandler->SetDocument(m_pDocument.get());
     }
-    m_bReplaced = false;
     m_lReplacedDocuments.clear();
 }
 
@@ -247,10 +222,4 @@ dom::SearchRoots XMLReader::GetSearchRoots() const
         return { m_pFragment->firstChild().toElement(), m_pFragment->firstChild() };
     }
     return m_bHasNode ? dom::SearchRoots { m_pNode->firstChild().toElement(), *m_pNode } : dom::SearchRoots();
-}
-
-std::list<QDomNode> &XMLReader::NewSearchResult()
-{
-    m_pSearchResult = std::make_unique<std::list<QDomNode>>();
-    return *m_pSearchResult;
 }

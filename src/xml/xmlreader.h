@@ -117,21 +117,21 @@ public:
     std::list<QDomNode> *SearchBelowCurrentElement(QString name);
 
 private:
+    template <typename Fill>
+    bool SetContent(bool &hasKind, Fill fill);
     void ErasePointerAndSetFlags();
-    bool BeginContent(bool &hasKind);
     void InitHandler(ITagwright *pCallback, QDomDocument *document);
-    void DropDocument(std::unique_ptr<QDomDocument> &document);
     void LetGoOf(const QDomDocument *document);
     bool ParseNode(const QDomNode &node);
     bool RunParser(const std::function<bool(dom::GuardedReader &)> &read);
     void EndParse();
     dom::SearchRoots GetSearchRoots() const;
-    std::list<QDomNode> &NewSearchResult();
 
     /// Owned only while m_bOwnsHandler is set.
     std::unique_ptr<XmlContentHandler> m_pHandler;
     std::unique_ptr<dom::GuardedReader> m_pReader;
     ITagwright *m_pCallback;
+    /// In which the reader's own handler keeps step: the content, if that is a file, a document or a node that is one.
     /// Of a document handed over by pointer only the next content makes the reader the owner: see m_bIsHostDocument.
     std::unique_ptr<QDomDocument> m_pDocument;
     std::unique_ptr<QFile> m_pFile;
@@ -145,12 +145,7 @@ private:
     bool m_bOwnsHandler = false;
 
     bool m_bIsHostDocument = false;
-    /// The document in which the reader's own handler keeps step: m_pDocument, m_pNodeDocument or null.
-    QDomDocument *m_pFollowed = nullptr;
-    /// The content, if it is a node and that node a document.
-    std::unique_ptr<QDomDocument> m_pNodeDocument;
     bool m_bParsing = false;
-    /// The content was replaced during the running parse, to whose end the old documents live.
-    bool m_bReplaced = false;
+    /// For each content that was replaced during the running parse its document or null: they live to its end.
     std::vector<std::unique_ptr<QDomDocument>> m_lReplacedDocuments;
 };

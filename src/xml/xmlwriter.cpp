@@ -9,18 +9,8 @@
 #include <QDomElement>
 #include <QFile>
 
+#include <algorithm>
 #include <vector>
-
-namespace {
-
-/// A node of the value tree that is being written, and how far.
-struct OpenNode
-{
-    std::vector<values::TreeItem *> m_lItems;
-    std::size_t m_iNext = 0;
-};
-
-} // namespace
 
 XMLWriter::XMLWriter()
     : m_pCurrentElement(std::make_unique<QDomElement>())
@@ -106,25 +96,29 @@ bool XMLWriter::CreateElementsFromNode(values::Node *node)
     if (node == nullptr || m_pDocument == nullptr) {
         return false;
     }
-    // A stack of its own: a branch of the host's may be of any depth.
-    CreateXmlElement(node->GetItemName(), QString(), true);
-    std::vector<OpenNode> open { { node->GetTreeItems() } };
+    // What is left of each open node, last first. A stack of its own: a branch of the host's may be of any depth.
+    std::vector<std::vector<values::TreeItem *>> open;
+    const auto openNode = [this, &open](values::Node &inner) {
+        CreateXmlElement(inner.GetItemName(), QString(), true);
+        open.push_back(inner.GetTreeItems());
+        std::reverse(open.back().begin(), open.back().end());
+    };
+    openNode(*node);
     while (!open.empty()) {
-        OpenNode &current = open.back();
-        if (current.m_iNext == current.m_lItems.size()) {
+        if (open.back().empty()) {
             GoToXmlParent();
             open.pop_back();
             continue;
         }
-        values::TreeItem *item = current.m_lItems[current.m_iNext++];
+        values::TreeItem *item = open.back().back();
+        open.back().pop_back();
         auto *valueItem = dynamic_cast<values::ValueItem *>(item);
         auto *inner = valueItem == nullptr ? dynamic_cast<values::Node *>(item) : nullptr;
         values::ValueBase *value = valueItem == nullptr ? nullptr : valueItem->FindValue(QString());
         if (value != nullptr) {
             CreateXmlElement(value->GetName(), value->GetText(), false);
         } else if (inner != nullptr) {
-            CreateXmlElement(inner->GetItemName(), QString(), true);
-            open.push_back({ inner->GetTreeItems() });
+            openNode(*inner);
         }
     }
     return true;

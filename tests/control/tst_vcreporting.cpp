@@ -135,22 +135,24 @@ private Q_SLOTS:
         for (const char *path : { "Station/A", "Station/Deep/B", "Station/C" }) {
             tree.SetText(QLatin1String(path), QStringLiteral("one"));
         }
-        const ControlRun run;
+        const ControlRun run(QStringLiteral("<t A/><e L type=xs:integer min=0/>"));
         const auto control = run.MakeControl();
         const TraceCapture log;
         control->AddReportData(nullptr);
         control->AddReportData(tree.AddNode(QStringLiteral("Station")));
         control->AddExplicitReportData(QStringLiteral("Ä"), 2.5, 2, QStringLiteral("note"), 1, QStringLiteral("µV"));
-        control->AddExplicitReportData(QStringLiteral("Ä"), 5000000000L, 2, QString(), 1, QString());
+        control->AddExplicitReportData(QStringLiteral("L"), 5000000000L, 2, QString(), 1, QString());
         QCOMPARE(TraceCapture::Lines(),
                  Texts({ "VCReporting::AddReportData(A, Station/A, , , 0, )",
                          "VCReporting::AddReportData(B, Station/Deep/B, , , 0, )",
                          "VCReporting::AddReportData(C, Station/C, , , 0, )",
                          "VCReporting::AddExplicitReportData(Ä, 2.50, note, 1, µV)",
-                         "VCReporting::AddExplicitReportData(Ä, 5000000000, , 1, )" }));
+                         "VCReporting::AddExplicitReportData(L, 5000000000, , 1, )" }));
         tree.SetText(QStringLiteral("Station/A"), QStringLiteral("four"));
         QVERIFY(control->SlotToReport());
         QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>four</A></R>"));
+        QVERIFY(TraceCapture::Lines().contains(
+            QStringLiteral("/R/L: the value \"5000000000\" was not written: it needs more than 32 bits.")));
     }
 };
 
