@@ -13,17 +13,21 @@
 #include <QPointer>
 #include <QScreen>
 
+#include <initializer_list>
 #include <memory>
 #include <utility>
 #include <vector>
 
 namespace {
 
-/// The first element called `name`, else the first called `otherName`.
-QDomElement FindElement(const QDomDocument &document, const QString &name, const QString &otherName = QString())
+/// The first element that bears one of the names, the first name that there is.
+QDomElement FindElement(const QDomDocument &document, std::initializer_list<QString> names)
 {
-    const QDomNodeList elements = document.elementsByTagName(name);
-    return (elements.isEmpty() ? document.elementsByTagName(otherName) : elements).at(0).toElement();
+    QDomElement element;
+    for (auto name = names.begin(); element.isNull() && name != names.end(); ++name) {
+        element = document.elementsByTagName(*name).at(0).toElement();
+    }
+    return element;
 }
 
 QString TextOrDashes(const QDomElement &element, const QString &suffix = QString())
@@ -206,10 +210,10 @@ int CommentDialogImpl::AskForComment()
 
 void CommentDialogImpl::ShowValues()
 {
-    const QDomElement frequency = FindElement(*m_pDocument, QStringLiteral("Frequency"));
-    const QDomElement bandwidth = FindElement(*m_pDocument, QStringLiteral("Bandwidth"));
-    const QDomElement level = FindElement(*m_pDocument, QStringLiteral("Level"), QStringLiteral("Signal_Level"));
-    const QDomElement azimuth = FindElement(*m_pDocument, QStringLiteral("Azimuth"), QStringLiteral("DFAzimuth"));
+    const QDomElement frequency = FindElement(*m_pDocument, { QStringLiteral("Frequency") });
+    const QDomElement bandwidth = FindElement(*m_pDocument, { QStringLiteral("Bandwidth") });
+    const QDomElement level = FindElement(*m_pDocument, { QStringLiteral("Level"), QStringLiteral("Signal_Level") });
+    const QDomElement azimuth = FindElement(*m_pDocument, { QStringLiteral("Azimuth"), QStringLiteral("DFAzimuth") });
     m_pFrequencyLabel->setText(TextOrDashes(frequency, UnitSuffix(frequency)));
     m_pBandwidthLabel->setText(TextOrDashes(bandwidth, UnitSuffix(bandwidth)));
     m_pLevelLabel->setText(TextOrDashes(level));
