@@ -2,9 +2,6 @@
 
 #include "control/reportdata.h"
 
-#include <algorithm>
-#include <initializer_list>
-
 namespace {
 
 bool IsWhole(int type)
@@ -36,28 +33,27 @@ SourceValue::SourceValue(const QVariant &value, ReportData &item, bool isAttribu
     : m_oValue(value)
 {
     const int type = value.userType();
-    const auto take = [this](std::initializer_list<Form> forms) { std::copy(forms.begin(), forms.end(), m_aForms); };
-    if (type == QMetaType::Double || type == QMetaType::Float || IsWhole(type)) {
+    const bool isWhole = IsWhole(type);
+    if (isWhole || type == QMetaType::Double || type == QMetaType::Float) {
         m_dNumber = item.Scaled(value.toDouble());
         // A whole number keeps all of its digits as a text, where a double loses some. A "long" takes both, but holds a
         // text against its bounds in valid output alone.
-        if (IsWhole(type) && item.GetExponent() == 0) {
-            take({ Form::Integer, isValidOutput ? Form::Text : Form::Number,
-                   isValidOutput ? Form::Number : Form::Text });
+        m_bNumberText = !isWhole || item.GetExponent() != 0;
+        if (m_bNumberText) {
+            m_aForms = { Form::Number, Form::Integer, Form::Text };
+        } else if (isValidOutput) {
+            m_aForms = { Form::Integer, Form::Text, Form::Number };
         } else {
-            m_bNumberText = true;
-            take({ Form::Number, Form::Integer, Form::Text });
+            m_aForms = { Form::Integer, Form::Number, Form::Text };
         }
-        return;
-    }
-    if (type == QMetaType::Bool && !isAttribute) {
-        take({ Form::Bool });
+    } else if (type == QMetaType::Bool && !isAttribute) {
+        m_aForms = { Form::Bool };
     } else if (type == QMetaType::QDateTime) {
-        take({ Form::DateTime, Form::Text });
+        m_aForms = { Form::DateTime, Form::Text };
     } else if (type == QMetaType::QTime && !isAttribute) {
-        take({ Form::Time, Form::Text });
+        m_aForms = { Form::Time, Form::Text };
     } else {
-        take({ Form::Text, Form::TextAsDate });
+        m_aForms = { Form::Text, Form::TextAsDate };
     }
 }
 

@@ -7,6 +7,7 @@
 #include <QTime>
 #include <QVariant>
 
+#include <array>
 #include <optional>
 
 class ReportData;
@@ -28,17 +29,16 @@ public:
     void SetNext(Set set);
 
 private:
-    enum class Form { Bool, Integer, Number, DateTime, Time, Text, TextAsDate, None };
+    enum class Form { None, Bool, Integer, Number, DateTime, Time, Text, TextAsDate };
 
-    Form TakeForm() { return m_iNext < kMaxForms ? m_aForms[m_iNext++] : Form::None; }
+    Form TakeForm() { return m_iNext < m_aForms.size() ? m_aForms[m_iNext++] : Form::None; }
     QString GetText() const;
 
-    static constexpr int kMaxForms = 3;
     QVariant m_oValue;
     bool m_bNumberText = false; // the text is the number's, not the value's own
     double m_dNumber = 0.0;
-    Form m_aForms[kMaxForms] = { Form::None, Form::None, Form::None };
-    int m_iNext = 0;
+    std::array<Form, 3> m_aForms {}; // in the order in which they are tried; None behind the last one
+    std::size_t m_iNext = 0;
 };
 
 template <typename Set>

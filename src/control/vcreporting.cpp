@@ -218,7 +218,7 @@ bool VCReporting::RunReport()
     m_pReport = report;
     bool isSuccessful = false;
     try {
-        isSuccessful = CreateReport(reportPath);
+        isSuccessful = CreateReport(*report, reportPath);
     } catch (...) {
         ReportOutcome outcome = report->GetOutcome();
         outcome.SetSaveResult(QStringLiteral("An exception has ended the report."));
@@ -239,7 +239,7 @@ bool VCReporting::RunReport()
     return isSuccessful;
 }
 
-bool VCReporting::CreateReport(const QString &reportPath)
+bool VCReporting::CreateReport(XmlCreateReport &report, const QString &reportPath)
 {
     const QPointer<VCReporting> guard(this);
     const auto letGo = qScopeGuard([&guard] {
@@ -247,11 +247,10 @@ bool VCReporting::CreateReport(const QString &reportPath)
             guard->EndSources();
         }
     });
-    const std::shared_ptr<XmlCreateReport> report = m_pReport;
-    report->SetValidOutput(m_bValidOutput);
-    report->SetKeepUnsavedDialog(m_bKeepUnsavedDialog);
-    report->SetCollectOutcome(isSignalConnected(QMetaMethod::fromSignal(&VCReporting::ReportFinished)));
-    return report->CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
+    report.SetValidOutput(m_bValidOutput);
+    report.SetKeepUnsavedDialog(m_bKeepUnsavedDialog);
+    report.SetCollectOutcome(isSignalConnected(QMetaMethod::fromSignal(&VCReporting::ReportFinished)));
+    return report.CreateXmlFromSchema(m_sSchemaPath, reportPath, m_bShowCommentDialog);
 }
 
 void VCReporting::SlotCheckFileAndDirectory()

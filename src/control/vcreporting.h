@@ -165,7 +165,7 @@ private:
     void SetButtonEnabled(bool enable);
     QString MakeReportPath() const;
     bool RunReport();
-    bool CreateReport(const QString &reportPath);
+    bool CreateReport(XmlCreateReport &report, const QString &reportPath);
 
     // The list.
     std::unique_ptr<ReportData> CreateReportData(QString name, int maxOccurs, QString auxText, int exponent,

@@ -11,6 +11,7 @@
 #include <QScopeGuard>
 
 #include <optional>
+#include <type_traits>
 
 // How an element that a report announces gets its values from the list. A setter of the builder that refuses a value
 // calls XmlUpdate() again before it returns; the nested call learns from the members which value is on its way. Reading
@@ -50,6 +51,14 @@ QString ReadText(ReportData &item)
         item.GetDataValue(text);
     }
     return text;
+}
+
+void TraceTooLong(const XmlCreateReport &report, long value)
+{
+    trace::Write(Unit(), __LINE__, [&] {
+        return QStringLiteral("%1: the value \"%2\" was not written: it needs more than 32 bits.")
+            .arg(report.GetPlace().GetText(), QString::number(value));
+    });
 }
 
 } // namespace
@@ -189,10 +198,7 @@ void VCReporting::SetExplicitValue(const std::shared_ptr<ReportData> &item, cons
     } else if (const auto integer = facets::ToInteger(static_cast<double>(explicitData.m_lValue))) {
         Write(*integer);
     } else {
-        trace::Write(Unit(), __LINE__, [&] {
-            return QStringLiteral("%1: the value \"%2\" was not written: it needs more than 32 bits.")
-                .arg(m_pReport->GetPlace().GetText(), QString::number(explicitData.m_lValue));
-        });
+        TraceTooLong(*m_pReport, explicitData.m_lValue);
     }
     PutAtRest();
     m_bValueWritten = true;

@@ -63,13 +63,6 @@ private:
     QString m_sText;
 };
 
-/// A path without its last part.
-QString ParentPath(const QString &path)
-{
-    const int slash = path.lastIndexOf(QLatin1Char('/'));
-    return slash < 0 ? QString() : path.left(slash);
-}
-
 bool IsPath(const QString &path)
 {
     return !path.split(QLatin1Char('/')).contains(QString());
@@ -154,48 +147,38 @@ TreeItem *MemoryTree::FindItem(QString path)
     return place == m_hPlaces.end() ? nullptr : place->second;
 }
 
-MemoryTree::MemoryNode *MemoryTree::MakeNode(const QString &path)
+/// The place at a path. A missing one is made by `make`, of its name, and the nodes above it as well. Null if the path
+/// crosses a value or has an empty part.
+template <typename Make>
+TreeItem *MemoryTree::MakePlace(const QString &path, Make make)
 {
-    if (path.isEmpty()) {
-        return m_pTop.get();
+    if (TreeItem *place = FindItem(path)) {
+        return place;
     }
-    if (!IsPath(path)) {
+    const QLatin1Char slash('/');
+    MemoryNode *parent = IsPath(path) ? MakeNode(path.section(slash, 0, -2)) : nullptr;
+    if (parent == nullptr) {
         return nullptr;
     }
-    MemoryNode *node = m_pTop.get();
-    QString walked;
-    for (const QString &part : path.split(QLatin1Char('/'))) {
-        walked += walked.isEmpty() ? part : QLatin1Char('/') + part;
-        TreeItem *&place = m_hPlaces[walked];
-        if (place == nullptr) {
-            auto child = std::make_unique<MemoryNode>(part);
-            place = child.get();
-            node->Append(std::move(child));
-        }
-        node = dynamic_cast<MemoryNode *>(place);
-        if (node == nullptr) {
-            return nullptr;
-        }
-    }
-    return node;
+    std::unique_ptr<TreeItem> child = make(path.section(slash, -1));
+    TreeItem *place = child.get();
+    m_hPlaces[path] = place;
+    parent->Append(std::move(child));
+    return place;
+}
+
+MemoryTree::MemoryNode *MemoryTree::MakeNode(const QString &path)
+{
+    const auto make = [](const QString &name) { return std::make_unique<MemoryNode>(name); };
+    return path.isEmpty() ? m_pTop.get() : dynamic_cast<MemoryNode *>(MakePlace(path, make));
 }
 
 template <typename Value, typename... Content>
 bool MemoryTree::Set(const QString &path, const Content &...content)
 {
-    if (!IsPath(path)) {
-        return false;
-    }
-    if (m_hPlaces.count(path) == 0) {
-        MemoryNode *parent = MakeNode(ParentPath(path));
-        if (parent == nullptr) {
-            return false;
-        }
-        const QString name = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-        auto item = std::make_unique<MemoryItem>(std::make_unique<Value>(name, path));
-        m_hPlaces[path] = item.get();
-        parent->Append(std::move(item));
-    }
+    MakePlace(path, [&path](const QString &name) {
+        return std::make_unique<MemoryItem>(std::make_unique<Value>(name, path));
+    });
     auto *value = dynamic_cast<Value *>(FindValue(path));
     if (value == nullptr) {
         return false;

@@ -136,6 +136,8 @@ private:
     class TAGWRIGHT_HOST_NO_EXPORT MemoryNode;
     class TAGWRIGHT_HOST_NO_EXPORT MemoryItem;
 
+    template <typename Make>
+    TreeItem *MakePlace(const QString &path, Make make);
     MemoryNode *MakeNode(const QString &path);
     template <typename Value, typename... Content>
     bool Set(const QString &path, const Content &...content);
