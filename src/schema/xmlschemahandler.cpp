@@ -8,6 +8,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <utility>
 
 using schematags::UnitName;
@@ -99,9 +100,9 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
         return true;
     }
     if (qName == QLatin1String("xs:complexType")) {
-        EndType(kind);
+        EndType(kind != OpenTags::Kind::UnmovedType);
     } else if (qName == QLatin1String("xs:simpleType")) {
-        m_iTypeDepth -= m_iTypeDepth > 0 ? 1 : 0;
+        EndType(false);
     } else if (qName == QLatin1String("xs:element")) {
         m_bInGlobal = m_bInGlobal && m_iTypeDepth > 0;
     } else if (qName == QLatin1String("xs:attribute")) {
@@ -118,14 +119,13 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
     return true;
 }
 
-void XmlSchemaHandler::EndType(OpenTags::Kind kind)
+void XmlSchemaHandler::EndType(bool movesUp)
 {
-    if (m_iTypeDepth == 0) {
-        return;
-    }
-    --m_iTypeDepth;
-    if (m_iTypeDepth > 0 && kind != OpenTags::Kind::UnmovedType) {
-        MoveUp();
+    const bool isInner = m_iTypeDepth > 1;
+    m_iTypeDepth = std::max(m_iTypeDepth - 1, 0);
+    const bool hasElement = movesUp && isInner && m_pCurrentElement != nullptr;
+    if (hasElement && m_pCurrentElement->parentNode().isElement()) {
+        m_pCurrentElement = m_pRun->Keep(m_pCurrentElement->parentNode().toElement());
     }
 }
 
@@ -137,14 +137,6 @@ void XmlSchemaHandler::MoveDown()
         return;
     }
     m_pCurrentElement = m_pRun->Keep(last);
-}
-
-void XmlSchemaHandler::MoveUp()
-{
-    const QDomNode parent = m_pCurrentElement == nullptr ? QDomNode() : m_pCurrentElement->parentNode();
-    if (parent.isElement()) {
-        m_pCurrentElement = m_pRun->Keep(parent.toElement());
-    }
 }
 
 void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
@@ -299,15 +291,15 @@ TypeEntry *XmlSchemaHandler::FileEntry(const QString &name, TypeEntry entry)
     return &place->second;
 }
 
-// The declaration of that name, marked as used, if all that it refers to is there.
-TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
+// The content of the declaration of that name, which is marked as used, if all that it refers to is there.
+const QDomDocumentFragment *XmlSchemaHandler::UseComplete(const QString &name)
 {
     const auto found = m_TypeMap.find(name);
     if (found == m_TypeMap.end() || found->second.m_iOpenRefs != 0 || found->second.m_pFragment == nullptr) {
         return nullptr;
     }
     found->second.m_bUsed = true;
-    return &found->second;
+    return found->second.m_pFragment;
 }
 
 QString XmlSchemaHandler::WhereText() const

@@ -76,9 +76,8 @@ private:
     // xmlschemahandler.cpp: dispatch, types and global declarations, includes, the root.
     static TagReader ReaderOf(const QString &tag);
     void ReadTypeStart(const QXmlAttributes &atts);
-    void EndType(OpenTags::Kind kind);
+    void EndType(bool movesUp);
     void MoveDown();
-    void MoveUp();
     void StartDeclaration(const QString &name, bool isType);
     void OpenFragment(QDomDocumentFragment *fragment, bool hasPlaceholders);
     void ReadGlobal(const QXmlAttributes &atts);
@@ -88,7 +87,7 @@ private:
     void BuildTemplate();
     bool IsReading() const;
     TypeEntry *FileEntry(const QString &name, TypeEntry entry);
-    TypeEntry *UseComplete(const QString &name);
+    const QDomDocumentFragment *UseComplete(const QString &name);
     QString WhereText() const;
     void TracePassedOver() const;
 
