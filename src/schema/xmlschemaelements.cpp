@@ -142,11 +142,6 @@ void XmlSchemaHandler::WaitForCopies(const LocalDeclaration &local)
         RaiseOpenRefs();
         AddMissingElement(local.m_sName, count, { AppendPlace(), nullptr, m_sGlobalName });
     }
-    MakeModel(local);
-}
-
-void XmlSchemaHandler::MakeModel(const LocalDeclaration &local)
-{
     QDomDocumentFragment *fragment = m_pRun->NewFragment(*m_pDocument);
     m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
     m_pRun->m_oMaker.Append(*fragment, *m_pLocalElement);

@@ -28,8 +28,7 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
     , m_ChoiceMap(std::move(choices))
     , m_pDocument(std::make_unique<QDomDocument>())
     , m_sSchemaPath(schemaPath)
-    , m_pOwnRun(std::make_unique<SchemaRun>(schemaPath))
-    , m_pRun(m_pOwnRun.get())
+    , m_pRun(std::make_shared<SchemaRun>(schemaPath))
 {
 }
 
@@ -218,7 +217,6 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     // The tables are moved there and back: copies would cost more with each include.
     XmlSchemaHandler nested(m_pCallback, m_sSchemaPath, std::move(m_MissingMap), std::move(m_OccursMap),
                             std::move(m_TypeMap), std::move(m_ChoiceMap));
-    nested.m_pOwnRun.reset();
     nested.m_pRun = m_pRun;
     dom::GuardedReader reader;
     reader.setContentHandler(&nested);
@@ -242,8 +240,7 @@ bool XmlSchemaHandler::endDocument()
     // 2. Choose the root: the last unused declaration by name.
     ChooseRoot();
     // 3. Build the template; that of an include is never read.
-    const bool isInclude = m_pOwnRun == nullptr;
-    if (!isInclude) {
+    if (m_pRun->m_oFiles.IsAtTop()) {
         BuildTemplate();
     }
     return true;
@@ -282,13 +279,12 @@ bool XmlSchemaHandler::IsReading() const
 
 TypeEntry *XmlSchemaHandler::FileEntry(const QString &name, TypeEntry entry)
 {
-    const auto [place, isNew] = m_TypeMap.try_emplace(name);
-    const QDomDocumentFragment *earlier = place->second.m_pFragment;
-    if (!isNew && earlier != nullptr && earlier->ownerDocument() != *m_pDocument) {
+    TypeEntry &place = m_TypeMap[name];
+    if (place.m_pFragment != nullptr && place.m_pFragment->ownerDocument() != *m_pDocument) {
         m_pRun->m_lReplaced.insert(name);
     }
-    place->second = entry;
-    return &place->second;
+    place = entry;
+    return &place;
 }
 
 // The content of the declaration of that name, which is marked as used, if all that it refers to is there.

@@ -101,7 +101,6 @@ private:
     bool ApplyType(const QString &type, QDomElement target);
     void WaitForType(const LocalDeclaration &local);
     void WaitForCopies(const LocalDeclaration &local);
-    void MakeModel(const LocalDeclaration &local);
     void WaitForReference(const LocalDeclaration &local);
     QDomElement *AppendPlace();
     void RaiseOpenRefs();
@@ -147,9 +146,8 @@ private:
     QString m_sGlobalName;
     QString m_sSchemaPath;
 
-    // Null in the handler of an include, which shares the run of the handler that has reached the include.
-    std::unique_ptr<SchemaRun> m_pOwnRun;
-    SchemaRun *m_pRun = nullptr;
+    // The handler of an include shares the run of the handler that has reached the include.
+    std::shared_ptr<SchemaRun> m_pRun;
     QXmlLocator *m_pLocator = nullptr;
 
     OpenTags m_oOpenTags;
