@@ -2,8 +2,6 @@
 
 #include "workload.h"
 
-#include "dom/utf8stream.h"
-
 #include <QDomDocument>
 #include <QFile>
 #include <QTextStream>
@@ -62,7 +60,6 @@ void Save(const QDomDocument &document, const QString &path)
         qFatal("can't write %s", qPrintable(path));
     }
     QTextStream stream(&file);
-    dom::SetUtf8(stream);
     document.save(stream, 4);
 }
 

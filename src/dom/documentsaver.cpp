@@ -2,15 +2,13 @@
 
 #include "dom/documentwriter.h"
 #include "dom/nodewalk.h"
-#include "dom/utf8stream.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
 
-#ifdef Q_OS_UNIX
-#include <sys/stat.h>
-#endif
+#include <filesystem>
+#include <system_error>
 
 namespace dom {
 
@@ -25,8 +23,7 @@ QByteArray QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
-    SetUtf8(stream);
-    document.save(stream, kIndent, QDomNode::EncodingFromDocument);
+    document.save(stream, kIndent, QDomNode::EncodingFromDocument); // without one in UTF-8
     stream.flush();
     return bytes;
 }
@@ -34,13 +31,8 @@ QByteArray QtBytes(const QDomDocument &document)
 /// True for a named pipe, which may block whoever opens it.
 bool IsFifo(const QString &path)
 {
-#ifdef Q_OS_UNIX
-    struct stat status = {};
-    return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISFIFO(status.st_mode);
-#else
-    Q_UNUSED(path)
-    return false;
-#endif
+    std::error_code unknown;
+    return std::filesystem::is_fifo(QFile::encodeName(path).toStdString(), unknown);
 }
 
 /// Empty, or why the file could not be written.

@@ -4,14 +4,15 @@
 
 #include <QDomNamedNodeMap>
 
-#include <algorithm>
+#include <map>
+#include <utility>
 
 namespace dom {
 
 namespace {
 
-constexpr int kIndentation = 4;
-constexpr int kPiece = 1 << 15;
+constexpr std::size_t kIndentation = 4;
+constexpr std::size_t kPiece = 1 << 15;
 
 /// The root's schema attributes come last, in the order in which the driver sets them.
 int SchemaAttributeRank(const QString &name)
@@ -61,7 +62,6 @@ bool DocumentWriter::Write(const QDomDocument &document)
     if (!document.doctype().name().isEmpty() || DeclaresOtherEncoding(document.firstChild())) {
         return false;
     }
-    m_sText.reserve(2 * kPiece);
     NodeWalk walk(document);
     // A receiver can hang nodes below a text, which Qt takes and never writes.
     for (walk.Next(); !walk.AtEnd(); walk.Next(!walk.Node().isElement())) {
@@ -71,102 +71,84 @@ bool DocumentWriter::Write(const QDomDocument &document)
         }
     }
     CloseDownTo(0);
-    m_sText += QLatin1String(m_eNext == Next::Line ? "\n" : "");
+    m_sText += m_eNext == Next::Line ? u"\n" : u"";
     Flush();
     return true;
-}
-
-void DocumentWriter::Flush()
-{
-    const QByteArray bytes = m_sText.toUtf8();
-    m_sBytes.append(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-    m_sText.resize(0);
 }
 
 bool DocumentWriter::WriteNode(const QDomNode &node)
 {
     switch (node.nodeType()) {
     case QDomNode::ElementNode:
-        return OpenElement(node.toElement());
+        return WriteElement(node.toElement());
     case QDomNode::TextNode:
         Append(node.nodeValue(), Escape::Text);
-        End("", Next::Text);
+        m_eNext = Next::Text;
         return true;
     case QDomNode::CDATASectionNode:
-        m_sText += QLatin1String("<![CDATA[");
-        Append(node.nodeValue(), Escape::None);
-        End("]]>", Next::Text);
+        Put(u"<![CDATA[", node.nodeValue(), u"]]>", Next::Text);
         return true;
     case QDomNode::CommentNode:
         BeginLine();
-        m_sText += QLatin1String("<!--");
-        Append(node.nodeValue(), Escape::None);
         // A hyphen at its end would make "--->".
-        End(node.nodeValue().endsWith(QLatin1Char('-')) ? " -->" : "-->", Next::Line);
+        Put(u"<!--", node.nodeValue(), node.nodeValue().endsWith(QLatin1Char('-')) ? u" -->" : u"-->");
         return true;
     case QDomNode::ProcessingInstructionNode:
-        m_sText += QLatin1String(m_eNext == Next::Line ? "\n<?" : "<?");
-        Append(node.nodeName() + QLatin1Char(' ') + node.nodeValue(), Escape::None);
-        End("?>\n", Next::Any);
+        m_sText += m_eNext == Next::Line ? u"\n" : u"";
+        Put(u"<?", node.nodeName() + QLatin1Char(' ') + node.nodeValue(), u"?>\n", Next::Any);
         return true;
     default:
         return false;
     }
 }
 
-bool DocumentWriter::OpenElement(const QDomElement &element)
+bool DocumentWriter::WriteElement(const QDomElement &element)
 {
-    if (!IsPlain(element)) {
-        return false;
-    }
-    BeginLine();
-    m_sText += QLatin1Char('<');
     const QString name = element.nodeName();
+    BeginLine();
+    m_sText += u'<';
     Append(name, Escape::None);
-    if (element.hasAttributes() && !WriteAttributes(element)) {
+    if (!IsPlain(element) || (element.hasAttributes() && !WriteAttributes(element))) {
         return false;
     }
     if (element.hasChildNodes()) {
         m_lOpen.push_back(name);
+    } else {
+        m_sText += u'/';
     }
-    End(element.hasChildNodes() ? ">" : "/>", Next::Line);
+    m_sText += u'>';
+    m_eNext = Next::Line;
     return true;
-}
-
-void DocumentWriter::CloseDownTo(int depth)
-{
-    while (m_lOpen.size() > static_cast<std::size_t>(depth)) {
-        const QString name = m_lOpen.back();
-        m_lOpen.pop_back();
-        BeginLine();
-        m_sText += QLatin1String("</");
-        Append(name, Escape::None);
-        End(">", Next::Line);
-    }
 }
 
 bool DocumentWriter::WriteAttributes(const QDomElement &element)
 {
-    const bool isRoot = m_lOpen.empty();
     const QDomNamedNodeMap map = element.attributes();
-    m_lAttributes.clear();
+    std::map<std::pair<int, QString>, QString> sorted;
     for (int i = 0; i < map.count(); ++i) {
         const QDomNode attribute = map.item(i);
         if (!IsPlain(attribute)) {
             return false;
         }
         const QString name = attribute.nodeName();
-        m_lAttributes.emplace_back(isRoot ? SchemaAttributeRank(name) : 0, name, attribute.nodeValue());
+        sorted[{ m_lOpen.empty() ? SchemaAttributeRank(name) : 0, name }] = attribute.nodeValue();
     }
-    std::sort(m_lAttributes.begin(), m_lAttributes.end());
-    for (const auto &[rank, name, value] : m_lAttributes) {
-        m_sText += QLatin1Char(' ');
-        Append(name, Escape::None);
-        m_sText += QLatin1String("=\"");
+    for (const auto &[place, value] : sorted) {
+        Put(u" ", place.second, u"=\"");
         Append(value, Escape::Attribute);
-        m_sText += QLatin1Char('"');
+        m_sText += u'"';
     }
     return true;
+}
+
+void DocumentWriter::CloseDownTo(int depth)
+{
+    while (m_lOpen.size() > static_cast<std::size_t>(depth)) {
+        const QString name = std::move(m_lOpen.back());
+        m_lOpen.pop_back();
+        BeginLine();
+        Put(u"</", name, u">");
+    }
 }
 
 void DocumentWriter::BeginLine()
@@ -175,62 +157,64 @@ void DocumentWriter::BeginLine()
         Flush();
     }
     if (m_eNext == Next::Line) {
-        m_sText += QLatin1Char('\n');
+        m_sText += u'\n';
     }
-    if (m_eNext != Next::Text) {
-        m_sText.resize(m_sText.size() + kIndentation * static_cast<int>(m_lOpen.size()), QLatin1Char(' '));
-    }
+    m_sText.append(m_eNext == Next::Text ? 0 : kIndentation * m_lOpen.size(), u' ');
 }
 
-void DocumentWriter::End(const char *mark, Next next)
+void DocumentWriter::Put(const char16_t *before, const QString &text, const char16_t *after, Next next)
 {
-    m_sText += QLatin1String(mark);
+    m_sText += before;
+    Append(text, Escape::None);
+    m_sText += after;
     m_eNext = next;
 }
 
 void DocumentWriter::Append(const QString &text, Escape escape)
 {
-    const QChar *const begin = text.constData();
+    const auto *const units = reinterpret_cast<const char16_t *>(text.constData());
     int done = 0;
     for (int at = 0; at < text.size(); ++at) {
-        if (IsOrdinary(begin[at].unicode())) {
-            continue;
-        }
-        const QString escaped = Escaped(text, at, escape);
-        if (!escaped.isEmpty()) {
-            m_sText.append(begin + done, at - done);
-            m_sText += escaped;
+        const char16_t *escaped = IsOrdinary(units[at]) ? nullptr : Escaped(text, at, escape);
+        if (escaped != nullptr) {
+            m_sText.append(units + done, at - done).append(escaped);
             done = at + 1;
         }
     }
-    m_sText.append(begin + done, text.size() - done);
+    m_sText.append(units + done, text.size() - done);
 }
 
-/// Empty where the character stays.
-QString DocumentWriter::Escaped(const QString &text, int at, Escape escape)
+void DocumentWriter::Flush()
+{
+    m_sBytes += QStringView(m_sText).toUtf8().toStdString();
+    m_sText.clear();
+}
+
+/// Null where the character stays.
+const char16_t *DocumentWriter::Escaped(const QString &text, int at, Escape escape)
 {
     if (IsNoXmlCharacter(text, at)) {
         m_bReplaced = true;
-        return QString(QChar(QChar::ReplacementCharacter));
+        return u"\uFFFD";
     }
     const bool isAttribute = escape == Escape::Attribute;
     switch (escape == Escape::None ? 0 : text.at(at).unicode()) {
     case '<':
-        return QStringLiteral("&lt;");
+        return u"&lt;";
     case '&':
-        return QStringLiteral("&amp;");
+        return u"&amp;";
     case '>':
-        return at >= 2 && QStringView(text).mid(at - 2, 2) == QLatin1String("]]") ? QStringLiteral("&gt;") : QString();
+        return QStringView(text).left(at).endsWith(QLatin1String("]]")) ? u"&gt;" : nullptr;
     case '\r':
-        return QStringLiteral("&#xd;");
+        return u"&#xd;";
     case '"':
-        return isAttribute ? QStringLiteral("&quot;") : QString();
+        return isAttribute ? u"&quot;" : nullptr;
     case '\n':
-        return isAttribute ? QStringLiteral("&#xa;") : QString();
+        return isAttribute ? u"&#xa;" : nullptr;
     case '\t':
-        return isAttribute ? QStringLiteral("&#x9;") : QString();
+        return isAttribute ? u"&#x9;" : nullptr;
     default:
-        return QString();
+        return nullptr;
     }
 }
 

@@ -5,7 +5,6 @@
 #include <QString>
 
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace dom {
@@ -33,26 +32,24 @@ private:
     enum class Next { Text, Line, Any };
     enum class Escape { None, Text, Attribute };
 
-    void Flush();
     bool WriteNode(const QDomNode &node);
-    bool OpenElement(const QDomElement &element);
-    void CloseDownTo(int depth);
+    bool WriteElement(const QDomElement &element);
     bool WriteAttributes(const QDomElement &element);
+    void CloseDownTo(int depth);
     void BeginLine();
-    void End(const char *mark, Next next);
+    void Put(const char16_t *before, const QString &text, const char16_t *after, Next next = Next::Line);
     void Append(const QString &text, Escape escape);
-    QString Escaped(const QString &text, int at, Escape escape);
+    const char16_t *Escaped(const QString &text, int at, Escape escape);
+    void Flush();
 
     /// A string of Qt's would not hold more than 1 GB, which the indentation of 12,000 levels comes to.
     std::string m_sBytes;
     /// The end of the content, not yet encoded.
-    QString m_sText;
+    std::u16string m_sText;
     bool m_bReplaced = false;
     Next m_eNext = Next::Any;
     /// The names of the elements that are open.
     std::vector<QString> m_lOpen;
-    /// Rank, name and value of each attribute of the element being written.
-    std::vector<std::tuple<int, QString, QString>> m_lAttributes;
 };
 
 } // namespace dom

@@ -96,7 +96,12 @@ public:
     {
         EndMarkup();
         --m_iDepth;
-        return ComparePrefixes() && m_oReader.m_pContent->endElement(uri, local, name);
+        const qint64 prefixes = m_hPrefixes.size();
+        m_iComparisons += prefixes > limits::kFreePrefixes ? prefixes * m_iPrefixWeight : 0;
+        if (m_iComparisons > limits::kMaxPrefixComparisons) {
+            return Refuse(QStringLiteral("it has too many namespace prefixes on too many elements"));
+        }
+        return m_oReader.m_pContent->endElement(uri, local, name);
     }
     bool characters(const QString &text) override { return m_oReader.m_pContent->characters(text); }
     bool processingInstruction(const QString &target, const QString &data) override
@@ -165,19 +170,13 @@ public:
     bool m_bFillsDocument = false;
 
 private:
-    void EndMarkup();
+    /// A handler is told of some markup. Qt's reader may have taken the first character behind it already.
+    void EndMarkup() { m_bInMarkup = m_oReader.m_oTaken == QLatin1Char('<'); }
     static QString Reference(const QString &name)
     {
         return (name.startsWith(QLatin1Char('%')) ? name : QLatin1Char('&') + name) + QLatin1Char(';');
     }
     static qint64 Weight(const QString &prefix) { return 1 + prefix.size() / limits::kPrefixCharacters; }
-    bool ComparePrefixes()
-    {
-        const qint64 prefixes = m_hPrefixes.size();
-        m_iComparisons += prefixes > limits::kFreePrefixes ? prefixes * m_iPrefixWeight : 0;
-        return m_iComparisons <= limits::kMaxPrefixComparisons
-            || Refuse(QStringLiteral("it has too many namespace prefixes on too many elements"));
-    }
 
     GuardedReader &m_oReader;
     QXmlLocator *m_pLocator = nullptr;
@@ -205,62 +204,31 @@ public:
     Source(GuardedReader &reader, QIODevice *device)
         : QXmlInputSource(device)
         , m_oReader(reader)
-        , m_bHasMore(true)
     {
-        TakePiece();
     }
     Source(GuardedReader &reader, const QString &text)
         : m_oReader(reader)
     {
         setData(text);
-        TakePiece();
     }
     QChar next() override
     {
-        if (m_pAt == m_pEnd && !Fetch()) {
-            return QChar(EndOfDocument);
+        QChar &taken = m_oReader.m_oTaken;
+        taken = QXmlInputSource::next();
+        if (taken == QChar(EndOfData)) {
+            // Left to itself, Qt would fetch the next piece and call this function again for its first character.
+            fetchData();
+            taken = QXmlInputSource::next();
         }
-        const ushort character = *m_pAt++;
-        if (character <= '<') {
-            m_oReader.m_pGuard->See(character);
-            return QChar(m_oReader.m_sRefusal.isEmpty() ? character : ushort(EndOfDocument));
+        if (taken <= QLatin1Char('<')) {
+            m_oReader.m_pGuard->See(taken.unicode());
         }
-        return QChar(character == EndOfData ? ushort(EndOfDocument) : character);
+        return m_oReader.m_sRefusal.isEmpty() ? taken : QChar(EndOfDocument);
     }
-    /// The character that Qt's reader has taken last is this one.
-    bool IsAt(char character) const { return m_pAt != m_pBegin && m_pAt[-1] == character; }
 
 private:
-    bool Fetch()
-    {
-        if (m_bHasMore) {
-            fetchData();
-            TakePiece();
-        }
-        return m_pAt != m_pEnd;
-    }
-    void TakePiece()
-    {
-        m_sPiece = data();
-        m_pBegin = m_sPiece.utf16();
-        m_pAt = m_pBegin;
-        m_pEnd = m_pAt + m_sPiece.size();
-    }
-
     GuardedReader &m_oReader;
-    QString m_sPiece;
-    const ushort *m_pBegin = nullptr;
-    const ushort *m_pAt = nullptr;
-    const ushort *m_pEnd = nullptr;
-    /// A text is there whole.
-    bool m_bHasMore = false;
 };
-
-/// A handler is told of some markup. Qt's reader may have taken the first character behind it already.
-void GuardedReader::Guard::EndMarkup()
-{
-    m_bInMarkup = m_oReader.m_pSource->IsAt('<');
-}
 
 GuardedReader::GuardedReader()
     : m_pGuard(std::make_unique<Guard>(*this))
@@ -297,7 +265,6 @@ bool GuardedReader::ReadText(const QString &text, QDomDocument *document)
 
 bool GuardedReader::Read(Source &source, QDomDocument *document)
 {
-    m_pSource = &source;
     if (document == nullptr) {
         return parse(&source) && GetRefusal().isEmpty();
     }

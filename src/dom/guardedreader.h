@@ -41,7 +41,8 @@ private:
     bool Read(Source &source, QDomDocument *document);
 
     std::unique_ptr<Guard> m_pGuard;
-    Source *m_pSource = nullptr; // not owned; what is being read
+    /// The character that Qt's reader has taken last.
+    QChar m_oTaken;
     // Where calls go. Not owned, but for m_oNobody.
     QXmlDefaultHandler m_oNobody;
     QXmlContentHandler *m_pContent = &m_oNobody;

@@ -22,25 +22,25 @@ SearchRoots DocumentRoots(const QDomDocument &document)
 
 QDomNode FindFirst(const QString &name, const SearchRoots &roots)
 {
-    const QDomElement &start = roots.m_oStart;
-    if (start.tagName() == name) {
+    if (roots.m_oStart.tagName() == name) {
         return roots.m_oTop;
     }
-    NodeWalk walk(start);
-    walk.Next();
-    while (!walk.AtEnd()) {
+    NodeWalk walk(roots.m_oStart);
+    for (walk.Next(); !walk.AtEnd();) {
         const QDomNode &node = walk.Node();
         const bool isMatch = node.nodeName() == name;
+        const bool isStart = !isMatch && IsStartCalled(node, name);
         if (isMatch && node.isElement()) {
             return node;
         }
-        const bool isStart = !isMatch && IsStartCalled(node, name);
         if (isStart && roots.m_oTop.isElement()) {
             return roots.m_oTop;
         }
         if (isMatch) {
             // No element: the search of its parent ends here without a result, and goes on behind the parent.
-            walk.NextOutsideParent();
+            for (const int depth = walk.Depth(); walk.Depth() == depth;) {
+                walk.Next(true);
+            }
         } else {
             walk.Next(isStart || !node.isElement());
         }
@@ -50,22 +50,16 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
 
 void FindAll(const QString &name, const SearchRoots &roots, std::list<QDomNode> &result)
 {
-    const auto appendTop = [&] {
-        if (!roots.m_oTop.isNull()) {
-            result.push_back(roots.m_oTop);
-        }
-    };
-    if (roots.m_oStart.tagName() == name) {
-        appendTop();
+    const QDomNode &top = roots.m_oTop;
+    if (roots.m_oStart.tagName() == name && !top.isNull()) {
+        result.push_back(top);
     }
     NodeWalk walk(roots.m_oStart);
     for (walk.Next(); !walk.AtEnd();) {
         const QDomNode &node = walk.Node();
         const bool isMatch = node.nodeName() == name;
-        if (isMatch) {
-            result.push_back(node);
-        } else if (IsStartCalled(node, name)) {
-            appendTop();
+        if (isMatch || (IsStartCalled(node, name) && !top.isNull())) {
+            result.push_back(isMatch ? node : top);
         }
         // What lies in a reference to an entity isn't searched.
         walk.Next(isMatch || !node.isElement());

@@ -34,13 +34,6 @@ public:
 
     /// To the first child, unless what is below the node is to be passed over; else to the next node outside it.
     void Next(bool passOver = false);
-    /// To the next node that is not below this one's parent.
-    void NextOutsideParent()
-    {
-        m_oNode = m_oNode.parentNode();
-        --m_iDepth;
-        Next(true);
-    }
 
 private:
     QDomNode m_oNode;

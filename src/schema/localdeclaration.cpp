@@ -3,19 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-namespace {
-
-// The key of an optional element holds its upper limit in hundreds: by that it is told from a plain limit.
-constexpr int kOptionalFactor = 100;
-
-int InHundreds(int limit)
-{
-    constexpr int kGreatest = std::numeric_limits<int>::max() / kOptionalFactor;
-    return std::clamp(limit, -kGreatest, kGreatest) * kOptionalFactor;
-}
-
-} // namespace
-
 LocalDeclaration::LocalDeclaration(const QXmlAttributes &atts)
 {
     for (int i = 0; i < atts.count(); ++i) {
@@ -49,5 +36,8 @@ int LocalDeclaration::OccursKey() const
     if (m_iMinOccurs != 0) {
         return m_iMaxOccurs;
     }
-    return m_iMaxOccurs == kNotGiven ? 0 : InHundreds(m_iMaxOccurs);
+    // The key of an optional element holds its upper limit in hundreds: by that it is told from a plain limit.
+    constexpr int kOptionalFactor = 100;
+    constexpr int kGreatest = std::numeric_limits<int>::max() / kOptionalFactor;
+    return m_iMaxOccurs == kNotGiven ? 0 : std::clamp(m_iMaxOccurs, -kGreatest, kGreatest) * kOptionalFactor;
 }

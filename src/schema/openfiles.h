@@ -20,6 +20,8 @@ public:
     [[nodiscard]] QString Enter(const QString &path, std::size_t openTags);
     void Leave() { m_lFiles.pop_back(); }
 
+    /// No include is open.
+    bool IsAtTop() const { return m_lFiles.size() == 1; }
     /// The file that is being read.
     QString GetCurrent() const { return m_lFiles.back().m_sPath; }
 

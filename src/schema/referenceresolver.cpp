@@ -58,12 +58,12 @@ bool ReferenceResolver::Resolve(bool reopen)
 {
     // 1. Sweep until no declaration becomes complete any more.
     DropReplaced();
-    CollectKeys(reopen);
+    CollectComplete(reopen);
     RunSweeps();
     if (m_oRun.m_oMaker.IsExceeded()) {
         return false;
     }
-    if (m_pUndeclared != nullptr) {
+    if (!m_sUndeclared.isEmpty()) {
         TraceUndeclared();
         return false;
     }
@@ -83,25 +83,27 @@ bool ReferenceResolver::Resolve(bool reopen)
     return open.isEmpty() && !m_oRun.m_oMaker.IsExceeded();
 }
 
-void ReferenceResolver::CollectKeys(bool reopen)
+// Null for a name that is declared nowhere, and for the empty one, which nothing can declare.
+TypeEntry *ReferenceResolver::DeclarationOf(const QString &name) const
 {
-    for (auto &[name, counts] : m_MissingMap) {
-        const auto entry = m_TypeMap.find(name);
-        const bool isDeclared = entry != m_TypeMap.end();
-        if (reopen && isDeclared && !name.isEmpty() && entry->second.m_iOpenRefs == -1) {
-            entry->second.m_iOpenRefs = 0;
-        }
-        if (name.isEmpty() || m_pUndeclared != nullptr) {
+    const auto entry = m_TypeMap.find(name);
+    return name.isEmpty() || entry == m_TypeMap.end() ? nullptr : &entry->second;
+}
+
+void ReferenceResolver::CollectComplete(bool reopen)
+{
+    for (const auto &[name, counts] : m_MissingMap) {
+        TypeEntry *entry = DeclarationOf(name);
+        if (entry == nullptr) {
+            m_sUndeclared = m_sUndeclared.isEmpty() ? name : m_sUndeclared;
             continue;
         }
-        if (!isDeclared) {
-            m_pUndeclared = &name;
-            continue;
+        if (reopen && entry->m_iOpenRefs == -1) {
+            entry->m_iOpenRefs = 0;
         }
-        if (entry->second.m_iOpenRefs == 0) {
-            m_lComplete.insert(m_lComplete.end(), m_lKeys.size());
+        if (entry->m_iOpenRefs == 0 && m_sUndeclared.isEmpty()) {
+            m_lComplete.insert(m_lComplete.end(), name);
         }
-        m_lKeys.push_back({ &name, &counts, &entry->second });
     }
 }
 
@@ -111,11 +113,11 @@ void ReferenceResolver::RunSweeps()
     // The sweep that meets a name without declaration is the last.
     auto next = m_lComplete.begin();
     while (next != m_lComplete.end() && !m_oRun.m_oMaker.IsExceeded()) {
-        const std::size_t place = *next;
+        const QString name = *next;
         m_lComplete.erase(next);
-        Process(m_lKeys[place]);
-        next = m_lComplete.upper_bound(place);
-        if (next == m_lComplete.end() && m_pUndeclared == nullptr) {
+        Process(name);
+        next = m_lComplete.upper_bound(name);
+        if (next == m_lComplete.end() && m_sUndeclared.isEmpty()) {
             next = m_lComplete.begin();
         }
     }
@@ -123,38 +125,34 @@ void ReferenceResolver::RunSweeps()
 
 bool ReferenceResolver::ReopenWaiting()
 {
-    for (std::size_t place = 0; place < m_lKeys.size(); ++place) {
-        const Key &key = m_lKeys[place];
-        if (key.m_pEntry->m_iOpenRefs == -1 && HasWaiting(*key.m_pCounts)) {
-            key.m_pEntry->m_iOpenRefs = 0;
-            m_lComplete.insert(place);
+    for (const auto &[name, counts] : m_MissingMap) {
+        TypeEntry *entry = DeclarationOf(name);
+        if (entry != nullptr && entry->m_iOpenRefs == -1 && HasWaiting(counts)) {
+            entry->m_iOpenRefs = 0;
+            m_lComplete.insert(name);
         }
     }
     return !m_lComplete.empty();
 }
 
-void ReferenceResolver::Process(const Key &key)
+void ReferenceResolver::Process(const QString &name)
 {
-    key.m_pEntry->m_iOpenRefs = -1;
-    m_pSource = key.m_pEntry->m_pFragment;
-    for (auto &[count, records] : *key.m_pCounts) {
+    TypeEntry &entry = m_TypeMap[name];
+    entry.m_iOpenRefs = -1;
+    m_pSource = entry.m_pFragment;
+    for (auto &[count, records] : m_MissingMap[name]) {
         for (MissingElement &record : records) {
-            ApplyOnce(record, count, *key.m_pEntry);
+            // A count below 0 asks for no application at all.
+            if (!record.m_bApplied && count >= 0) {
+                entry.m_bUsed = true;
+                Apply(record, std::max(count, 1));
+            }
+            record.m_bApplied = true;
         }
     }
     if (m_oRun.m_oMaker.IsExceeded()) {
-        m_oRun.TraceLimit(QStringLiteral("\"%1\" in %2").arg(*key.m_pName, m_oRun.m_oFiles.GetCurrent()));
+        m_oRun.TraceLimit(QStringLiteral("\"%1\" in %2").arg(name, m_oRun.m_oFiles.GetCurrent()));
     }
-}
-
-void ReferenceResolver::ApplyOnce(MissingElement &record, int count, TypeEntry &entry)
-{
-    // A count below 0 asks for no application at all.
-    if (!record.m_bApplied && count >= 0) {
-        entry.m_bUsed = true;
-        Apply(record, std::max(count, 1));
-    }
-    record.m_bApplied = true;
 }
 
 void ReferenceResolver::Apply(const MissingElement &record, int times)
@@ -216,19 +214,20 @@ void ReferenceResolver::Lower(const QString &owner, int times)
         return;
     }
     entry->second.m_iOpenRefs = std::max(0, entry->second.m_iOpenRefs - times);
-    const auto key = std::lower_bound(m_lKeys.begin(), m_lKeys.end(), owner,
-                                      [](const Key &other, const QString &name) { return *other.m_pName < name; });
-    if (entry->second.m_iOpenRefs == 0 && key != m_lKeys.end() && *key->m_pName == owner) {
-        m_lComplete.insert(static_cast<std::size_t>(key - m_lKeys.begin()));
+    // A sweep doesn't come to a name behind one without declaration.
+    const bool isSwept = DeclarationOf(owner) != nullptr && (m_sUndeclared.isEmpty() || owner < m_sUndeclared);
+    if (entry->second.m_iOpenRefs == 0 && isSwept && m_MissingMap.count(owner) > 0) {
+        m_lComplete.insert(owner);
     }
 }
 
 QStringList ReferenceResolver::OpenNames() const
 {
     QStringList names;
-    for (const Key &key : m_lKeys) {
-        if (key.m_pEntry->m_iOpenRefs > 0) {
-            names << *key.m_pName;
+    for (const auto &[name, counts] : m_MissingMap) {
+        const TypeEntry *entry = DeclarationOf(name);
+        if (entry != nullptr && entry->m_iOpenRefs > 0) {
+            names << name;
         }
     }
     return names;
@@ -239,6 +238,6 @@ void ReferenceResolver::TraceUndeclared() const
     trace::Write(UnitName(), __LINE__,
                  [] { return QStringLiteral("Missing Element was not found! XmlSchemaHandler terminates..."); });
     trace::Write(UnitName(), __LINE__, [this] {
-        return QStringLiteral("The schema refers to \"%1\", which is declared nowhere.").arg(*m_pUndeclared);
+        return QStringLiteral("The schema refers to \"%1\", which is declared nowhere.").arg(m_sUndeclared);
     });
 }

@@ -5,7 +5,6 @@
 #include <QStringList>
 
 #include <set>
-#include <vector>
 
 class SchemaRun;
 
@@ -23,22 +22,14 @@ public:
     [[nodiscard]] bool Resolve(bool reopen);
 
 private:
-    // A name that something waits for and that is declared.
-    struct Key
-    {
-        const QString *m_pName = nullptr;
-        std::map<int, std::list<MissingElement>> *m_pCounts = nullptr;
-        TypeEntry *m_pEntry = nullptr;
-    };
-
     void DropReplaced();
     void DropReplacedOf(MissingMap::mapped_type &counts);
     bool IsReplaced(const MissingElement &record) const;
-    void CollectKeys(bool reopen);
+    TypeEntry *DeclarationOf(const QString &name) const;
+    void CollectComplete(bool reopen);
     void RunSweeps();
     bool ReopenWaiting();
-    void Process(const Key &key);
-    void ApplyOnce(MissingElement &record, int count, TypeEntry &entry);
+    void Process(const QString &name);
     void Apply(const MissingElement &record, int times);
     void ApplyContent(const MissingElement &record, int times);
     void InsertContent(const MissingElement &record, int times);
@@ -50,11 +41,10 @@ private:
     TypeMap &m_TypeMap;
     SchemaRun &m_oRun;
 
-    // In the order of the names, up to the first name that is declared nowhere.
-    std::vector<Key> m_lKeys;
-    const QString *m_pUndeclared = nullptr;
-    // The places of those keys that are to be applied.
-    std::set<std::size_t> m_lComplete;
+    // The first name that is declared nowhere; empty if there is none.
+    QString m_sUndeclared;
+    // The names that something waits for and whose declarations are to be applied.
+    std::set<QString> m_lComplete;
     // The declaration that is being applied.
     QDomDocumentFragment *m_pSource = nullptr;
 };

@@ -8,9 +8,9 @@
 #include <memory>
 #include <set>
 
-/// Shared by the handlers of a run: the top one, which owns it, and those of its includes. It owns the documents,
-/// fragments and handles on elements that the tables of the run borrow; these stay valid, and at their addresses, until
-/// the run ends.
+/// Shared by the handlers of a run: the top one, which outlives the others, and those of its includes. It owns the
+/// documents, fragments and handles on elements that the tables of the run borrow; these stay valid, and at their
+/// addresses, until the run ends.
 class SchemaRun
 {
 public:

@@ -26,12 +26,6 @@ int CountOf(const QDomNode &node)
     return node.attributes().count() - Declarations::CountMarks(node);
 }
 
-// Of a schema attribute's facets only bounds and enumerations can be checked, so only these travel.
-bool IsChecked(const QString &facet)
-{
-    return facet.contains(QLatin1String("enumeration")) || facet.contains(QLatin1String("clusive"));
-}
-
 } // namespace
 
 QDomElement TemplateMaker::NewPlaceholder(QDomDocument &document)
@@ -64,7 +58,7 @@ void TemplateMaker::SetAttribute(QDomElement target, const QString &name, const 
     // The marks are counted only where that may matter.
     if (target.attributes().count() >= limits::kMaxElementAttributes && CountOf(target) >= limits::kMaxElementAttributes
         && !target.hasAttribute(name)) {
-        Refuse(QStringLiteral("an element holds at most %1 attributes").arg(limits::kMaxElementAttributes));
+        m_sReason = QStringLiteral("an element holds at most %1 attributes").arg(limits::kMaxElementAttributes);
     } else if (CountAttributes(1)) {
         target.setAttribute(name, value);
     }
@@ -94,7 +88,8 @@ void TemplateMaker::SetSchemaAttribute(const QDomDocumentFragment &source, const
     const QString name = carrier.tagName();
     SetAttribute(target, name, carrier.attribute(QStringLiteral("type")));
     for (const auto &[facet, value] : dom::ListAttributes(carrier)) {
-        if (IsChecked(facet)) {
+        // Other facets than bounds and enumerations can't be checked.
+        if (facet.contains(QLatin1String("enumeration")) || facet.contains(QLatin1String("clusive"))) {
             SetAttribute(target, facet + name, value);
         }
     }
@@ -123,9 +118,9 @@ bool TemplateMaker::Count(int level, int attributes)
         return false;
     }
     if (level > limits::kMaxTemplateDepth) {
-        Refuse(QStringLiteral("a template nests at most %1 elements").arg(limits::kMaxTemplateDepth));
+        m_sReason = QStringLiteral("a template nests at most %1 elements").arg(limits::kMaxTemplateDepth);
     } else if (m_iElements >= limits::kMaxRunElements) {
-        Refuse(QStringLiteral("all declarations hold at most %1 elements").arg(limits::kMaxRunElements));
+        m_sReason = QStringLiteral("all declarations hold at most %1 elements").arg(limits::kMaxRunElements);
     } else if (CountAttributes(attributes)) {
         ++m_iElements;
     }
@@ -135,7 +130,7 @@ bool TemplateMaker::Count(int level, int attributes)
 bool TemplateMaker::CountAttributes(int attributes)
 {
     if (m_iAttributes > limits::kMaxRunAttributes - attributes) {
-        Refuse(QStringLiteral("all declarations hold at most %1 attributes").arg(limits::kMaxRunAttributes));
+        m_sReason = QStringLiteral("all declarations hold at most %1 attributes").arg(limits::kMaxRunAttributes);
         return false;
     }
     m_iAttributes += attributes;

@@ -47,7 +47,6 @@ private:
     bool Count(int level, int attributes);
     bool CountAttributes(int attributes);
     void CloneBelow(QDomNode parent, const QDomNode &node, int level);
-    void Refuse(const QString &reason) { m_sReason = reason; }
 
     int m_iElements = 0;
     int m_iAttributes = 0;

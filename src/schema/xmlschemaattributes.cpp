@@ -22,9 +22,9 @@ void XmlSchemaHandler::ReadAttribute(const QXmlAttributes &atts)
     if (!local.m_sName.isEmpty()) {
         m_pRun->m_oMaker.SetAttribute(target, local.m_sName, local.m_sType);
         m_pRun->m_pDeclarations->MarkAttribute(target, note);
-    } else if (const TypeEntry *entry = UseComplete(local.m_sRef)) {
-        m_pRun->m_oMaker.SetSchemaAttribute(*entry->m_pFragment, target);
-        m_pRun->m_pDeclarations->MarkReference(*entry->m_pFragment, target, note);
+    } else if (const QDomDocumentFragment *source = UseComplete(local.m_sRef)) {
+        m_pRun->m_oMaker.SetSchemaAttribute(*source, target);
+        m_pRun->m_pDeclarations->MarkReference(*source, target, note);
     } else {
         WaitForAttributes(local.m_sRef, target, false);
         m_pMissingElement->m_iNote = note;
@@ -77,8 +77,8 @@ void XmlSchemaHandler::ReadExtension(const QXmlAttributes &atts)
     }
     if (HasPrefix(base)) {
         m_pRun->m_oMaker.SetAttribute(target, QLatin1String("type"), WithoutPrefix(base));
-    } else if (const TypeEntry *entry = UseComplete(base)) {
-        m_pRun->m_oMaker.CopyAttributes(*entry->m_pFragment, target, TemplateMaker::Existing::Replace);
+    } else if (const QDomDocumentFragment *source = UseComplete(base)) {
+        m_pRun->m_oMaker.CopyAttributes(*source, target, TemplateMaker::Existing::Replace);
     } else {
         WaitForAttributes(base, target, true);
     }

@@ -67,14 +67,14 @@ void XmlSchemaHandler::MakeCopies(const LocalDeclaration &local)
 
 void XmlSchemaHandler::MakeReferences(const LocalDeclaration &local)
 {
-    const TypeEntry *entry = UseComplete(local.m_sRef);
-    if (entry == nullptr) {
+    const QDomDocumentFragment *source = UseComplete(local.m_sRef);
+    if (source == nullptr) {
         WaitForReference(local);
         return;
     }
     // A declaration that refers to itself grows with each copy.
     for (int copy = 0; copy < local.Copies(); ++copy) {
-        const QDomDocumentFragment clone = m_pRun->m_oMaker.CloneContent(*entry->m_pFragment, ContentParent());
+        const QDomDocumentFragment clone = m_pRun->m_oMaker.CloneContent(*source, ContentParent());
         if (!clone.hasChildNodes()) {
             // An empty declaration never reaches a limit: don't loop over its copies.
             return;
@@ -104,21 +104,20 @@ bool XmlSchemaHandler::ApplyType(const QString &type, QDomElement target)
         maker.SetAttribute(target, QLatin1String("type"), WithoutPrefix(type));
         return true;
     }
-    const TypeEntry *entry = UseComplete(type);
-    if (entry == nullptr) {
+    const QDomDocumentFragment *source = UseComplete(type);
+    if (source == nullptr) {
         return false;
     }
-    const QDomDocumentFragment &source = *entry->m_pFragment;
     // The content is cloned before anything is changed: the element may stand in the very fragment. Most types are
     // simple ones, with nothing behind the carrier.
     QDomDocumentFragment clone;
-    const bool hasCarrier = TemplateMaker::HasCarrier(source);
-    const bool isCarrierAlone = hasCarrier && source.firstChild() == source.lastChild();
-    if (TemplateMaker::HasContent(source) && !isCarrierAlone) {
-        clone = maker.CloneContent(source, target);
+    const bool hasCarrier = TemplateMaker::HasCarrier(*source);
+    const bool isCarrierAlone = hasCarrier && source->firstChild() == source->lastChild();
+    if (TemplateMaker::HasContent(*source) && !isCarrierAlone) {
+        clone = maker.CloneContent(*source, target);
     }
     if (hasCarrier) {
-        maker.CopyAttributes(source, target, TemplateMaker::Existing::Replace);
+        maker.CopyAttributes(*source, target, TemplateMaker::Existing::Replace);
     }
     target.appendChild(clone);
     return true;
@@ -143,11 +142,6 @@ void XmlSchemaHandler::WaitForCopies(const LocalDeclaration &local)
         RaiseOpenRefs();
         AddMissingElement(local.m_sName, count, { AppendPlace(), nullptr, m_sGlobalName });
     }
-    MakeModel(local);
-}
-
-void XmlSchemaHandler::MakeModel(const LocalDeclaration &local)
-{
     QDomDocumentFragment *fragment = m_pRun->NewFragment(*m_pDocument);
     m_pLocalElement = m_pRun->Keep(m_pDocument->createElement(local.m_sName));
     m_pRun->m_oMaker.Append(*fragment, *m_pLocalElement);

@@ -8,6 +8,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <utility>
 
 using schematags::UnitName;
@@ -27,8 +28,7 @@ XmlSchemaHandler::XmlSchemaHandler(ITagwright *pCallback, QString schemaPath, Mi
     , m_ChoiceMap(std::move(choices))
     , m_pDocument(std::make_unique<QDomDocument>())
     , m_sSchemaPath(schemaPath)
-    , m_pOwnRun(std::make_unique<SchemaRun>(schemaPath))
-    , m_pRun(m_pOwnRun.get())
+    , m_pRun(std::make_shared<SchemaRun>(schemaPath))
 {
 }
 
@@ -99,9 +99,9 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
         return true;
     }
     if (qName == QLatin1String("xs:complexType")) {
-        EndType(kind);
+        EndType(kind != OpenTags::Kind::UnmovedType);
     } else if (qName == QLatin1String("xs:simpleType")) {
-        m_iTypeDepth -= m_iTypeDepth > 0 ? 1 : 0;
+        EndType(false);
     } else if (qName == QLatin1String("xs:element")) {
         m_bInGlobal = m_bInGlobal && m_iTypeDepth > 0;
     } else if (qName == QLatin1String("xs:attribute")) {
@@ -118,14 +118,13 @@ bool XmlSchemaHandler::endElement(const QString &, const QString &, const QStrin
     return true;
 }
 
-void XmlSchemaHandler::EndType(OpenTags::Kind kind)
+void XmlSchemaHandler::EndType(bool movesUp)
 {
-    if (m_iTypeDepth == 0) {
-        return;
-    }
-    --m_iTypeDepth;
-    if (m_iTypeDepth > 0 && kind != OpenTags::Kind::UnmovedType) {
-        MoveUp();
+    const bool isInner = m_iTypeDepth > 1;
+    m_iTypeDepth = std::max(m_iTypeDepth - 1, 0);
+    const bool hasElement = movesUp && isInner && m_pCurrentElement != nullptr;
+    if (hasElement && m_pCurrentElement->parentNode().isElement()) {
+        m_pCurrentElement = m_pRun->Keep(m_pCurrentElement->parentNode().toElement());
     }
 }
 
@@ -137,14 +136,6 @@ void XmlSchemaHandler::MoveDown()
         return;
     }
     m_pCurrentElement = m_pRun->Keep(last);
-}
-
-void XmlSchemaHandler::MoveUp()
-{
-    const QDomNode parent = m_pCurrentElement == nullptr ? QDomNode() : m_pCurrentElement->parentNode();
-    if (parent.isElement()) {
-        m_pCurrentElement = m_pRun->Keep(parent.toElement());
-    }
 }
 
 void XmlSchemaHandler::ReadTypeStart(const QXmlAttributes &atts)
@@ -226,7 +217,6 @@ void XmlSchemaHandler::RunInclude(const QString &path)
     // The tables are moved there and back: copies would cost more with each include.
     XmlSchemaHandler nested(m_pCallback, m_sSchemaPath, std::move(m_MissingMap), std::move(m_OccursMap),
                             std::move(m_TypeMap), std::move(m_ChoiceMap));
-    nested.m_pOwnRun.reset();
     nested.m_pRun = m_pRun;
     dom::GuardedReader reader;
     reader.setContentHandler(&nested);
@@ -250,8 +240,7 @@ bool XmlSchemaHandler::endDocument()
     // 2. Choose the root: the last unused declaration by name.
     ChooseRoot();
     // 3. Build the template; that of an include is never read.
-    const bool isInclude = m_pOwnRun == nullptr;
-    if (!isInclude) {
+    if (m_pRun->m_oFiles.IsAtTop()) {
         BuildTemplate();
     }
     return true;
@@ -290,24 +279,23 @@ bool XmlSchemaHandler::IsReading() const
 
 TypeEntry *XmlSchemaHandler::FileEntry(const QString &name, TypeEntry entry)
 {
-    const auto [place, isNew] = m_TypeMap.try_emplace(name);
-    const QDomDocumentFragment *earlier = place->second.m_pFragment;
-    if (!isNew && earlier != nullptr && earlier->ownerDocument() != *m_pDocument) {
+    TypeEntry &place = m_TypeMap[name];
+    if (place.m_pFragment != nullptr && place.m_pFragment->ownerDocument() != *m_pDocument) {
         m_pRun->m_lReplaced.insert(name);
     }
-    place->second = entry;
-    return &place->second;
+    place = entry;
+    return &place;
 }
 
-// The declaration of that name, marked as used, if all that it refers to is there.
-TypeEntry *XmlSchemaHandler::UseComplete(const QString &name)
+// The content of the declaration of that name, which is marked as used, if all that it refers to is there.
+const QDomDocumentFragment *XmlSchemaHandler::UseComplete(const QString &name)
 {
     const auto found = m_TypeMap.find(name);
     if (found == m_TypeMap.end() || found->second.m_iOpenRefs != 0 || found->second.m_pFragment == nullptr) {
         return nullptr;
     }
     found->second.m_bUsed = true;
-    return &found->second;
+    return found->second.m_pFragment;
 }
 
 QString XmlSchemaHandler::WhereText() const

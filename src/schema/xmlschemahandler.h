@@ -76,9 +76,8 @@ private:
     // xmlschemahandler.cpp: dispatch, types and global declarations, includes, the root.
     static TagReader ReaderOf(const QString &tag);
     void ReadTypeStart(const QXmlAttributes &atts);
-    void EndType(OpenTags::Kind kind);
+    void EndType(bool movesUp);
     void MoveDown();
-    void MoveUp();
     void StartDeclaration(const QString &name, bool isType);
     void OpenFragment(QDomDocumentFragment *fragment, bool hasPlaceholders);
     void ReadGlobal(const QXmlAttributes &atts);
@@ -88,7 +87,7 @@ private:
     void BuildTemplate();
     bool IsReading() const;
     TypeEntry *FileEntry(const QString &name, TypeEntry entry);
-    TypeEntry *UseComplete(const QString &name);
+    const QDomDocumentFragment *UseComplete(const QString &name);
     QString WhereText() const;
     void TracePassedOver() const;
 
@@ -102,7 +101,6 @@ private:
     bool ApplyType(const QString &type, QDomElement target);
     void WaitForType(const LocalDeclaration &local);
     void WaitForCopies(const LocalDeclaration &local);
-    void MakeModel(const LocalDeclaration &local);
     void WaitForReference(const LocalDeclaration &local);
     QDomElement *AppendPlace();
     void RaiseOpenRefs();
@@ -148,9 +146,8 @@ private:
     QString m_sGlobalName;
     QString m_sSchemaPath;
 
-    // Null in the handler of an include, which shares the run of the handler that has reached the include.
-    std::unique_ptr<SchemaRun> m_pOwnRun;
-    SchemaRun *m_pRun = nullptr;
+    // The handler of an include shares the run of the handler that has reached the include.
+    std::shared_ptr<SchemaRun> m_pRun;
     QXmlLocator *m_pLocator = nullptr;
 
     OpenTags m_oOpenTags;

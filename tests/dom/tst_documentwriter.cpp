@@ -6,7 +6,6 @@
 #include "dom/documentsaver.h"
 #include "dom/documentwriter.h"
 #include "dom/guardedreader.h"
-#include "dom/utf8stream.h"
 
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -66,7 +65,6 @@ QByteArray QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes);
-    dom::SetUtf8(stream);
     document.save(stream, 4);
     stream.flush();
     return bytes;
