@@ -17,14 +17,10 @@ constexpr const char *kFormRows[][4] = {
       "Frequency:|7 u|Level:|7|Bandwidth:|7|Time:|2024/05/06 07:08:09|Azimuth:|7 °|Comment:|Save|No Comment|"
       "To Report (Shift+F10)",
       "Warning|You have enterd a comment. Would you like to save it?" },
-    { "second names, german", "de_AT Signal_Level=7 DFAzimuth=7 Bandwidth:7",
-      "Frequenz:|---|Pegel:|7|Bandbreite:|7 u|Zeit:|2024/05/06 07:08:09|Azimut:|7 °|&Kommentar:|&Speichern|"
+    { "second names, behind the first, german", "de_AT Signal_Level=7 Level=8 DFAzimuth=7 Bandwidth:7",
+      "Frequenz:|---|Pegel:|8|Bandbreite:|7 u|Zeit:|2024/05/06 07:08:09|Azimut:|7 °|&Kommentar:|&Speichern|"
       "&Ohne Kommentar|Bericht erstellen (Umschalt+F10)",
       "Warnung|Sie haben einen Kommentar eingegeben. Möchten Sie ihn speichern?" },
-    { "the first name counts, french", "fr Signal_Level=7 Level=8",
-      "Fréquence :|---|Niveau :|8|Largeur de bande :|---|Heure :|2024/05/06 07:08:09|Azimut :|---|&Commentaire :|"
-      "&Enregistrer|&Sans commentaire|Créer un rapport (Maj+F10)",
-      "Avertissement|Vous avez saisi un commentaire. Voulez-vous l’enregistrer ?" },
     { "english, without its misspelling", "en_GB Level=8",
       "Frequency:|---|Level:|8|Bandwidth:|---|Time:|2024/05/06 07:08:09|Azimuth:|---|&Comment:|&Save|&No Comment|"
       "To Report (Shift+F10)",

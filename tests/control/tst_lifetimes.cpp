@@ -266,11 +266,12 @@ private Q_SLOTS:
 
     void ValueThrows()
     {
-        const Desk desk;
+        Desk desk;
         OneValueTree tree;
         AddValue(*desk.m_pControl);
         tree.m_fnRead = [] { throw std::runtime_error("no value"); };
         QVERIFY_EXCEPTION_THROWN(desk.m_pControl->SlotToReport(), std::runtime_error);
+        QCOMPARE(desk.Heard(), QStringLiteral("prepare not saved"));
         tree.m_fnRead = [] {};
         QVERIFY(desk.m_pControl->SlotToReport());
         QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A>own</A></R>"));
