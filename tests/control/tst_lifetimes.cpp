@@ -104,37 +104,43 @@ class TestLifetimes : public QObject
 {
     Q_OBJECT
 
+    /// Has a control end in a slot, at once or in an event loop of the slot's own; the signal is of the control, of its
+    /// button, which has the focus, or of the application.
+    static void EndIn(const char *signal, bool isInALoop, void (*act)(Desk &))
+    {
+        Desk desk;
+        QApplication::setActiveWindow(&desk.m_oToolBar);
+        desk.m_pButton->setFocus();
+        const Call call([&] { desk.m_pControl.reset(); }, isInALoop);
+        for (QObject *sender : QObjectList { desk.m_pControl.get(), desk.m_pButton, qApp }) {
+            if (sender->metaObject()->indexOfSignal(QMetaObject::normalizedSignature(signal + 1)) >= 0) {
+                connect(sender, signal, &call, SLOT(Run()));
+            }
+        }
+        act(desk);
+        QVERIFY2(desk.m_pControl == nullptr && IsEnded(desk.m_pButton.data()), signal);
+    }
+
 private Q_SLOTS:
     void EndsInASlot()
     {
-        const auto end = [](const char *signal, bool isInALoop, void (*act)(Desk &)) {
-            Desk desk;
-            QApplication::setActiveWindow(&desk.m_oToolBar);
-            desk.m_pButton->setFocus();
-            const Call call([&] { desk.m_pControl.reset(); }, isInALoop);
-            const bool isControls = desk.m_pControl->metaObject()->indexOfSignal(signal + 1) >= 0;
-            connect(isControls ? static_cast<QObject *>(desk.m_pControl.get()) : desk.m_pButton.data(), signal, &call,
-                    SLOT(Run()));
-            act(desk);
-            QVERIFY2(desk.m_pControl == nullptr && IsEnded(desk.m_pButton.data()), signal);
-        };
         for (const char *signal : { SIGNAL(PrepareToReport()), SIGNAL(ReportSuccessful()), SIGNAL(pressed()),
                                     SIGNAL(released()), SIGNAL(clicked()) }) {
             for (const bool isInALoop : { false, true }) {
-                end(signal, isInALoop, [](Desk &desk) { desk.Press(); });
-                end(signal, isInALoop, [](Desk &desk) { QTest::keyClick(desk.m_pButton, Qt::Key_Space); });
+                EndIn(signal, isInALoop, [](Desk &desk) { desk.Press(); });
+                EndIn(signal, isInALoop, [](Desk &desk) { QTest::keyClick(desk.m_pButton, Qt::Key_Space); });
             }
         }
         // A key that is held while the button loses the focus, or is disabled; a shortcut.
-        end(SIGNAL(released()), false, [](Desk &desk) {
+        EndIn(SIGNAL(released()), false, [](Desk &desk) {
             QTest::keyPress(desk.m_pButton, Qt::Key_Space);
             desk.m_pButton->clearFocus();
         });
-        end(SIGNAL(released()), false, [](Desk &desk) {
+        EndIn(SIGNAL(released()), false, [](Desk &desk) {
             QTest::keyPress(desk.m_pButton, Qt::Key_Space);
             desk.m_pButton->setEnabled(false);
         });
-        end(SIGNAL(pressed()), false, [](Desk &desk) {
+        EndIn(SIGNAL(pressed()), false, [](Desk &desk) {
             desk.m_pButton->setShortcut(Qt::Key_F9);
             QTest::keyClick(&desk.m_oToolBar, Qt::Key_F9);
         });
@@ -142,24 +148,16 @@ private Q_SLOTS:
 
     void EndsInThePoll()
     {
-        for (const int way : { 0, 1, 2, 3 }) {
-            Desk desk;
-            QApplication::setActiveWindow(&desk.m_oToolBar);
-            desk.m_pButton->setFocus();
-            const Call end([&] { desk.m_pControl.reset(); }, false);
-            if (way > 1) {
-                connect(qApp, &QApplication::focusChanged, &end, &Call::Run);
-                QFile::remove(desk.SchemaPath());
-            } else {
-                connect(desk.m_pControl.get(), &VCReporting::ReportDirAndSchemaAvailable, &end, &Call::Run);
-            }
-            if (way == 0) {
-                desk.Poll();
-            } else {
-                desk.m_pControl->EnableReportButton(way != 2);
-            }
-            QVERIFY(desk.m_pControl == nullptr && IsEnded(desk.m_pButton.data()));
-        }
+        const char *told = SIGNAL(ReportDirAndSchemaAvailable(bool));
+        EndIn(told, false, [](Desk &desk) { desk.Poll(); });
+        EndIn(told, false, [](Desk &desk) { desk.m_pControl->EnableReportButton(true); });
+        // Disabled by the host, or for want of the schema, the button loses the focus.
+        const char *moved = SIGNAL(focusChanged(QWidget *, QWidget *));
+        EndIn(moved, false, [](Desk &desk) { desk.m_pControl->EnableReportButton(false); });
+        EndIn(moved, false, [](Desk &desk) {
+            QFile::remove(desk.SchemaPath());
+            desk.m_pControl->EnableReportButton(true);
+        });
     }
 
     void EndsWhileADialogShows()

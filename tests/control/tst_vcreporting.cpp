@@ -34,10 +34,6 @@ private Q_SLOTS:
         QCOMPARE(desk.Reports().join(QLatin1Char(' ')),
                  QStringLiteral("2024-05-06_07-08-09-0.xml 2024-05-06_07-08-09-001.xml"));
         QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A>µ</A></R>"));
-        WriteFile(desk.SchemaPath(), "garbage");
-        desk.Press();
-        QCOMPARE(State(desk), QStringLiteral("prepare bad saved unread on"));
-        QVERIFY(desk.LatestReport().isEmpty());
     }
 
     void PollFollowsFileDirectoryAndHost()

@@ -129,8 +129,8 @@ private Q_SLOTS:
 
     void goesOnWithGivenTables()
     {
-        SchemaReading first;
-        QVERIFY(first.Read(Expanded(QStringLiteral("<c T><e x max=2/></c>"))));
+        SchemaReading first(QStringLiteral("a.xsd"));
+        QVERIFY(first.m_oReader.ReadText(Expanded(QStringLiteral("<c T><e x max=2/></c>"))));
         MissingMap missing;
         OccursMap occurs;
         TypeMap types;

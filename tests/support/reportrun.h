@@ -57,7 +57,8 @@ private:
             return match.captured(3).isEmpty() ? m_oReport.SetXmlValue(value)
                                                : m_oReport.SetAttributeValue(match.captured(3), value);
         case 'i':
-            return m_oReport.SetXmlValue(value.toInt());
+            return match.captured(3).isEmpty() ? m_oReport.SetXmlValue(value.toInt())
+                                               : m_oReport.SetAttributeValue(match.captured(3), value.toInt());
         case 'd':
             return m_oReport.SetXmlValue(value.toDouble());
         case 'b':
