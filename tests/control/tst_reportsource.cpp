@@ -26,70 +26,62 @@ QVariant Text(const ReportPlace &place)
     throw std::runtime_error("torn");
 }
 
-/// Adds sources and containers from "name*count=value; ...". The value is one of the words below, or a text of an item
-/// behind "item"; without one it is a container. The count may be "S": the S around it, from 1. "valid" is the mode.
-class Sources
+int GetCount(const QString &word, const ReportPlace &place)
 {
-public:
-    Sources(VCReporting &control, const QString &items)
-        : m_oControl(control)
-    {
-        for (const QString &item : items.split(QStringLiteral("; "))) {
-            const QString name = item.section(QLatin1Char('='), 0, 0);
-            AddOne(name.section(QLatin1Char('*'), 0, 0), name.section(QLatin1Char('*'), 1),
-                   item.section(QLatin1Char('='), 1));
-        }
-    }
-    int m_iAsked = 0;
+    const int nested = 1 + place.GetIndex(QStringLiteral("S"));
+    return word == QLatin1String("throw") ? Throw(place) : word == QLatin1String("S") ? nested : word.toInt();
+}
 
-private:
-    void AddOne(const QString &name, const QString &count, const QString &value)
-    {
-        const ReportSource source = [this, value](const ReportPlace &place) { return GetValue(value, place); };
+QVariant GetValue(const QString &word, const ReportPlace &place)
+{
+    static const QHash<QString, QVariant> values {
+        { QStringLiteral("none"), QVariant() },
+        { QStringLiteral("list"), QVariantList() },
+        { QStringLiteral("true"), true },
+        { QStringLiteral("json"), QJsonValue(2.5) },
+        { QStringLiteral("null"), QJsonValue() },
+        { QStringLiteral("byte"), QVariant::fromValue(quint8(200)) },
+        { QStringLiteral("2500"), 2500 },
+        { QStringLiteral("-3.9"), -3.9 },
+        { QStringLiteral("1234567890123"), 1234567890123LL },
+        { QStringLiteral("2^53+1"), 9007199254740993LL },
+        { QStringLiteral("when"), QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)) },
+        { QStringLiteral("clock"), QTime(7, 8, 9) },
+    };
+    return word == QLatin1String("throw") ? Throw(place) : values.value(word, place.GetText());
+}
+
+/// Adds sources and containers from "name*count=value; ...", and counts how often they are asked. The value is a word
+/// of GetValue(), or a text of an item behind "item"; without one it is a container. The count may be "S": the S around
+/// it, from 1. "valid" is the mode.
+void AddSources(VCReporting &control, const QString &items, int &asked)
+{
+    for (const QString &item : items.split(QStringLiteral("; "))) {
+        const QString name = item.section(QRegularExpression(QStringLiteral("[*=]")), 0, 0);
+        const QString count = item.section(QLatin1Char('='), 0, 0).section(QLatin1Char('*'), 1);
+        const QString value = item.section(QLatin1Char('='), 1);
         const ReportCount counting = [count](const ReportPlace &place) {
-            const int nested = 1 + place.GetIndex(QStringLiteral("S"));
-            return count == QLatin1String("throw") ? Throw(place)
-                : count == QLatin1String("S")      ? nested
-                                                   : count.toInt();
+            return count.isEmpty() ? 1 : GetCount(count, place);
         };
-        const int exponent = value == QLatin1String("2500") ? 3 : 0;
         if (name == QLatin1String("valid")) {
-            m_oControl.SetValidOutput(true);
+            control.SetValidOutput(true);
         } else if (value.isEmpty()) {
-            m_oControl.AddReportContainer(name, counting);
+            control.AddReportContainer(name, counting);
         } else if (value == QLatin1String("item")) {
-            m_oControl.AddExplicitReportData(name, value, 1, QString(), 0, QString());
-        } else if (count.isEmpty()) {
-            m_oControl.AddReportSource(name, source, 1, QString(), exponent, QString());
+            control.AddExplicitReportData(name, value, 1, QString(), 0, QString());
         } else {
-            m_oControl.AddReportSource(name, source, counting, QString(), exponent, QString());
+            const ReportSource source = [&control, &asked, value](const ReportPlace &place) {
+                ++asked;
+                if (value == QLatin1String("clear")) {
+                    control.ClearReportData();
+                }
+                return GetValue(value, place);
+            };
+            control.AddReportSource(name, source, counting, QString(), value == QLatin1String("2500") ? 3 : 0,
+                                    QString());
         }
     }
-    QVariant GetValue(const QString &value, const ReportPlace &place)
-    {
-        static const QHash<QString, QVariant> values {
-            { QStringLiteral("none"), QVariant() },
-            { QStringLiteral("list"), QVariantList() },
-            { QStringLiteral("true"), true },
-            { QStringLiteral("json"), QJsonValue(2.5) },
-            { QStringLiteral("null"), QJsonValue() },
-            { QStringLiteral("byte"), QVariant::fromValue(quint8(200)) },
-            { QStringLiteral("2500"), 2500 },
-            { QStringLiteral("-3.9"), -3.9 },
-            { QStringLiteral("1234567890123"), 1234567890123LL },
-            { QStringLiteral("2^53+1"), 9007199254740993LL },
-            { QStringLiteral("when"), QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)) },
-            { QStringLiteral("clock"), QTime(7, 8, 9) },
-        };
-        ++m_iAsked;
-        if (value == QLatin1String("clear")) {
-            m_oControl.ClearReportData();
-        }
-        return value == QLatin1String("throw") ? Throw(place) : values.value(value, place.GetText());
-    }
-
-    VCReporting &m_oControl;
-};
+}
 
 // What a schema and sources give: how often these were asked, and the report.
 constexpr const char *kRows[][4] = {
@@ -108,9 +100,7 @@ constexpr const char *kRows[][4] = {
     { "one behind it may know more", kTexts, "A=none; A=item", "1 <R><A>item</A></R>" },
     { "so for an attribute", kSpectra, "S*1; B=place; Id=none; Id=item", "2 <R><S Id='item'><B>/R/S/B</B></S></R>" },
     { "parent and child", kPairs, "T/L=place", "1 <R><S><L type='string'/></S><T><L>/R/T/L</L></T></R>" },
-    { "nobody is asked again", kSpectra, "S*2; B=place; Id=place",
-      "4 <R><S Id='/R/S/@Id'><B>/R/S/B</B></S><S Id='/R/S[2]/@Id'><B>/R/S[2]/B</B></S></R>" },
-    { "nor where the walk goes back", kBack, "L=none; Y=place; Z=place",
+    { "nobody is asked again where the walk goes back", kBack, "L=none; Y=place; Z=place",
       "3 <R><X><L type='string'/></X><Y>/R/Y</Y><Z>/R/Z</Z></R>" },
     { "an empty container stays", kSpectra, "valid; S*2", "0 <R><S/><S/></R>" },
     { "a container that isn't there", kSpectra, "valid; S*-1; B=place", "0 <R/>" },
@@ -142,16 +132,18 @@ private Q_SLOTS:
         QFETCH(QStringList, row);
         const ControlRun run(row.at(0));
         const auto control = run.MakeControl();
-        const Sources sources(*control, row.at(1));
+        int asked = 0;
+        AddSources(*control, row.at(1), asked);
         QVERIFY(control->SlotToReport());
-        QCOMPARE(QStringLiteral("%1 %2").arg(sources.m_iAsked).arg(run.LatestReport()), row.at(2));
+        QCOMPARE(QStringLiteral("%1 %2").arg(asked).arg(run.LatestReport()), row.at(2));
     }
 
     void LeavesTheListWithItsReport()
     {
         const ControlRun run(QString::fromUtf8(kTexts));
         const auto control = run.MakeControl(true);
-        const Sources sources(*control, QStringLiteral("A*2=place; A=item"));
+        int asked = 0;
+        AddSources(*control, QStringLiteral("A*2=place; A=item"), asked);
         QVERIFY(control->SlotToReport());
         QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>/R/A</A><A>/R/A[2]</A></R>"));
         QVERIFY(control->SlotToReport());
@@ -193,14 +185,6 @@ private Q_SLOTS:
         desk.m_pControl->SetSchema(QStringLiteral("a.xml"));
         QVERIFY(!desk.m_pControl->SlotToReport());
         QCOMPARE(desk.Heard(), row.at(2));
-    }
-
-    void TellsOfAnException()
-    {
-        Desk desk;
-        desk.m_pControl->m_fnHook = [](XmlEvent *) { throw std::runtime_error("torn"); };
-        QVERIFY_EXCEPTION_THROWN(desk.m_pControl->SlotToReport(), std::runtime_error);
-        QCOMPARE(desk.Heard(), QStringLiteral("prepare not saved"));
     }
 
     void TellsTheOutcomeAtTheDialogsEnd()

@@ -31,12 +31,9 @@ private Q_SLOTS:
         desk.Press();
         QCOMPARE(State(desk), QStringLiteral("prepare good saved prepare good saved on"));
         QCOMPARE(inside, QList<bool>({ false, false, false, false }));
-        QCOMPARE(desk.Reports(), Texts({ "2024-05-06_07-08-09-0.xml", "2024-05-06_07-08-09-001.xml" }));
+        QCOMPARE(desk.Reports().join(QLatin1Char(' ')),
+                 QStringLiteral("2024-05-06_07-08-09-0.xml 2024-05-06_07-08-09-001.xml"));
         QCOMPARE(desk.LatestReport(), QStringLiteral("<R><A>µ</A></R>"));
-        WriteFile(desk.SchemaPath(), "garbage");
-        desk.Press();
-        QCOMPARE(State(desk), QStringLiteral("prepare bad saved unread on"));
-        QVERIFY(desk.LatestReport().isEmpty());
     }
 
     void PollFollowsFileDirectoryAndHost()
@@ -142,12 +139,12 @@ private Q_SLOTS:
         control->AddReportData(tree.AddNode(QStringLiteral("Station")));
         control->AddExplicitReportData(QStringLiteral("Ä"), 2.5, 2, QStringLiteral("note"), 1, QStringLiteral("µV"));
         control->AddExplicitReportData(QStringLiteral("L"), 5000000000L, 2, QString(), 1, QString());
-        QCOMPARE(TraceCapture::Lines(),
-                 Texts({ "VCReporting::AddReportData(A, Station/A, , , 0, )",
-                         "VCReporting::AddReportData(B, Station/Deep/B, , , 0, )",
-                         "VCReporting::AddReportData(C, Station/C, , , 0, )",
-                         "VCReporting::AddExplicitReportData(Ä, 2.50, note, 1, µV)",
-                         "VCReporting::AddExplicitReportData(L, 5000000000, , 1, )" }));
+        QCOMPARE(TraceCapture::Text(),
+                 QStringLiteral("VCReporting::AddReportData(A, Station/A, , , 0, )\n"
+                                "VCReporting::AddReportData(B, Station/Deep/B, , , 0, )\n"
+                                "VCReporting::AddReportData(C, Station/C, , , 0, )\n"
+                                "VCReporting::AddExplicitReportData(Ä, 2.50, note, 1, µV)\n"
+                                "VCReporting::AddExplicitReportData(L, 5000000000, , 1, )"));
         tree.SetText(QStringLiteral("Station/A"), QStringLiteral("four"));
         QVERIFY(control->SlotToReport());
         QCOMPARE(run.LatestReport(), QStringLiteral("<R><A>four</A></R>"));

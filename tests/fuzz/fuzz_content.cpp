@@ -1,12 +1,13 @@
 /// Feeds the library with any bytes, as a file: as a schema, from which a report is made, and as a reader's content,
 /// also as the document that Qt makes of it. The size chooses what a receiver does meanwhile.
 
+#include "support/files.h"
+
 #include "events/itagwright.h"
 #include "events/xmlevent.h"
 #include "report/xmlcreatereport.h"
 #include "xml/xmlreader.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 namespace {
@@ -49,13 +50,8 @@ void Run(Receiver receiver, Content content)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     static const QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("content.xsd"));
-    QFile file(path);
-    const auto bytes = static_cast<qint64>(size);
-    if (!file.open(QIODevice::WriteOnly) || file.write(reinterpret_cast<const char *>(data), bytes) != bytes) {
-        return 0;
-    }
-    file.close();
+    const QString path = WriteFile(dir.filePath(QStringLiteral("content.xsd")),
+                                   QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size)));
     Receiver receiver;
     XmlCreateReport(&receiver).CreateXmlFromSchema(path, dir.filePath(QStringLiteral("report.xml")), false);
     XMLReader reader(&receiver, nullptr);

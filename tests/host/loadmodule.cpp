@@ -5,7 +5,6 @@
 #include "report/reportoutcome.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QKeyEvent>
 #include <QTemporaryDir>
 #include <QToolButton>

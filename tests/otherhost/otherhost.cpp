@@ -4,46 +4,18 @@
 
 #include <QDateTime>
 
-namespace {
-
-template <typename Service>
-Service &TheOnly()
-{
-    static Service service;
-    return service;
-}
-
-struct Level : values::ValueBase, values::IValueNumeric
-{
-    QString GetText() override { return QStringLiteral("42.5 dB"); }
-    double GetNumber() override { return 42.5; }
-};
-
-} // namespace
-
-TranslationCenter &TranslationCenter::Instance()
-{
-    return TheOnly<TranslationCenter>();
-}
-
-ErrorHandler &ErrorHandler::Instance()
-{
-    return TheOnly<ErrorHandler>();
-}
-
-OrvoOS &OrvoOS::Create()
-{
-    return TheOnly<OrvoOS>();
-}
-
-values::Tree *values::Tree::Instance()
-{
-    return &TheOnly<Tree>();
-}
+TranslationCenter TranslationCenter::s_oOnly;
+ErrorHandler ErrorHandler::s_oOnly;
+OrvoOS OrvoOS::s_oOnly;
+values::Tree values::Tree::s_oOnly;
 
 values::ValueBase *values::Tree::FindValue(QString path)
 {
-    auto &level = TheOnly<Level>();
+    static struct : ValueBase, IValueNumeric
+    {
+        QString GetText() override { return QStringLiteral("42.5 dB"); }
+        double GetNumber() override { return 42.5; }
+    } level;
     return path == level.GetPathName() ? &level : nullptr;
 }
 

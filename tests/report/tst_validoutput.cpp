@@ -37,8 +37,6 @@ constexpr const char *kSettled[][5] = {
     { "a container whose first has no value", "<e p min=0><c><t a min=0/><t b min=0/></c></e>", "b=s:x",
       "<p><b>x</b></p>" },
     { "a container without any", "<e p min=0><c><t a/><e q><c><t b/></c></e></c></e>" },
-    { "copies", "<e p max=3><c><t a min=0/><t b min=0/></c></e>", "p:3 a[0]=s:x",
-      "<p><a>x</a></p><p><a>x</a></p><p><a>x</a></p>" },
     { "a named type", "<e p type=P max=9/><e q type=P/>^<c P><t a min=0/><t b min=0 max=3/></c>", "p:2 b=s:x b:3",
       "<p><b>x</b><b>x</b><b>x</b></p><p><b>x</b><b>x</b><b>x</b></p><q><b>x</b><b>x</b><b>x</b></q>" },
     { "a type that comes later", "<e p type=Z min=0/><e ref=g min=0/>^<e g type=Z/><c Z><t a/></c>" },
@@ -61,9 +59,7 @@ constexpr const char *kSettled[][5] = {
       "refused /R/p/@A x 15" },
     { "an attribute is a value", "<e p min=0><c><q><t a min=0/></q>" ATTRIBUTES "</c></e>", "p@C=s:x",
       "<p B='d' C='x'/>" },
-    { "none", "<e p min=0><c>" ATTRIBUTES "</c></e>" },
     { "a choice", CHOICE "<t d/>", "b=s:x d=s:x", "<b>x</b><d>x</d>" },
-    { "given up", CHOICE, "a- b=s:x c-", "<b>x</b>" },
     { "two alternatives", CHOICE, "a=s:x c=s:y", "<a>x</a>", "refused /R/c y 16" },
     { "no alternative", CHOICE, "", "", "missing /R/a" },
     { "an alternative that is to stand no times", CHOICE, "a:0 b=s:x", "<b>x</b>" },
@@ -73,13 +69,11 @@ constexpr const char *kSettled[][5] = {
       "<a>x</a><b/><c>y</c>", "missing /R/b" },
     { "a choice's member has members", "<h><e p><c><t a/><t b/></c></e><t c/></h><t a/>", "b=s:x",
       "<p><a/><b>x</b></p><a/>", "missing /R/p/a; missing /R/a" },
-    { "an inner alternative", "<h>" CHOICE "<t d/></h>", "b=s:x", "<b>x</b>" },
     { "an inner and an outer alternative", "<h>" CHOICE "<t d/></h>", "b=s:x d=s:y", "<b>x</b>", "refused /R/d y 16" },
     { "given up beside a namesake", "<h><t a/><t b/></h><t c/><t a/>", "a- b- c=s:x", "<c>x</c><a/>",
       "missing /R/b; missing /R/a[2]" },
     { "an optional member beside a mandatory one", "<h><q><t a min=0/><t b/></q><t c/></h>", "", "", "missing /R/a" },
     { "a choice within an alternative", "<h><q>" CHOICE "<t d/></q><t e/></h>", "d=s:x", "<d>x</d>", "missing /R/a" },
-    { "a sequence as alternative", "<h><q><t a/><t b/></q><t c/></h>", "b=s:x", "<a/><b>x</b>", "missing /R/a" },
     { "a choice in such a sequence", "<h max=unbounded><q><t x/><h><t a/><t b/></h></q><t c/></h>", "x=s:1 a=s:2 b=s:3",
       "<x>1</x><a>2</a>", "refused /R/b 3 16" },
     { "a fixed value", "<e v type=xs:boolean fixed=1/>", "v=b:true", "<v>1</v>" },
@@ -102,7 +96,6 @@ constexpr const char *kJudged[][2] = {
     { "integer minInclusive='-65535' maxExclusive='65535'; i:65535", "" },
     { "short; s:abc", "" },
     { "short minExclusive='10'; d:10.5", "" },
-    { "short; b:true", "" },
     { "short; d:32768", "" },
     { "short; d:-32768.9", "-32768" },
     { "long; d:-1.5e10", "-15000000000" },
@@ -116,7 +109,6 @@ constexpr const char *kJudged[][2] = {
     { "string length='2'; s:\xF0\x9D\x84\x9E!", "\xF0\x9D\x84\x9E!" },
     { "string pattern='[A-Z]{2}' pattern='\\d+'; s:12", "12" },
     { "string pattern='[A-Z]{2}'; s:ABC", "" },
-    { "string pattern='\\i\\c*'; s:1", "1" },
     { "string pattern='\\p{IsGreek}' pattern='[A-Z]'; s:1", "1" }, // the first says nothing here, so none does
     { "string pattern='[z-a]'; s:1", "1" },
     { "boolean pattern='true'; b:false", "" },
@@ -242,44 +234,31 @@ private Q_SLOTS:
         }
     }
 
+    // The file at once, a dialog that can't save, and one that goes with its builder.
     void TellsTheFateOnce()
     {
-        for (const bool isRead : { true, false }) {
-            ReportRun run;
-            QVector<ReportOutcome> fates;
-            run.m_oReport.SetFateHandler([&fates](const ReportOutcome &outcome) { fates << outcome; });
-            run.m_oReport.SetCollectOutcome(true);
-            QCOMPARE(run.m_oReport.GetOutcome().GetState(), ReportOutcome::State::Open);
-            run.Run(isRead ? RootElement(QStringLiteral("<t v/>")) : QStringLiteral("<xs:broken>"));
-            QCOMPARE(fates.size(), 1);
-            QCOMPARE(fates.first().IsSchemaRead(), isRead);
-            QCOMPARE(fates.first().GetPath(), run.ReportPath());
-            QCOMPARE(fates.first().GetState(), ReportOutcome::State::Saved);
-            QCOMPARE(fates.first().GetMissing(), isRead ? QStringList { QStringLiteral("/R/v") } : QStringList());
-        }
-    }
-
-    // A dialog that can't save, and one that ends with its builder.
-    void TellsTheFateOfADialog()
-    {
-        for (const bool isEnded : { true, false }) {
+        using State = ReportOutcome::State;
+        for (const State state : { State::Saved, State::NotSaved, State::Dropped }) {
             ReportRun run;
             QVERIFY(run.Run(RootElement(QStringLiteral("<t v/>"))));
             QVector<ReportOutcome> fates;
             auto report = std::make_unique<XmlCreateReport>(&run.m_oReceiver);
             report->SetFateHandler([&fates](const ReportOutcome &outcome) { fates << outcome; });
-            QVERIFY(
-                report->CreateXmlFromSchema(run.SchemaPath(), run.ReportPath() + QLatin1String("/no/folder"), true));
-            QVERIFY(fates.isEmpty());
-            if (isEnded) {
+            report->SetCollectOutcome(true);
+            QCOMPARE(report->GetOutcome().GetState(), State::Open);
+            const QString path = run.ReportPath() + QLatin1String(state == State::NotSaved ? "/no/folder" : "");
+            QVERIFY(report->CreateXmlFromSchema(run.SchemaPath(), path, state != State::Saved));
+            QCOMPARE(fates.size(), state == State::Saved ? 1 : 0);
+            if (state == State::NotSaved) {
                 report->GetCommentDialogs().front()->close();
                 QCOMPARE(fates.size(), 1);
             }
             report.reset();
             QCOMPARE(fates.size(), 1);
-            QCOMPARE(fates.first().GetState(),
-                     isEnded ? ReportOutcome::State::NotSaved : ReportOutcome::State::Dropped);
-            QCOMPARE(fates.first().GetSaveError().isEmpty(), !isEnded);
+            QCOMPARE(fates.first().GetState(), state);
+            QCOMPARE(fates.first().GetPath(), path);
+            QCOMPARE(fates.first().GetSaveError().isEmpty(), state != State::NotSaved);
+            QCOMPARE(fates.first().GetMissing(), QStringList(QStringLiteral("/R/v")));
         }
     }
 };

@@ -15,15 +15,6 @@
 #include <QTest>
 #include <QToolBar>
 
-inline QStringList Texts(const std::initializer_list<const char *> &texts)
-{
-    QStringList list;
-    for (const char *text : texts) {
-        list.append(QString::fromUtf8(text));
-    }
-    return list;
-}
-
 /// A clock that goes on by one millisecond at each look, so that each report gets a file of its own.
 /// One at a time.
 class StepClock : public IOrvoOS

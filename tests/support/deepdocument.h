@@ -14,14 +14,3 @@ inline QDomElement MakeChain(QDomDocument document, QDomElement innermost, int d
     }
     return innermost;
 }
-
-/// Takes a chain out of its parent and apart, from its outermost element on: Qt destroys nested nodes by recursion.
-inline void DismantleChain(QDomNode outermost)
-{
-    outermost.parentNode().removeChild(outermost);
-    while (!outermost.isNull()) {
-        const QDomNode child = outermost.firstChild();
-        outermost.removeChild(child);
-        outermost = child;
-    }
-}

@@ -26,6 +26,13 @@ struct Result
     QByteArray m_sOutput;
 };
 
+template <typename Resource>
+void SetLimit(Resource resource, rlim_t value)
+{
+    const struct rlimit both = { value, value };
+    setrlimit(resource, &both);
+}
+
 /// A small stack, little memory on top of what the test program has mapped already (not under ASan, which needs
 /// terabytes of addresses), seconds of computing time, and an end for a case that blocks.
 inline void EnterLimits(rlim_t megabytes)
@@ -37,14 +44,10 @@ inline void EnterLimits(rlim_t megabytes)
     QFile mapped(QStringLiteral("/proc/self/statm"));
     const rlim_t pages = mapped.open(QIODevice::ReadOnly) ? mapped.readAll().split(' ').value(0).toULongLong() : 0;
     const rlim_t bytes = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + megabytes * 1024 * 1024;
-    const auto limit = [](auto resource, rlim_t value) {
-        const struct rlimit both = { value, value };
-        setrlimit(resource, &both);
-    };
-    limit(RLIMIT_CORE, 0);
-    limit(RLIMIT_STACK, 1024 * 1024);
-    limit(RLIMIT_CPU, kSanitized ? 80 : 20);
-    limit(RLIMIT_AS, kSanitized ? RLIM_INFINITY : bytes);
+    SetLimit(RLIMIT_CORE, 0);
+    SetLimit(RLIMIT_STACK, 1024 * 1024);
+    SetLimit(RLIMIT_CPU, kSanitized ? 80 : 20);
+    SetLimit(RLIMIT_AS, kSanitized ? RLIM_INFINITY : bytes);
     alarm(240);
 }
 

@@ -23,8 +23,8 @@ public:
     }
 
     /// Has the receiver obey orders, with blanks between them, at each announcement of their element: "v=s:x" a value
-    /// (s, i, d, b or t before it), "v@A=s:x" an attribute's, "v[1]=s:x" one of the second v, "v:3" copies, "v-" to be
-    /// discarded, "v+" to be kept.
+    /// (s, i, d, b or t before it), "v@A=s:x" an attribute's, "v@A!" none of that name, "v[1]=s:x" one of the second v,
+    /// "v:3" copies, "v-" to be discarded, "v+" to be kept.
     void Follow(const QString &orders)
     {
         m_oReceiver.m_fnElement = [this, orders](ElemBeginEvent &event) {
@@ -44,7 +44,7 @@ private:
     void Obey(const QString &element, const QString &order)
     {
         static const QRegularExpression form(
-            QStringLiteral("^(\\w+)(?:\\[(\\d+)\\])?(?:@(\\w+))?(?:=(\\w):|([-+:]))(.*)$"));
+            QStringLiteral("^(\\w+)(?:\\[(\\d+)\\])?(?:@(\\w+))?(?:=(\\w):|([-+:!]))(.*)$"));
         const QRegularExpressionMatch match = form.match(order);
         const QString value = match.captured(6);
         const QTime time = QTime::fromString(value, Qt::ISODate);
@@ -52,19 +52,23 @@ private:
         if (match.captured(1) != element || (!isAny && match.captured(2).toInt() != m_oReport.GetPlace().GetIndex())) {
             return;
         }
+        const QString attribute = match.captured(3);
+        const auto give = [this, &attribute](auto given) {
+            return attribute.isEmpty() ? m_oReport.SetXmlValue(given) : m_oReport.SetAttributeValue(attribute, given);
+        };
         switch ((match.captured(4) + match.captured(5)).at(0).toLatin1()) {
         case 's':
-            return match.captured(3).isEmpty() ? m_oReport.SetXmlValue(value)
-                                               : m_oReport.SetAttributeValue(match.captured(3), value);
+            return give(value);
         case 'i':
-            return m_oReport.SetXmlValue(value.toInt());
+            return give(value.toInt());
         case 'd':
-            return m_oReport.SetXmlValue(value.toDouble());
+            return give(value.toDouble());
         case 'b':
             return m_oReport.SetXmlValue(value == QLatin1String("true"));
         case 't':
-            return time.isValid() ? m_oReport.SetXmlValue(time)
-                                  : m_oReport.SetXmlValue(QDateTime::fromString(value, Qt::ISODate));
+            return time.isValid() ? m_oReport.SetXmlValue(time) : give(QDateTime::fromString(value, Qt::ISODate));
+        case '!':
+            return m_oReport.RemoveAttribute(attribute);
         case ':':
             return m_oReport.SetElementMaxOccurs(element, value.toInt());
         case '+':

@@ -12,7 +12,7 @@
 class SchemaReading : public ITagwright
 {
 public:
-    explicit SchemaReading(const QString &path = QStringLiteral("schema.xsd"))
+    explicit SchemaReading(const QString &path)
         : m_oHandler(this, path)
     {
         m_oReader.setContentHandler(&m_oHandler);
@@ -20,12 +20,6 @@ public:
     }
 
     void XmlUpdate(XmlEvent *) override { }
-
-    /// Reads declarations, which are put between the tags of a schema element.
-    bool Read(const QString &declarations)
-    {
-        return m_oReader.ReadText(QStringLiteral("<xs:schema>") + declarations + QStringLiteral("</xs:schema>"));
-    }
 
     QString Template() { return ToText(*m_oHandler.GetDocument()); }
 

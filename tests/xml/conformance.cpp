@@ -8,14 +8,11 @@
 #include "xml/xmlreader.h"
 
 #include <QDirIterator>
-#include <QElapsedTimer>
 #include <QTextStream>
 
 #include <cstdio>
 
 namespace {
-
-constexpr qint64 kMaxMilliseconds = 2000;
 
 /// What an EventRecorder without nodes writes down of a content with a document.
 class Expected : public QXmlDefaultHandler
@@ -43,7 +40,6 @@ private:
 };
 
 int g_iFailed = 0;
-int g_iRefused = 0;
 
 void Check(bool passed, const QString &path, const char *failure)
 {
@@ -71,15 +67,12 @@ void Compare(const QString &path, const char *kind, Content content, const QXmlI
 
 void RunFile(const QString &path)
 {
-    QElapsedTimer timer;
-    timer.start();
     QDomDocument document;
     QDomDocument ofQt;
     QFile file(path);
     dom::GuardedReader guarded;
     guarded.ReadFile(path, &document);
     const bool isRefused = !guarded.GetRefusal().isEmpty();
-    g_iRefused += isRefused ? 1 : 0;
     Compare(path, "differs as file", path, QXmlInputSource(&file), isRefused);
     file.seek(0);
     ofQt.setContent(&file);
@@ -96,7 +89,6 @@ void RunFile(const QString &path)
     XMLReader reader(&recorder, nullptr);
     reader.SetXmlContent(root);
     Check(reader.ParseXml() == QXmlSimpleReader().parse(source), path, "differs as node");
-    Check(timer.elapsed() < kMaxMilliseconds, path, "takes too long");
 }
 
 } // namespace
@@ -108,6 +100,6 @@ int main(int argc, char **argv)
     for (; iterator.hasNext(); ++files) {
         RunFile(iterator.next());
     }
-    std::printf("%d files, %d refused, %d failures\n", files, g_iRefused, g_iFailed);
+    std::printf("%d files, %d failures\n", files, g_iFailed);
     return files > 0 && g_iFailed == 0 ? 0 : 1;
 }

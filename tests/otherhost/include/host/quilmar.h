@@ -44,9 +44,11 @@ struct Node : TreeItem
 
 struct Tree
 {
-    static Tree *Instance();
+    static Tree *Instance() { return &s_oOnly; }
     ValueBase *FindValue(QString path);
     TreeItem *FindItem(QString) { return nullptr; }
+
+    static Tree s_oOnly;
 };
 
 } // namespace values
