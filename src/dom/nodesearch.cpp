@@ -36,13 +36,11 @@ QDomNode FindFirst(const QString &name, const SearchRoots &roots)
         if (isStart && roots.m_oTop.isElement()) {
             return roots.m_oTop;
         }
-        if (isMatch) {
-            // No element: the search of its parent ends here without a result, and goes on behind the parent.
-            for (const int depth = walk.Depth(); walk.Depth() == depth;) {
-                walk.Next(true);
-            }
-        } else {
-            walk.Next(isStart || !node.isElement());
+        const int depth = walk.Depth();
+        walk.Next(isMatch || isStart || !node.isElement());
+        // A match that is no element: the search of its parent ends without a result, and goes on behind the parent.
+        while (isMatch && walk.Depth() == depth) {
+            walk.Next(true);
         }
     }
     return QDomNode();

@@ -142,17 +142,22 @@ void ReferenceResolver::Process(const QString &name)
     m_pSource = entry.m_pFragment;
     for (auto &[count, records] : m_MissingMap[name]) {
         for (MissingElement &record : records) {
-            // A count below 0 asks for no application at all.
-            if (!record.m_bApplied && count >= 0) {
-                entry.m_bUsed = true;
-                Apply(record, std::max(count, 1));
-            }
-            record.m_bApplied = true;
+            ApplyOnce(record, count, entry);
         }
     }
     if (m_oRun.m_oMaker.IsExceeded()) {
         m_oRun.TraceLimit(QStringLiteral("\"%1\" in %2").arg(name, m_oRun.m_oFiles.GetCurrent()));
     }
+}
+
+void ReferenceResolver::ApplyOnce(MissingElement &record, int count, TypeEntry &entry)
+{
+    // A count below 0 asks for no application at all.
+    if (!record.m_bApplied && count >= 0) {
+        entry.m_bUsed = true;
+        Apply(record, std::max(count, 1));
+    }
+    record.m_bApplied = true;
 }
 
 void ReferenceResolver::Apply(const MissingElement &record, int times)

@@ -30,6 +30,7 @@ private:
     void RunSweeps();
     bool ReopenWaiting();
     void Process(const QString &name);
+    void ApplyOnce(MissingElement &record, int count, TypeEntry &entry);
     void Apply(const MissingElement &record, int times);
     void ApplyContent(const MissingElement &record, int times);
     void InsertContent(const MissingElement &record, int times);
