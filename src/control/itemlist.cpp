@@ -20,6 +20,7 @@ void ItemList::Append(Item item)
 {
     ++m_iLastSerial;
     m_hSerials[item->GetName()].push_back(m_iLastSerial);
+    m_bPathNames = m_bPathNames || item->GetName().contains(QLatin1Char('/'));
     m_lItems.emplace_hint(m_lItems.cend(), m_iLastSerial, std::move(item));
 }
 

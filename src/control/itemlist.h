@@ -35,6 +35,9 @@ public:
     Item Get(Serial serial) const;
     Serial GetFirst() const;
     Serial GetLast() const { return m_iLastSerial; }
+    /// Whether there has been an item whose name may be one of a parent and its child: without one nobody needs the
+    /// parent's name, which costs more to make up than the element's items to find.
+    bool HasPathNames() const { return m_bPathNames; }
     /// The next item of that name behind `serial`, kNone if there is none.
     Serial FindBehind(Serial serial, const QString &name) const;
     /// Whether an item stands between the two, which need not be there themselves.
@@ -49,4 +52,5 @@ private:
     std::map<Serial, Item> m_lItems;
     QHash<QString, std::vector<Serial>> m_hSerials; // ascending
     Serial m_iLastSerial = kNone; // the last that was given out
+    bool m_bPathNames = false;
 };

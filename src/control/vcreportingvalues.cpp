@@ -111,7 +111,8 @@ void VCReporting::HandleElement(ElemBeginEvent &event)
     Element element;
     element.m_sName = event.GetElementName();
     element.m_oAttributes = event.GetElementAttributes();
-    ElementItems items(*m_Items, element.m_sName, event.GetParentName(), element.m_oAttributes);
+    const QString parentName = m_Items->HasPathNames() ? event.GetParentName() : QString();
+    ElementItems items(*m_Items, element.m_sName, parentName, element.m_oAttributes);
     ServeElement(items, element);
     if (m_bValueWritten) {
         FinishElement(items, element);

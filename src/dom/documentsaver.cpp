@@ -14,7 +14,6 @@ namespace dom {
 
 namespace {
 
-constexpr int kIndent = 4;
 /// Qt's save takes about 1.6 KB of stack for each level; up to here it is safe also on a host's small stack.
 constexpr int kMaxQtSaveDepth = 100;
 
@@ -23,7 +22,7 @@ QByteArray QtBytes(const QDomDocument &document)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);
-    document.save(stream, kIndent, QDomNode::EncodingFromDocument); // without one in UTF-8
+    document.save(stream, DocumentWriter::kIndent, QDomNode::EncodingFromDocument); // without one in UTF-8
     stream.flush();
     return bytes;
 }

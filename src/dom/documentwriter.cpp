@@ -11,7 +11,6 @@ namespace dom {
 
 namespace {
 
-constexpr std::size_t kIndentation = 4;
 constexpr std::size_t kPiece = 1 << 15;
 
 /// The root's schema attributes come last, in the order in which the driver sets them.
@@ -159,7 +158,7 @@ void DocumentWriter::BeginLine()
     if (m_eNext == Next::Line) {
         m_sText += u'\n';
     }
-    m_sText.append(m_eNext == Next::Text ? 0 : kIndentation * m_lOpen.size(), u' ');
+    m_sText.append(m_eNext == Next::Text ? 0 : m_lOpen.size() * kIndent, u' ');
 }
 
 void DocumentWriter::Put(const char16_t *before, const QString &text, const char16_t *after, Next next)

@@ -16,6 +16,9 @@ namespace dom {
 class DocumentWriter
 {
 public:
+    /// The blanks for each level.
+    static constexpr int kIndent = 4;
+
     /// False, and nothing of use in TakeBytes, if the document holds any other kind of node, a namespace, or another
     /// declared encoding than UTF-8. Called once.
     [[nodiscard]] bool Write(const QDomDocument &document);
