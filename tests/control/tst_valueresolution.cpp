@@ -32,6 +32,7 @@ constexpr const char *kElementRows[][4] = {
     { "a number beyond an integer attribute", "string x=integer", "x=1e10", "<A type='string' x='xs:integer'/>" },
     { "a unit", "double Unit=string", "A=1@kHz", "<A Unit='kHz'>1</A>" },
     { "a unit that is not asked for", "double", "A=1@kHz", "<A>1</A>" },
+    { "a unit that is no text", "double Unit=double", "A=1@m", "<A Unit='xs:double'>1</A>" },
     { "no unit", "double Unit=string", "A=1", "<A Unit='xs:string'>1</A>" },
     { "the unit of the last that matched", "boolean Unit=string", "A:btrue@m; A:btrue@s", "<A Unit='s'>true</A>" },
     { "the first stranger stamps", "double DateTime=dateTime", "B=1; A=1", "<A DateTime='now' type='double'/>" },

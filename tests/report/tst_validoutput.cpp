@@ -60,6 +60,7 @@ constexpr const char *kSettled[][5] = {
     { "an attribute is a value", "<e p min=0><c><q><t a min=0/></q>" ATTRIBUTES "</c></e>", "p@C=s:x",
       "<p B='d' C='x'/>" },
     { "a choice", CHOICE "<t d/>", "b=s:x d=s:x", "<b>x</b><d>x</d>" },
+    { "given up", CHOICE, "a- b=s:x c-", "<b>x</b>" },
     { "two alternatives", CHOICE, "a=s:x c=s:y", "<a>x</a>", "refused /R/c y 16" },
     { "no alternative", CHOICE, "", "", "missing /R/a" },
     { "an alternative that is to stand no times", CHOICE, "a:0 b=s:x", "<b>x</b>" },

@@ -36,27 +36,23 @@ public:
         for (const auto &[element, keys] : occurs) {
             QStringList entries;
             for (const auto &[key, parents] : keys) {
-                entries << QString::number(key) + QLatin1Char('=')
-                        + QStringList(parents.begin(), parents.end()).join(QLatin1Char(','));
+                const QStringList list(parents.begin(), parents.end());
+                entries << QStringLiteral("%1=%2").arg(key).arg(list.join(QLatin1Char(',')));
             }
-            rows << QStringLiteral("occurs ") + element + QLatin1Char(':') + entries.join(QLatin1Char(';'));
+            rows << QStringLiteral("occurs %1:%2").arg(element, entries.join(QLatin1Char(';')));
         }
         for (const auto &[key, member] : choices) {
             rows << QStringLiteral("choices %1=%2").arg(key).arg(member);
         }
         for (const auto &[type, entry] : types) {
-            rows << QStringLiteral("types %1:%2%3")
-                        .arg(type)
-                        .arg(entry.m_iOpenRefs)
-                        .arg(QLatin1String(entry.m_bUsed ? "*" : ""));
+            const QLatin1String used(entry.m_bUsed ? "*" : "");
+            rows << QStringLiteral("types %1:%2%3").arg(type).arg(entry.m_iOpenRefs).arg(used);
         }
         for (const auto &[type, counts] : missing) {
             for (const auto &[count, records] : counts) {
                 for (const MissingElement &record : records) {
-                    rows << QStringLiteral("missing %1:%2<%3>%4")
-                                .arg(type)
-                                .arg(count)
-                                .arg(record.m_sOwner, QLatin1String(record.m_bAttribute ? "@" : ""));
+                    const QString owner = record.m_sOwner + QLatin1String(record.m_bAttribute ? ">@" : ">");
+                    rows << QStringLiteral("missing %1:%2<%3").arg(type).arg(count).arg(owner);
                 }
             }
         }
