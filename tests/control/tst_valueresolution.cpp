@@ -76,7 +76,7 @@ constexpr const char *kListRows[][4] = {
       "<S><L>true</L></S><T><L>true</L></T>" },
     { "the last item looked at decides: a stranger", "!SS boolean", "S/L:btrue; Z=v",
       "<S><L>true</L></S><S><L>true</L></S>" },
-    { "three of one", "S string", "L=v*3", "<S><L>v</L><L>v</L><L>v</L></S>" },
+    { "two of one", "S string", "L=v*2", "<S><L>v</L><L>v</L></S>" },
 };
 
 /// Adds an item from "name=fixed text", "name<path" or "name:t text", ":d double", ":b bool", ":l long" (explicit),
