@@ -61,6 +61,7 @@ bool DocumentWriter::Write(const QDomDocument &document)
     if (!document.doctype().name().isEmpty() || DeclaresOtherEncoding(document.firstChild())) {
         return false;
     }
+    m_sText.reserve(2 * kPiece);
     NodeWalk walk(document);
     // A receiver can hang nodes below a text, which Qt takes and never writes.
     for (walk.Next(); !walk.AtEnd(); walk.Next(!walk.Node().isElement())) {
@@ -79,7 +80,7 @@ bool DocumentWriter::WriteNode(const QDomNode &node)
 {
     switch (node.nodeType()) {
     case QDomNode::ElementNode:
-        return WriteElement(node.toElement());
+        return WriteElement(node);
     case QDomNode::TextNode:
         Append(node.nodeValue(), Escape::Text);
         m_eNext = Next::Text;
@@ -101,7 +102,7 @@ bool DocumentWriter::WriteNode(const QDomNode &node)
     }
 }
 
-bool DocumentWriter::WriteElement(const QDomElement &element)
+bool DocumentWriter::WriteElement(const QDomNode &element)
 {
     const QString name = element.nodeName();
     BeginLine();
@@ -120,7 +121,7 @@ bool DocumentWriter::WriteElement(const QDomElement &element)
     return true;
 }
 
-bool DocumentWriter::WriteAttributes(const QDomElement &element)
+bool DocumentWriter::WriteAttributes(const QDomNode &element)
 {
     const QDomNamedNodeMap map = element.attributes();
     std::map<std::pair<int, QString>, QString> sorted;

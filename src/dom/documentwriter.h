@@ -36,8 +36,8 @@ private:
     enum class Escape { None, Text, Attribute };
 
     bool WriteNode(const QDomNode &node);
-    bool WriteElement(const QDomElement &element);
-    bool WriteAttributes(const QDomElement &element);
+    bool WriteElement(const QDomNode &element);
+    bool WriteAttributes(const QDomNode &element);
     void CloseDownTo(int depth);
     void BeginLine();
     void Put(const char16_t *before, const QString &text, const char16_t *after, Next next = Next::Line);

@@ -22,9 +22,9 @@ public:
     {
     }
 
-    /// Looks at a character of the input, up to "<", before Qt's reader has it. What entities put in isn't seen here:
-    /// Qt puts them into values without a word, so each reference counts as the longest entity. For a "(" of a content
-    /// model Qt recurses, and tells nobody before the model's end.
+    /// Looks at "<", "%", "&", "(" and ")" in the input before Qt's reader has them. What entities put in isn't seen
+    /// here: Qt puts them into values without a word, so each reference counts as the longest entity. For a "(" of a
+    /// content model Qt recurses, and tells nobody before the model's end.
     void See(ushort character)
     {
         switch (character) {
@@ -42,11 +42,8 @@ public:
         case '(':
             ++m_iParentheses;
             break;
-        case ')':
-            --m_iParentheses;
-            break;
         default:
-            return;
+            --m_iParentheses;
         }
         if (m_iGrowth > limits::kMaxEntityGrowth) {
             Refuse(QStringLiteral("its entities may come to more than %1 characters").arg(limits::kMaxEntityGrowth));
@@ -221,7 +218,7 @@ public:
         }
         const QChar taken = *m_pAt++;
         m_oReader.m_oTaken = taken;
-        if (taken <= QLatin1Char('<')) {
+        if (IsWatched(taken.unicode())) {
             m_oReader.m_pGuard->See(taken.unicode());
             return m_oReader.m_sRefusal.isEmpty() ? taken : QChar(EndOfDocument);
         }
@@ -229,6 +226,11 @@ public:
     }
 
 private:
+    // Each character is asked: the compiler makes a test of one bit of this, and no jump.
+    static bool IsWatched(ushort unit)
+    {
+        return unit == '<' || unit == '&' || unit == '%' || unit == '(' || unit == ')';
+    }
     bool Fetch()
     {
         fetchData(); // which does nothing without a device

@@ -168,9 +168,8 @@ void DomParser::AnnounceChild(Level &level)
 void DomParser::TakeUpRequest(Level &level)
 {
     m_bResumeRequested = false;
-    const QDomElement element = *m_pCurrentElement;
     if (m_pValidOutput != nullptr && !m_bResumeOnSameNode) {
-        m_pValidOutput->Pass(element, m_oAttributes);
+        m_pValidOutput->Pass(*m_pCurrentElement, m_oAttributes);
     }
     MoveToResumeNode(level);
     if (!level.m_bTop) {
@@ -180,7 +179,7 @@ void DomParser::TakeUpRequest(Level &level)
         m_oAttributes.WriteAll();
         m_oAttributes.Release();
         if (m_pValidOutput != nullptr) {
-            m_pValidOutput->PassContent(element);
+            m_pValidOutput->PassContent(*m_pCurrentElement);
         }
         level.m_oCursor.Advance();
     }
@@ -389,6 +388,6 @@ void DomParser::SendElemBegin(const QDomNode &node, const QString &text)
     SendEvent<WalkEvent>(m_pCallback, node, m_oAttributes.GetEventAttributes(), text, &m_fnNodeTaken);
     // An element that is announced again may still get its values then.
     if (!m_bResumeRequested || !m_bResumeOnSameNode) {
-        m_oRefusals.Tell(node.toElement());
+        m_oRefusals.Tell(*m_pCurrentElement);
     }
 }

@@ -55,9 +55,9 @@ void TemplateMaker::SetAttribute(QDomElement target, const QString &name, const 
     if (IsExceeded() || target.isNull()) {
         return;
     }
-    // The marks are counted only where that may matter.
-    if (target.attributes().count() >= limits::kMaxElementAttributes && CountOf(target) >= limits::kMaxElementAttributes
-        && !target.hasAttribute(name)) {
+    // An element's attributes, and the marks among them, are counted only where that may matter.
+    if (m_iAttributes >= limits::kMaxElementAttributes && target.attributes().count() >= limits::kMaxElementAttributes
+        && CountOf(target) >= limits::kMaxElementAttributes && !target.hasAttribute(name)) {
         m_sReason = QStringLiteral("an element holds at most %1 attributes").arg(limits::kMaxElementAttributes);
     } else if (CountAttributes(1)) {
         target.setAttribute(name, value);

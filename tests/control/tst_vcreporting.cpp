@@ -132,7 +132,7 @@ private Q_SLOTS:
         for (const char *path : { "Station/A", "Station/Deep/B", "Station/C" }) {
             tree.SetText(QLatin1String(path), QStringLiteral("one"));
         }
-        const ControlRun run(QStringLiteral("<t A/><e L type=xs:integer min=0/>"));
+        const ControlRun run(QStringLiteral("<t A/><e L type=xs:string min=0/>"));
         const auto control = run.MakeControl();
         const TraceCapture log;
         control->AddReportData(nullptr);

@@ -93,6 +93,8 @@ private Q_SLOTS:
                 + QByteArray("<y/>").repeated(2000),
             prefixes);
         row("prefixes of siblings", "<x>" + QByteArray("<y xmlns='u' xmlns:p='v'/>").repeated(30000) + "</x>");
+        row("many prefixes, one element after the other",
+            "<x>" + ("<y " + Numbered(20, "xmlns:p#N='u' ") + "/>").repeated(2000) + "</x>");
         row("a prefix of each level", QByteArray("<x xmlns:p='u'>").repeated(400) + QByteArray("<x/>").repeated(5000));
         row("half a character", "\xff\xfe<");
     }
@@ -143,8 +145,8 @@ private Q_SLOTS:
             "</x>\n<!--e-->",
             "<?xml version='1.0'?>\n<!DOCTYPE x PUBLIC 'p' 's'>\n<!--c-->\n<x>a<![CDATA[<&>]]><?p i?>\n <p:y "
             "p:b=\"1\"/>\n</x>\n<!--e-->\n");
-        row("unknown entities", "<?p?><x a='&u;'>&u;<?p?><y b='>&u;'/><!--<-->&u;</x>",
-            "<?p ?>\n<x a=\"\">\n&u;<?p ?>\n <y b=\">\"/>\n <!--<-->\n&u;</x>\n");
+        row("unknown entities", "<?p?><x a='&u;'>&u;<?p?>&u;<y b='>&u;'/><!--<-->&u;</x>",
+            "<?p ?>\n<x a=\"\">\n&u;<?p ?>\n&u; <y b=\">\"/>\n <!--<-->\n&u;</x>\n");
         row("what SAX alone accepts", "<x a='1' a='2'><a:b:c/>\x01</x>", "<x a=\"2\">\n <a:b:c/>\x01</x>\n");
         row("a fault", "<x>a<y>b</z>", "<x>a<y>b</y>\n</x>\n");
     }

@@ -38,6 +38,16 @@ private Q_SLOTS:
         SendEvent<Witness>(&receiver, ITagwright::CURRENT_ELEMENT_HAS_NO_TYPE);
         QCOMPARE(steps, QStringLiteral("end 9 gone 9 end 8 gone 8 "));
     }
+
+    void isAssignedWhole()
+    {
+        QXmlAttributes attributes;
+        attributes.append(QStringLiteral("a"), QString(), QString(), QStringLiteral("1"));
+        ElemBeginEvent event { QDomNode(), QString(), QXmlAttributes(), QString() };
+        event = ElemBeginEvent(QDomNode(), QStringLiteral("x"), attributes, QStringLiteral("t"));
+        QCOMPARE(event.GetElementName() + event.GetElementText() + event.GetElementAttributes().qName(0),
+                 QStringLiteral("xta"));
+    }
 };
 
 QTEST_GUILESS_MAIN(XmlEventTest)

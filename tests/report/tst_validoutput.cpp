@@ -51,6 +51,7 @@ constexpr const char *kSettled[][5] = {
       "missing /R/a" },
     { "defaults", "<t a default=d/><e p><c><t b default=e/><t c default=f min=0/></c></e>", "",
       "<a>d</a><p><b>e</b></p>" },
+    { "a global default", "<e ref=g/>^<e g type=xs:string default=d/>", "", "<g>d</g>" },
     { "a default makes no container", "<e p min=0><c><t b default=e/></c></e>" },
     { "kept", "<e p min=0 max=2><c><t b min=0/></c></e>", "p+ p:2", "<p/><p/>" },
     { "attributes", "<e p max=2><c>" ATTRIBUTES "</c></e>", "p:2 p@A=s:xs:string",
@@ -75,6 +76,7 @@ constexpr const char *kSettled[][5] = {
       "missing /R/b; missing /R/a[2]" },
     { "an optional member beside a mandatory one", "<h><q><t a min=0/><t b/></q><t c/></h>", "", "", "missing /R/a" },
     { "a choice within an alternative", "<h><q>" CHOICE "<t d/></q><t e/></h>", "d=s:x", "<d>x</d>", "missing /R/a" },
+    { "a choice within the other alternative", "<h><q>" CHOICE "<t d/></q><t e/></h>", "e=s:x", "<e>x</e>" },
     { "a choice in such a sequence", "<h max=unbounded><q><t x/><h><t a/><t b/></h></q><t c/></h>", "x=s:1 a=s:2 b=s:3",
       "<x>1</x><a>2</a>", "refused /R/b 3 16" },
     { "a fixed value", "<e v type=xs:boolean fixed=1/>", "v=b:true", "<v>1</v>" },
@@ -108,6 +110,7 @@ constexpr const char *kJudged[][2] = {
     { "string minLength='2' maxLength='3'; s:x", "" },
     { "string minLength='1' maxLength='many'; s:x", "x" },
     { "string length='2'; s:\xF0\x9D\x84\x9E!", "\xF0\x9D\x84\x9E!" },
+    { "string length='2'; s:x", "" },
     { "string pattern='[A-Z]{2}' pattern='\\d+'; s:12", "12" },
     { "string pattern='[A-Z]{2}'; s:ABC", "" },
     { "string pattern='\\p{IsGreek}' pattern='[A-Z]'; s:1", "1" }, // the first says nothing here, so none does
@@ -120,6 +123,7 @@ constexpr const char *kJudged[][2] = {
     { "dateTime; t:never", "" },
     { "dateTime; t:2025-12-31T23:59:59+14:00", "2025-12-31T23:59:59+14:00" },
     { "dateTime; t:2025-12-31T23:59:59-14:01", "" },
+    { "string whiteSpace='replace' enumeration='a b'; s:a\tb", "a\tb" },
     { "string whiteSpace='collapse' enumeration='a'; s:a\xC2\xA0", "" },
 };
 

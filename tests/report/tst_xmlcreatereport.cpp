@@ -96,6 +96,17 @@ private Q_SLOTS:
                                 "<kind enumeration1='k' type='string'/></R>"));
     }
 
+    void NamesAPlaceWhereItHasGoneBack()
+    {
+        const TraceCapture traces;
+        ReportRun run;
+        run.Follow(QStringLiteral("x=d:1"));
+        run.Run(RootElement(QStringLiteral("<e p min=0><c></c></e><e p min=0><c><t x/></c></e>")));
+        const QString refusal = QStringLiteral(
+            "/R/p[2]/x: the value \"1\" was not written: the type \"string\" takes no double (error 10).");
+        QCOMPARE(TraceCapture::Lines(), QStringList({ refusal, refusal }));
+    }
+
     void SavesTheReport()
     {
         ReportRun run;
