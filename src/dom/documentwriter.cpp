@@ -16,10 +16,8 @@ constexpr std::size_t kPiece = 1 << 15;
 /// The root's schema attributes come last, in the order in which the driver sets them.
 int SchemaAttributeRank(const QString &name)
 {
-    if (name == QLatin1String("xsi:noNamespaceSchemaLocation")) {
-        return 1;
-    }
-    return name == QLatin1String("xmlns:xsi") ? 2 : 0;
+    const int otherRank = name == QLatin1String("xmlns:xsi") ? 2 : 0;
+    return name == QLatin1String("xsi:noNamespaceSchemaLocation") ? 1 : otherRank;
 }
 
 bool IsPlain(const QDomNode &node)

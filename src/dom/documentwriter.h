@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDomDocument>
-#include <QDomElement>
 #include <QString>
 
 #include <string>
