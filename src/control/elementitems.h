@@ -13,7 +13,8 @@ bool IsTimeName(const QString &name);
 class ElementItems
 {
 public:
-    /// `list` must outlive the walk and may change during it.
+    /// `list` must outlive the walk and may change during it. `parentName` may be empty while the list has no path
+    /// names.
     ElementItems(const ItemList &list, const QString &name, const QString &parentName,
                  const QXmlAttributes &attributes);
 
